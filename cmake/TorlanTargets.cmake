@@ -1,0 +1,74 @@
+# One helper per kind of target; every target of the project is made by one of them.
+
+option(TORLAN_WERROR "Warnings are errors" OFF)
+set(TORLAN_SANITIZE "" CACHE STRING "Sanitizers for every target, e.g. address,undefined")
+
+add_library(torlan_settings INTERFACE)
+target_compile_features(torlan_settings INTERFACE cxx_std_20)
+target_compile_definitions(torlan_settings INTERFACE QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII)
+target_compile_options(torlan_settings INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual
+    $<$<BOOL:${TORLAN_WERROR}>:-Werror>)
+target_link_options(torlan_settings INTERFACE -Wl,--as-needed)
+if(TORLAN_SANITIZE)
+    target_compile_options(torlan_settings INTERFACE
+        -fsanitize=${TORLAN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(torlan_settings INTERFACE -fsanitize=${TORLAN_SANITIZE})
+else()
+    target_link_options(torlan_settings INTERFACE -Wl,--no-undefined)
+endif()
+
+# add_torlan_library(<folder name> SOURCES ... [PUBLIC libs...] [PRIVATE libs...])
+# One shared library per folder of host/, alias torlan::<name>; included as "<name>/<header>".
+function(add_torlan_library _name)
+    cmake_parse_arguments(arg "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+    add_library(torlan_${_name} SHARED ${arg_SOURCES})
+    add_library(torlan::${_name} ALIAS torlan_${_name})
+    file(GLOB_RECURSE _headers CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+    target_sources(torlan_${_name} PUBLIC FILE_SET HEADERS
+        BASE_DIRS ${CMAKE_SOURCE_DIR}/host FILES ${_headers})
+    target_link_libraries(torlan_${_name}
+        PUBLIC Qt6::Core ${arg_PUBLIC} PRIVATE torlan_settings ${arg_PRIVATE})
+    set_target_properties(torlan_${_name} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
+endfunction()
+
+# add_torlan_driver(<library name> SOURCES ... LINK ...)
+# A loadable driver; lands in lib/drivers, where the host scans for it.
+function(add_torlan_driver _name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
+    add_library(${_name} MODULE ${arg_SOURCES})
+    target_link_libraries(${_name} PRIVATE torlan_settings ${arg_LINK})
+    set_target_properties(${_name} PROPERTIES
+        LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib/drivers
+        BUILD_RPATH_USE_ORIGIN ON)
+endfunction()
+
+# add_torlan_program(<name> SOURCES ... LINK ...)
+function(add_torlan_program _name)
+    cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
+    add_executable(${_name} ${arg_SOURCES})
+    target_link_libraries(${_name} PRIVATE torlan_settings ${arg_LINK})
+    set_target_properties(${_name} PROPERTIES BUILD_RPATH_USE_ORIGIN ON)
+endfunction()
+
+# add_torlan_test(<path of tst_x.cpp below tests/> [LINK ...] [LABELS ...] [SOURCES ...] [SERIAL])
+# One class, one file, one executable. The test's name is its path without "tst_" and ".cpp".
+function(add_torlan_test _source)
+    cmake_parse_arguments(arg "SERIAL" "" "LINK;LABELS;SOURCES;ENVIRONMENT" ${ARGN})
+    cmake_path(GET _source STEM _stem)
+    cmake_path(GET _source PARENT_PATH _folder)
+    string(REPLACE "/" "-" _prefix "${_folder}")
+    string(REGEX REPLACE "^tst_" "" _class "${_stem}")
+    set(_target ${_prefix}-${_class})
+    add_executable(${_target} ${CMAKE_SOURCE_DIR}/tests/${_source} ${arg_SOURCES})
+    target_include_directories(${_target} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+    target_link_libraries(${_target} PRIVATE torlan_settings Qt6::Test ${arg_LINK})
+    set_target_properties(${_target} PROPERTIES
+        RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests BUILD_RPATH_USE_ORIGIN ON)
+    add_test(NAME ${_folder}/${_class} COMMAND ${_target})
+    string(REGEX REPLACE "/.*" "" _kind "${_folder}")
+    set_tests_properties(${_folder}/${_class} PROPERTIES
+        LABELS "${_kind};${arg_LABELS}"
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;${arg_ENVIRONMENT}"
+        RUN_SERIAL ${arg_SERIAL})
+endfunction()

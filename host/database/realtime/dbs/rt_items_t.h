@@ -1,0 +1,10 @@
+#pragma once
+
+#include "database/base/table_t.h"
+#include "database/realtime/objects/rt_object_item_t.h"
+
+namespace database::realtime::dbs {
+
+class rt_items_t : public base::table_t<objects::rt_object_item_t> {};
+
+}  // namespace database::realtime::dbs

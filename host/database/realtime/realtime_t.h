@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QObject>
+
+#include "database/realtime/dbs/rt_items_t.h"
+#include "database/realtime/dbs/rt_scenary_t.h"
+#include "database/realtime/rt_notifier_t.h"
+
+namespace database::realtime {
+
+/// The realtime side: current values. Host thread only.
+class realtime_t : public QObject {
+    Q_OBJECT
+
+ public:
+    explicit realtime_t(QObject* _parent = nullptr);
+    ~realtime_t() override;
+
+    dbs::rt_items_t* getItems() const { return &items; }
+    dbs::rt_scenary_t* getScenary() const { return &scenary; }
+    rt_notifier_t* getNotifier() const { return notifier; }
+
+ private:
+    mutable dbs::rt_items_t items;
+    mutable dbs::rt_scenary_t scenary;
+    rt_notifier_t* const notifier;
+};
+
+}  // namespace database::realtime

@@ -1,0 +1,33 @@
+#include "drivers/driver/capability/plugin_driver_IComunication.h"
+
+#include <QWriteLocker>
+
+namespace interfaces {
+
+IComunication::IComunication()
+    : comunication(nullptr), lifetime(std::make_shared<call_lifetime_t>()) {}
+
+IComunication::~IComunication() {
+    end_calls();
+}
+
+bool IComunication::init_comunication(comunication::protoserver_t* _comunication) {
+    {
+        const QWriteLocker locker(&lock);
+        if (_comunication == nullptr) {
+            utility::log_line(QStringLiteral("Error to set comunication is nullptr!"), 2,
+                              "init_comunication", source, 39);
+            return false;
+        }
+        comunication.store(_comunication);
+    }
+    // The lock is not recursive and the call reads the endpoint again.
+    return finalize_comunication_initialization();
+}
+
+comunication::protoserver_t* IComunication::Comunication() {
+    const QReadLocker locker(&lock);
+    return comunication.load();
+}
+
+}  // namespace interfaces
