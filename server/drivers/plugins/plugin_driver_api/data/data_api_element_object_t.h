@@ -1,0 +1,122 @@
+#pragma once
+
+#include <QHash>
+#include <QJsonObject>
+#include <QJsonValue>
+#include <QMutex>
+#include <array>
+#include <utility>
+
+#include "drivers/plugins/plugin_driver_api/data/data_api_t.h"
+
+namespace interfaces {
+
+/// One element of the installation as API users see it: its functions with their items and
+/// current values, and what each user may do with it. Lives in the plugin's thread.
+///
+/// Locks: the collection's lock first, then the events mutex, then the functions mutex.
+class data_api_element_object_t : public data_api_t {
+    Q_OBJECT
+
+ public:
+    /// Type codes with rules of their own; every other element has a function map.
+    static constexpr int type_scenario = 8;
+    static constexpr int type_thermostat = 17;
+
+    /// Permission words of the ACL.
+    inline static const QString readwrite = QStringLiteral("readwrite");
+    inline static const QString read = QStringLiteral("read");
+    inline static const QString write = QStringLiteral("write");
+    inline static const QString deny = QStringLiteral("deny");
+
+    /// Loads itself with init(); an id that the database lacks gives an empty, silent object.
+    data_api_element_object_t(QPointer<database::database_t> db, const QString& id_element,
+                              QObject* parent);
+    ~data_api_element_object_t() override;
+
+    /// Reads everything again. Grants found meanwhile are not announced, denials are.
+    void init();
+    /// Empties the object and stops listening. The ACL is kept.
+    void reset();
+    /// Adds the functions that are not there yet; nothing is cleared.
+    void populateFunctions();
+
+    QString getIdElement() const { return id_element; }
+    QString getNameElement() const { return name_element; }
+    int getTypeElement() const { return type; }
+    /// Item id -> function names. A second function on an item is not listed.
+    QHash<QString, QStringList> getFunctionIds() const { return function_ids; }
+    /// Function name -> item id.
+    QHash<QString, QString> getFunctioName() const { return function_names; }
+    /// Function name -> current value.
+    QHash<QString, QString> getFunctionValues() const { return function_values; }
+    QString getItemsValue(const QString& id_item) { return view.item_value(id_item); }
+    QString getScenaryValue(const QString& id_scenary) { return view.scenary_value(id_scenary); }
+    /// Files a function under its item; what is there already stays.
+    void addIdItem(const QString& id_item, const QString& function, const QString& value);
+
+    /// Asks for a function's new value; it arrives as a change. False: unknown or no such value.
+    bool requestSetValue(std::pair<QString, QJsonValue> function_value);
+    bool setExecScena(const QString& id_scenary, bool execute);
+    bool setItemValue(const QString& id_item, const QString& value);
+
+    /// Reads the grants of all API users. A user's bits are kept until the element is reset: the
+    /// host announces a changed grant as a change of the element.
+    void populatePermission();
+    void update_permission() { populatePermission(); }
+    /// Whether the user has one of the bits (1 read, 2 write) of @p mask.
+    bool check_authorization(const QString& username, unsigned int mask);
+    /// Both test the read bit; @p code becomes 202 or 401.
+    bool autorized_read(const QString& username, int& code);
+    bool autorized_write(const QString& username, int& code);
+    void add_acl(QString username);
+    void remove_username_acl(const QString& username);
+    bool send_signals_acl(const QString& username, const QString& permission);
+    void remove_acl();
+    /// User name -> permission bits.
+    QHash<QString, quint64> getPermissions() const { return permissions; }
+    /// Whether any API user has a grant; without one the element does not follow changes.
+    bool getPermission() const { return permission; }
+    /// User name -> permission word.
+    QHash<QString, QString> getACL() { return acl; }
+    /// Listens (true) or not (false) to value changes of the database.
+    void init_event(bool enable);
+
+ Q_SIGNALS:
+    /// @param _functions item ids after a load, full function names after a value change
+    void value_change(const QString& _id_element, QHash<QString, QString> function_values,
+                      const QStringList& _functions);
+    void add_acl_element(const QString& _username, const QString& _id_element,
+                         const QString& _permission);
+    void remove_acl_element(const QString& _username, const QString& _id_element);
+
+ private Q_SLOTS:
+    void update_value(const QString& _key);
+    void onRealtimeChangeScenaryObjects(const QJsonObject&, const QString& _key);
+    void onRealtimeChangeItem(const QJsonObject& _packet, const QString& _key);
+    void onPersistentStatusThermo(const QJsonObject& _packet, const QString& _key);
+
+ private:
+    void add_functions();
+    void add_mapped_functions();
+    void add_scenario_function();
+    void add_thermostat_functions();
+
+    bool initialising = false;
+    QMutex events_mutex;     ///< held by the three change slots
+    QMutex functions_mutex;  ///< held by populateFunctions()
+    const QString id_element;
+    QString name_element;
+    int type = -1;
+    QHash<QString, QStringList> function_ids;
+    QHash<QString, QString> function_names;
+    QHash<QString, QString> function_values;
+    QHash<QString, quint64> permissions;
+    bool permission = false;
+    QHash<QString, QString> acl;
+    /// Unique connections from one sender are quadratic in the receivers, so the element itself
+    /// remembers whether it is connected.
+    std::array<QMetaObject::Connection, 3> listening;
+};
+
+}  // namespace interfaces
