@@ -16,7 +16,7 @@ bool IComunication::init_comunication(comunication::protoserver_t* _comunication
         const QWriteLocker locker(&lock);
         if (_comunication == nullptr) {
             utility::log_line(QStringLiteral("Error to set comunication is nullptr!"), 2,
-                              "init_comunication", source, 39);
+                              "init_comunication", comunication_source, 39);
             return false;
         }
         comunication.store(_comunication);

@@ -46,7 +46,7 @@ class IComunication {
     void end_calls() { lifetime->end(); }
 
  private:
-    static constexpr const char* source =
+    static constexpr const char* comunication_source =
         "server/drivers/driver/capability/plugin_driver_IComunication";
 
     /// Written under the lock; the early exit of Comunication(call) reads it without.
@@ -60,7 +60,7 @@ void IComunication::Comunication(Call _call) {
     comunication::protoserver_t* endpoint = comunication.load();
     if (endpoint == nullptr) {
         utility::log_line(QStringLiteral("Comunication is nullptr, operation skipped"), 3,
-                          "Comunication", source, 57);
+                          "Comunication", comunication_source, 57);
         return;
     }
     auto guarded = [this, alive = lifetime, call = std::move(_call)]() {
@@ -69,7 +69,7 @@ void IComunication::Comunication(Call _call) {
             comunication::protoserver_t* current = comunication.load();
             if (current == nullptr) {
                 utility::log_line(QStringLiteral("Comunication is nullptr, operation skipped"), 3,
-                                  "operator()", source, 64);
+                                  "operator()", comunication_source, 64);
                 return;
             }
             call(current);
