@@ -115,7 +115,9 @@ struct alignas(void*) metadata_note_t {
 static_assert(offsetof(metadata_note_t, descriptor) == 24);
 static_assert(sizeof(metadata_note_t) % sizeof(void*) == 0);
 
-__attribute__((section(".note.qt.metadata"), used)) constexpr metadata_note_t note;
+// The alignment stands on the object too: the compiler may raise a type's, but not this one.
+__attribute__((section(".note.qt.metadata"), used,
+               aligned(alignof(void*)))) constexpr metadata_note_t note;
 
 }  // namespace
 
