@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QProcess>
+#include <QStringList>
+#include <QTemporaryDir>
+
+namespace support {
+
+/// A torlan-server of the test's own: a temporary data folder, a free loopback port.
+class host_process_t {
+ public:
+    host_process_t();
+    ~host_process_t();
+
+    /// Writes @p _installation into the data folder with torlanctl; false and error() when refused.
+    bool import(const QJsonObject& _installation);
+    /// Starts the server and waits for its "torlan: ready" line.
+    bool start(const QStringList& _more_arguments = {});
+    /// Asks it to end (SIGTERM) and waits; its exit status, -1 when it had to be killed.
+    int stop();
+    /// Runs torlanctl on the data folder; its exit status.
+    int control(const QStringList& _arguments, const QByteArray& _input = {});
+
+    quint16 port() const { return broker_port; }
+    QString data() const { return folder.path(); }
+    qint64 pid() const { return server.processId(); }
+    bool is_running() const { return server.state() == QProcess::Running; }
+    /// What the last program that failed said on standard error.
+    QString error() const { return last_error; }
+    QByteArray control_output() const { return last_output; }
+    /// Resident set of the server in MiB.
+    int resident_mib() const;
+    /// Process id of the server's broker child; 0 when there is none.
+    qint64 broker_pid() const;
+    QProcess& process() { return server; }
+
+    /// A loopback port that was free a moment ago.
+    static quint16 free_port();
+
+ private:
+    QTemporaryDir folder;
+    QProcess server;
+    quint16 broker_port;
+    QString last_error;
+    QByteArray last_output;
+};
+
+}  // namespace support
