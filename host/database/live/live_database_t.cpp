@@ -1,6 +1,7 @@
 #include "database/live/live_database_t.h"
 
 #include "database/store/schema.h"
+#include "database/store/store_reader_t.h"
 
 namespace database::live {
 
@@ -50,6 +51,15 @@ result_t live_database_t::flush() {
     static_cast<void>(connection.run(QStringLiteral("PRAGMA busy_timeout = 5000")));
     result_t result = saver.save();
     static_cast<void>(connection.run(QStringLiteral("PRAGMA busy_timeout = %1").arg(busy_ms)));
+    return result;
+}
+
+result_t live_database_t::read_users(QMap<QString, installation::user_t>* _users) {
+    installation::installation_t part;
+    result_t result = store::store_reader_t(connection).read_accounts(&part);
+    if (result.ok()) {
+        *_users = part.users;
+    }
     return result;
 }
 

@@ -92,6 +92,16 @@ class tst_live_database_t : public QObject {
         QCOMPARE(db.getRealtime()->getScenary()->list("s-night")->getExecution(), true);
     }
 
+    void the_users_come_with_their_hashes() {
+        const sample::file_t file;
+        database::database_t db;
+        live_database_t live(&db, {});
+        QVERIFY(live.open(file.path()).ok());
+        QMap<QString, database::installation::user_t> users;
+        QCOMPARE(live.read_users(&users).error, QString());
+        QVERIFY(users == sample::installation().users);
+    }
+
     void a_file_that_is_not_there_is_an_empty_installation() {
         const QTemporaryDir folder;
         database::database_t db;
