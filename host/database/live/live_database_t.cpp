@@ -25,7 +25,7 @@ live_database_t::live_database_t(database_t* _database, const options_t& _option
 }
 
 live_database_t::~live_database_t() {
-    if (watch) {
+    if (watch != nullptr) {
         // Nobody is left to tell; the host calls flush() itself when it wants to know.
         static_cast<void>(flush());
     }
@@ -40,8 +40,8 @@ result_t live_database_t::open(const QString& _path) {
         result = connection.run(QStringLiteral("PRAGMA busy_timeout = %1").arg(busy_ms));
     }
     if (result.ok()) {
-        watch = std::make_unique<wal_watch_t>(_path, options.poll_ms);
-        connect(watch.get(), &wal_watch_t::woken, &changes, &change_feed_t::check);
+        watch = new wal_watch_t(_path, options.poll_ms, this);
+        connect(watch, &wal_watch_t::woken, &changes, &change_feed_t::check);
     }
     return result;
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QObject>
-#include <memory>
 
 #include "database/live/change_feed_t.h"
 #include "database/live/realtime_saver_t.h"
@@ -48,7 +47,7 @@ class live_database_t : public QObject {
     realtime_writer_t realtime;
     change_feed_t changes;
     realtime_saver_t saver;
-    std::unique_ptr<wal_watch_t> watch;
+    wal_watch_t* watch = nullptr;  ///< null until open()
 };
 
 }  // namespace database::live

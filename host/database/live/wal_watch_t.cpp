@@ -5,8 +5,10 @@
 namespace database::live {
 
 wal_watch_t::wal_watch_t(const QString& _database_path, int _poll_ms, QObject* _parent)
-    : QObject(_parent), path(_database_path + QLatin1String("-wal")) {
-    connect(&watcher, &QFileSystemWatcher::fileChanged, this, &wal_watch_t::on_file_changed);
+    : QObject(_parent),
+      path(_database_path + QLatin1String("-wal")),
+      watcher(new QFileSystemWatcher(this)) {
+    connect(watcher, &QFileSystemWatcher::fileChanged, this, &wal_watch_t::on_file_changed);
     connect(&poll, &QTimer::timeout, this, &wal_watch_t::on_poll);
     connect(&settle, &QTimer::timeout, this, &wal_watch_t::woken);
     // A commit shows to readers a moment after its last write to the log, which is what wakes us.
@@ -30,8 +32,8 @@ void wal_watch_t::on_poll() {
 }
 
 void wal_watch_t::arm() {
-    if (!watcher.files().contains(path) && QFile::exists(path)) {
-        watcher.addPath(path);
+    if (!watcher->files().contains(path) && QFile::exists(path)) {
+        watcher->addPath(path);
     }
 }
 

@@ -27,7 +27,7 @@ class wal_watch_t : public QObject {
     void arm();
 
     const QString path;
-    QFileSystemWatcher watcher;
+    QFileSystemWatcher* const watcher;
     QTimer poll;
     QTimer settle;
 };
