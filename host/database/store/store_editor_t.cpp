@@ -105,9 +105,9 @@ result_t store_editor_t::set_value(const char* _table, const QString& _sql, cons
 
 QString store_editor_t::user_id(const QString& _user) {
     return connection
-        .value(QStringLiteral("SELECT id FROM users WHERE id = ?1 OR username = ?1 "
-                              "ORDER BY id = ?1 DESC"),
-               {_user})
+        .value(QStringLiteral("SELECT id FROM users WHERE ? IN (id, username) "
+                              "ORDER BY id = ? DESC"),
+               {_user, _user})
         .toString();
 }
 

@@ -24,10 +24,10 @@ class tst_connection_t : public QObject {
     void a_wrong_statement_is_one_sentence_with_the_path() {
         connection_t connection;
         QVERIFY(connection.open(file.path(), connection_t::access_t::read_write, 0).ok());
-        const result_t result = connection.run("SELECT nothing FROM nowhere");
+        const result_t result = connection.run("SELECT x FROM nowhere");
         QVERIFY(!result.ok());
         QVERIFY2(result.error.startsWith("Database " + file.path()), qPrintable(result.error));
-        QVERIFY(result.error.endsWith("no such table: nowhere."));
+        QVERIFY2(result.error.contains("no such table: nowhere"), qPrintable(result.error));
     }
 
     void a_finished_read_does_not_hold_the_old_state() {
