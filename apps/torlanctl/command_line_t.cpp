@@ -72,7 +72,7 @@ QString command_line_t::find_command() {
     arguments = words.mid(command->words().size());
     return arguments.size() == command->argument_count()
                ? QString()
-               : QStringLiteral("The command is: %1.").arg(typed(*command));
+               : QStringLiteral("Usage: torlanctl --data DIR %1.").arg(typed(*command));
 }
 
 database::store::result_t command_line_t::run() const {

@@ -43,8 +43,8 @@ class silent_terminal_t {
 
 /// A terminal hands over one whole line; nothing when it was interrupted.
 QByteArray terminal_line() {
-    write_message("Password: ");
     const silent_terminal_t silent;
+    write_message("Password: ");  // not before: what was typed until now is dropped
     std::array<char, max_line_bytes> buffer;
     const ssize_t count = ::read(STDIN_FILENO, buffer.data(), buffer.size());
     write_message("\n");
