@@ -5,6 +5,7 @@
 
 #include <QSocketNotifier>
 #include <QTimer>
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -27,6 +28,19 @@ struct freed_t {
 
 /// Packets read in one go before other events get their turn.
 constexpr int packets_per_turn = 64;
+/// The lowest subscription identifier among the properties of a message; 0: none.
+quint32 subscription_of(const mosquitto_property* _properties) {
+    quint32 lowest = 0;
+    quint32 found = 0;
+    bool skip_first = false;
+    while ((_properties = mosquitto_property_read_varint(
+                _properties, MQTT_PROP_SUBSCRIPTION_IDENTIFIER, &found, skip_first)) != nullptr) {
+        lowest = lowest == 0 ? found : std::min(lowest, found);
+        skip_first = true;
+    }
+    return lowest;
+}
+
 constexpr auto housekeeping = std::chrono::milliseconds(500);
 
 }  // namespace
@@ -202,12 +216,12 @@ void mosquitto_client_t::private_t::set_callbacks() {
         });
     mosquitto_message_v5_callback_set(
         m, [](mosquitto*, void* _object, const mosquitto_message* _message,
-              const mosquitto_property*) {
+              const mosquitto_property* _properties) {
             if (private_t* const p = of(_object); !p->abandoned) {
                 Q_EMIT p->self->received(
                     QString::fromUtf8(_message->topic),
                     QByteArray(static_cast<const char*>(_message->payload), _message->payloadlen),
-                    _message->retain);
+                    _message->retain, subscription_of(_properties));
             }
         });
     mosquitto_publish_v5_callback_set(
@@ -283,12 +297,19 @@ int mosquitto_client_t::publish(const outgoing_t& _message) {
     return result == MOSQ_ERR_SUCCESS ? id : 0;
 }
 
-int mosquitto_client_t::subscribe(const QString& _filter, utility::qos_t _qos, int _options) {
+int mosquitto_client_t::subscribe(const QString& _filter, utility::qos_t _qos, int _options,
+                                  quint32 _subscription) {
     int id = 0;
-    const int result = d->call([this, &id, &_filter, _qos, _options]() {
+    mosquitto_property* properties = nullptr;
+    if (_subscription != 0) {
+        mosquitto_property_add_varint(&properties, MQTT_PROP_SUBSCRIPTION_IDENTIFIER,
+                                      _subscription);
+    }
+    const int result = d->call([&]() {
         return mosquitto_subscribe_v5(d->handle.get(), &id, _filter.toUtf8().constData(), int(_qos),
-                                      _options, nullptr);
+                                      _options, properties);
     });
+    mosquitto_property_free_all(&properties);
     return result == MOSQ_ERR_SUCCESS ? id : 0;
 }
 

@@ -54,7 +54,9 @@ class mosquitto_client_t : public QObject {
     int publish(const outgoing_t& _message);
 
     /// Asks for a subscription; subscribed() tells the broker's answer. 0: not sent.
-    int subscribe(const QString& _filter, utility::qos_t _qos, int _options);
+    /// @p _subscription comes back with each of its messages; 0: none.
+    int subscribe(const QString& _filter, utility::qos_t _qos, int _options,
+                  quint32 _subscription = 0);
     /// False: not sent.
     bool unsubscribe(const QString& _filter);
 
@@ -63,7 +65,9 @@ class mosquitto_client_t : public QObject {
     /// The connection is gone or could not be made; not after abandon(). @p _reason is one
     /// phrase without secrets; @p _refused: the broker answered and refused.
     void closed(const QString& _reason, bool _refused);
-    void received(const QString& _topic, const QByteArray& _payload, bool _retain);
+    /// @p _subscription as given to subscribe(); the lowest when several are told.
+    void received(const QString& _topic, const QByteArray& _payload, bool _retain,
+                  quint32 _subscription);
     /// The broker has the message, or has refused it.
     void delivered(int _id, bool _accepted);
     void subscribed(int _id, bool _accepted);

@@ -15,6 +15,9 @@ constexpr const char* source = "host/comunication/mqtt_endpoint_t";
 const QString request_filter = QStringLiteral("local/api/+/+/+/request/#");
 const QString status_filter = QStringLiteral("local/api/+/+/status/#");
 
+constexpr quint32 request_subscription = 1;
+constexpr quint32 status_subscription = 2;
+
 /// Mosquitto 2.0.11 acknowledges and then loses retained messages of a publisher with more in
 /// flight than it allows, and it allows 20 unless told otherwise.
 constexpr int window = 20;
@@ -176,21 +179,24 @@ void mqtt_endpoint_t::set_enable_api_message(bool _enable) {
 
 void mqtt_endpoint_t::subscription_status_api(utility::subscribe_t _subscribe) {
     wants_status = _subscribe == utility::subscribe_t::subscribe;
-    if (!online) {
-        return;
-    }
-    if (wants_status) {
-        client.subscribe(status_filter, utility::qos_t::exactly_once, mosquitto_client_t::no_local);
-    } else {
-        client.unsubscribe(status_filter);
+    if (online && !stopping) {
+        queue.push({.topic = {},
+                    .payload = {},
+                    .kind = wants_status ? outgoing_t::kind_t::subscribe
+                                         : outgoing_t::kind_t::unsubscribe});
+        send_more();
     }
 }
 
-void mqtt_endpoint_t::on_received(const QString& _topic, const QByteArray& _payload, bool _retain) {
+void mqtt_endpoint_t::on_received(const QString& _topic, const QByteArray& _payload, bool _retain,
+                                  quint32 _subscription) {
     ++counts.received;
     const api_topic_t levels = api_topic_t::parse(_topic);
     if (levels.is_request()) {
-        on_request(levels, _topic, _payload, _retain);
+        // Requests of a client that calls itself "status" fit both filters and come twice.
+        if (_subscription != status_subscription) {
+            on_request(levels, _topic, _payload, _retain);
+        }
         return;
     }
     // An empty status message is a deletion.
@@ -280,12 +286,11 @@ void mqtt_endpoint_t::send_more() {
         return;
     }
     while (online && in_flight < window && !queue.is_empty()) {
-        ++in_flight;
-        // The connection may end inside, and with it all that is in flight.
-        if (client.publish(queue.pop()) == 0 && online) {
-            --in_flight;
-            ++counts.refused;
+        // A QoS 2 message takes effect with its second half: a subscription waits for that.
+        if (queue.front().kind != outgoing_t::kind_t::message && in_flight > 0) {
+            break;
         }
+        send(queue.pop());
     }
     sending = false;
     if (queue.is_empty()) {
@@ -293,6 +298,24 @@ void mqtt_endpoint_t::send_more() {
         if (stopping && online && in_flight == 0) {
             client.close(false);
         }
+    }
+}
+
+void mqtt_endpoint_t::send(const outgoing_t& _next) {
+    if (_next.kind == outgoing_t::kind_t::subscribe) {
+        client.subscribe(status_filter, utility::qos_t::exactly_once, mosquitto_client_t::no_local,
+                         status_subscription);
+        return;
+    }
+    if (_next.kind == outgoing_t::kind_t::unsubscribe) {
+        client.unsubscribe(status_filter);
+        return;
+    }
+    ++in_flight;
+    // The connection may end inside, and with it all that is in flight.
+    if (client.publish(_next) == 0 && online) {
+        --in_flight;
+        ++counts.refused;
     }
 }
 

@@ -56,7 +56,8 @@ class mqtt_endpoint_t : public protoserver_t {
     void on_opened();
     void on_subscribed(int _id, bool _accepted);
     void on_closed(const QString& _reason, bool _refused);
-    void on_received(const QString& _topic, const QByteArray& _payload, bool _retain);
+    void on_received(const QString& _topic, const QByteArray& _payload, bool _retain,
+                     quint32 _subscription);
     void on_request(const api_topic_t& _levels, const QString& _topic, const QByteArray& _payload,
                     bool _retain);
     void on_delivered(bool _accepted);
@@ -64,6 +65,7 @@ class mqtt_endpoint_t : public protoserver_t {
     void answer_malformed(const QString& _topic);
     void enqueue(outgoing_t _message);
     void send_more();
+    void send(const outgoing_t& _next);
     void drop_waiting();
     void log_outage(const QString& _reason);
     outgoing_t state(const QByteArray& _word) const;

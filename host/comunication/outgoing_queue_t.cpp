@@ -13,7 +13,8 @@ outgoing_queue_t::outgoing_queue_t(std::size_t _most_messages, std::size_t _most
 
 bool outgoing_queue_t::push(outgoing_t _message) {
     const std::size_t added = weight(_message);
-    if (messages.size() >= most_messages || added > most_bytes - held) {
+    const bool is_message = _message.kind == outgoing_t::kind_t::message;
+    if (is_message && (messages.size() >= most_messages || added > most_bytes - held)) {
         return false;
     }
     held += added;

@@ -8,12 +8,16 @@
 
 namespace comunication {
 
-/// One message on its way to the broker.
+/// One message on its way to the broker, or a change of the status subscription that must not
+/// overtake the messages before it.
 struct outgoing_t {
+    enum class kind_t { message, subscribe, unsubscribe };
+
     QByteArray topic;    ///< UTF-8
     QByteArray payload;  ///< empty: deletes a retained message
-    utility::qos_t qos;
-    bool retain;
+    utility::qos_t qos = utility::qos_t::exactly_once;
+    bool retain = false;
+    kind_t kind = kind_t::message;
 };
 
 /// First in, first out, with an upper limit of messages and of bytes. Not thread-safe.
@@ -21,10 +25,12 @@ class outgoing_queue_t {
  public:
     outgoing_queue_t(std::size_t _most_messages, std::size_t _most_bytes);
 
-    /// False: there is no room and the message is not taken.
+    /// False: there is no room and the message is not taken. Changes of a subscription always
+    /// find room.
     bool push(outgoing_t _message);
 
-    /// The oldest message, taken out. Only when the queue is not empty.
+    /// The oldest message. Only when the queue is not empty.
+    const outgoing_t& front() const { return messages.front(); }
     outgoing_t pop();
 
     void clear();
