@@ -1,10 +1,7 @@
 #include "database/live/live_database_t.h"
 
 #include "database/store/schema.h"
-<<<<<<< HEAD
 #include "database/store/store_reader_t.h"
-=======
->>>>>>> document
 
 namespace database::live {
 
@@ -57,7 +54,6 @@ result_t live_database_t::flush() {
     return result;
 }
 
-<<<<<<< HEAD
 result_t live_database_t::read_users(QMap<QString, installation::user_t>* _users) {
     installation::installation_t part;
     result_t result = store::store_reader_t(connection).read_accounts(&part);
@@ -67,6 +63,4 @@ result_t live_database_t::read_users(QMap<QString, installation::user_t>* _users
     return result;
 }
 
-=======
->>>>>>> document
 }  // namespace database::live

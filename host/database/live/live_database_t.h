@@ -32,12 +32,9 @@ class live_database_t : public QObject {
     /// Saves every realtime value now, waiting up to five seconds for other writers.
     store::result_t flush();
 
-<<<<<<< HEAD
     /// Reads the users with their password hashes, by user id: what the broker's files are made of.
     store::result_t read_users(QMap<QString, installation::user_t>* _users);
 
-=======
->>>>>>> document
     /// Where bus drivers set values.
     realtime_writer_t* writer() { return &realtime; }
     /// Whose signals tell the host what else to do.

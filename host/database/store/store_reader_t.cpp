@@ -28,13 +28,10 @@ result_t store_reader_t::read_all(installation_t* _target) {
     return read_topic(_target);
 }
 
-<<<<<<< HEAD
 result_t store_reader_t::read_accounts(installation_t* _target) {
     return read_users({}, _target);
 }
 
-=======
->>>>>>> document
 result_t store_reader_t::read_batch(const change_batch_t& _batch, installation_t* _target) {
     struct step_t {
         result_t (store_reader_t::*read)(const filter_t&, installation_t*);

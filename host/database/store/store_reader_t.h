@@ -13,11 +13,8 @@ class store_reader_t {
 
     /// Adds the whole installation to @p _target.
     result_t read_all(installation::installation_t* _target);
-<<<<<<< HEAD
     /// Adds the users alone.
     result_t read_accounts(installation::installation_t* _target);
-=======
->>>>>>> document
     /// Adds what the batch's keys stand for; a key that is not in the store any more stays out.
     /// With an element come all its grants.
     result_t read_batch(const change_batch_t& _batch, installation::installation_t* _target);

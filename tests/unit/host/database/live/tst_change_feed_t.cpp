@@ -197,12 +197,8 @@ class tst_change_feed_t : public QObject {
         feed->check();
         QCOMPARE(log.lines, QStringList("failed"));
         QCOMPARE(name_of("e-lamp"), "Kitchen lamp");
-<<<<<<< HEAD
         // Mended without a foreign commit: the feed must remember by itself that it missed one.
         QVERIFY(connection->run("ALTER TABLE elements RENAME COLUMN title TO name").ok());
-=======
-        QVERIFY(writer->write({"ALTER TABLE elements RENAME COLUMN title TO name"}));
->>>>>>> document
         feed->check();
         QCOMPARE(log.lines, QStringList({"failed", "element e-lamp", "access_changed"}));
         QCOMPARE(name_of("e-lamp"), "Lamp");

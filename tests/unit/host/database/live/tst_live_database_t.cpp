@@ -92,7 +92,6 @@ class tst_live_database_t : public QObject {
         QCOMPARE(db.getRealtime()->getScenary()->list("s-night")->getExecution(), true);
     }
 
-<<<<<<< HEAD
     void the_users_come_with_their_hashes() {
         const sample::file_t file;
         database::database_t db;
@@ -103,8 +102,6 @@ class tst_live_database_t : public QObject {
         QVERIFY(users == sample::installation().users);
     }
 
-=======
->>>>>>> document
     void a_file_that_is_not_there_is_an_empty_installation() {
         const QTemporaryDir folder;
         database::database_t db;
