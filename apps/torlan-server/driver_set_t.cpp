@@ -65,12 +65,16 @@ QString driver_set_t::init(database::database_t* _database,
 }
 
 void driver_set_t::start() {
+    started = true;
     for (const loader::loaded_driver_t& driver : drivers) {
         driver.get_driver()->start(true);
     }
 }
 
 void driver_set_t::stop() {
+    if (!std::exchange(started, false)) {
+        return;
+    }
     for (const loader::loaded_driver_t& driver : drivers) {
         driver.get_driver()->start(false);
     }

@@ -28,6 +28,7 @@ class driver_set_t {
     QString init(database::database_t* _database, comunication::protoserver_t* _endpoint);
 
     void start();
+    /// Nothing when they are not started.
     void stop();
     /// Stop and start: every state is published again.
     void restart();
@@ -37,6 +38,7 @@ class driver_set_t {
 
  private:
     std::vector<loader::loaded_driver_t> drivers;
+    bool started = false;
 };
 
 }  // namespace torlan
