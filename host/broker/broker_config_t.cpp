@@ -59,7 +59,8 @@ QByteArray broker_config_t::configuration(const broker_settings_t& _settings,
     // Nagle's algorithm makes one QoS 2 round trip 80 ms long.
     text += "set_tcp_nodelay true\n";
     // The default of 1,000 silently cuts what a late subscriber gets of the retained messages.
-    text += "max_queued_messages 0\n";
+    // Not 0 for "no limit": 2.0.11 then hangs up on whoever publishes what it must not.
+    text += "max_queued_messages 1000000000\n";
     text += "max_queued_bytes " + QByteArray::number(_settings.queued_bytes) + "\n";
     text += "max_inflight_messages " + QByteArray::number(_settings.in_flight_messages) + "\n";
     text += "max_packet_size " + QByteArray::number(_settings.packet_bytes) + "\n";
