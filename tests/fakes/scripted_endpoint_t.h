@@ -9,6 +9,8 @@
 
 #include "comunication/protoserver_t.h"
 
+namespace fakes {
+
 /// An endpoint without a network: it writes down what drivers ask of it and says what a test
 /// tells it to. Like a broker it keeps retained messages and sends the retained status messages
 /// again at every subscription.
@@ -25,6 +27,7 @@ class scripted_endpoint_t : public comunication::protoserver_t {
         qos_t qos;
         bool retain;
         QThread* thread;  ///< on which the call was made
+        bool reserved;    ///< the call's last argument
     };
     struct deleted_t {
         QString topic;
@@ -36,9 +39,9 @@ class scripted_endpoint_t : public comunication::protoserver_t {
     explicit scripted_endpoint_t(QObject* _parent = nullptr) : protoserver_t(_parent) {}
 
     void publish(const QString& _topic, const QJsonValue& _payload, qos_t _qos, bool _retain,
-                 bool /*_reserved*/) override {
+                 bool _reserved) override {
         const QMutexLocker locker(&lock);
-        publications.append({_topic, _payload, _qos, _retain, QThread::currentThread()});
+        publications.append({_topic, _payload, _qos, _retain, QThread::currentThread(), _reserved});
         if (_retain) {
             stored.insert(_topic, _payload);
         }
@@ -147,3 +150,5 @@ class scripted_endpoint_t : public comunication::protoserver_t {
     QList<QThread*> change_threads;
     QMap<QString, QJsonValue> stored;
 };
+
+}  // namespace fakes
