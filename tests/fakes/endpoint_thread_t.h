@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QCoreApplication>
 #include <QSemaphore>
 #include <QThread>
 
 #include "fakes/scripted_endpoint_t.h"
+#include "fakes/settle.h"
 
 namespace fakes {
 
@@ -56,11 +56,10 @@ class endpoint_thread_t {
     /// answer out, retained messages back.
     void settle() {
         for (int crossing = 0; crossing < 8; ++crossing) {
-            QCoreApplication::processEvents();
-            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            fakes::settle();
             drain();
         }
-        QCoreApplication::processEvents();
+        fakes::settle();
     }
 
  private:
