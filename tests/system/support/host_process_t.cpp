@@ -58,7 +58,7 @@ bool host_process_t::start(const QStringList& _more_arguments) {
     bool ready = false;
     const auto read = QObject::connect(&server, &QProcess::readyReadStandardOutput, &loop, [&]() {
         while (server.canReadLine()) {
-            ready = ready || server.readLine().startsWith("torlan: ready");
+            ready = server.readLine().startsWith("torlan: ready") || ready;
         }
         if (ready) {
             loop.quit();
