@@ -25,7 +25,7 @@ bool init_one(interfaces::plugin_driver_interface_t* _driver, database::database
 
 }  // namespace
 
-driver_set_t::driver_set_t() = default;
+driver_set_t::driver_set_t(QObject* _parent) : QObject(_parent) {}
 
 driver_set_t::~driver_set_t() = default;
 
@@ -72,6 +72,7 @@ void driver_set_t::start() {
 }
 
 void driver_set_t::stop() {
+    restarting = false;
     if (!std::exchange(started, false)) {
         return;
     }
@@ -80,9 +81,20 @@ void driver_set_t::stop() {
     }
 }
 
-void driver_set_t::restart() {
+void driver_set_t::restart(comunication::protoserver_t* _endpoint) {
     stop();
-    start();
+    restarting = true;
+    // A driver ends its routes on the endpoint's thread and forgets its states on its own after
+    // that. A start right behind the stop would overtake it, and nothing would be published.
+    const auto start_here = [this]() {
+        if (std::exchange(restarting, false)) {
+            start();
+        }
+    };
+    const auto turn_back = [this, start_here]() {
+        QMetaObject::invokeMethod(this, start_here, Qt::QueuedConnection);
+    };
+    QMetaObject::invokeMethod(_endpoint, turn_back, Qt::QueuedConnection);
 }
 
 }  // namespace torlan

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QObject>
 #include <QString>
 #include <vector>
 
@@ -13,11 +14,12 @@ namespace torlan {
 
 /// The host's drivers through their life: load, initialise, start, stop, gone. Host thread only;
 /// the database and the endpoint outlive it.
-class driver_set_t {
+class driver_set_t : public QObject {
+    Q_OBJECT
+
  public:
-    driver_set_t();
-    Q_DISABLE_COPY_MOVE(driver_set_t)
-    ~driver_set_t();
+    explicit driver_set_t(QObject* _parent = nullptr);
+    ~driver_set_t() override;
 
     /// Loads every driver of a folder; what is refused goes to the log. One sentence when there
     /// is none at all.
@@ -30,8 +32,9 @@ class driver_set_t {
     void start();
     /// Nothing when they are not started.
     void stop();
-    /// Stop and start: every state is published again.
-    void restart();
+    /// Stops, and starts when the stop has gone through the endpoint's thread and back; so every
+    /// state is published again.
+    void restart(comunication::protoserver_t* _endpoint);
 
     /// Deletes the drivers.
     void clear() { drivers.clear(); }
@@ -39,6 +42,7 @@ class driver_set_t {
  private:
     std::vector<loader::loaded_driver_t> drivers;
     bool started = false;
+    bool restarting = false;  ///< stopped, and a start is on its way
 };
 
 }  // namespace torlan

@@ -179,10 +179,10 @@ void host_t::set_up_connections() {
     connect(&sweep, &retained_sweep_t::due, mqtt, [mqtt]() {
         mqtt->subscription_status_api(comunication::utility::subscribe_t::subscribe);
     });
-    connect(mqtt, &mqtt_endpoint_t::connected, this, [this](bool _again) {
+    connect(mqtt, &mqtt_endpoint_t::connected, this, [this, mqtt](bool _again) {
         // The private broker has lost what was retained.
         if (_again) {
-            drivers.restart();
+            drivers.restart(mqtt);
         }
     });
     connect(live.get(), &database::live::live_database_t::failed, this,
