@@ -166,6 +166,10 @@ void mosquitto_client_t::private_t::finish(const QString& _reason) {
     if (reason.isEmpty()) {
         reason = _reason;
     }
+    // The library's own texts end with a stop, those of the protocol do not.
+    while (reason.endsWith(u'.')) {
+        reason.chop(1);
+    }
 }
 
 int mosquitto_client_t::private_t::configure(const client_settings_t& _settings) {
