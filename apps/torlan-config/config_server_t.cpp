@@ -34,7 +34,10 @@ QHttpServerResponse response_of(const settings_service_t::answer_t& _answer) {
 }  // namespace
 
 config_server_t::config_server_t(const QString& _trigger, QObject* _parent)
-    : QObject(_parent), service(&file), triggers(_trigger), listener(new gated_listener_t(this)) {
+    : QObject(_parent),
+      service(&file),
+      triggers(_trigger, this),
+      listener(new gated_listener_t(this)) {
     // An address as last argument matches the rest of the path, slashes included.
     http.route(QStringLiteral("/<arg>"),
                [this](const QUrl&, const QHttpServerRequest& request) { return answer(request); });

@@ -7,19 +7,26 @@
 
 namespace {
 
-/// "name", "name:port" or "[address]:port" with a name of this machine.
+bool is_port(const QByteArray& _text) {
+    return !_text.isEmpty() && _text.size() <= 5 &&
+           std::all_of(_text.begin(), _text.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+/// A name of this machine as headers write it: an address of IPv6 is in brackets.
+bool is_own_name(const QByteArray& _name) {
+    if (_name.startsWith('[')) {
+        return _name == "[::1]";
+    }
+    return !_name.contains(':') && is_loopback_host(QString::fromLatin1(_name));
+}
+
+/// "name" or "name:port" with a name of this machine.
 bool is_own_authority(const QByteArray& _authority) {
-    const bool has_brackets = _authority.startsWith('[');
-    const qsizetype end = has_brackets ? _authority.indexOf(']') : _authority.indexOf(':');
-    const QByteArray port = end < 0 ? QByteArray() : _authority.mid(has_brackets ? end + 1 : end);
-    const QByteArray name = has_brackets ? _authority.mid(1, end - 1)
-                                         : _authority.left(end < 0 ? _authority.size() : end);
-    const bool is_port =
-        port.isEmpty() ||
-        (port.startsWith(':') && port.size() > 1 && port.size() <= 6 &&
-         std::all_of(port.begin() + 1, port.end(), [](char c) { return c >= '0' && c <= '9'; }));
-    const bool is_address_6 = name.contains(':');
-    return is_port && has_brackets == is_address_6 && is_loopback_host(QString::fromLatin1(name));
+    const qsizetype colon = _authority.indexOf(':', _authority.indexOf(']') + 1);
+    if (colon < 0) {
+        return is_own_name(_authority);
+    }
+    return is_own_name(_authority.left(colon)) && is_port(_authority.mid(colon + 1));
 }
 
 bool is_own_origin(const QByteArray& _origin) {
