@@ -46,14 +46,15 @@ config_server_t::config_server_t(const QString& _trigger, QObject* _parent)
 config_server_t::~config_server_t() = default;
 
 QString config_server_t::start(const QString& _file, quint16 _port) {
-    const QString error = file.open(_file);
-    if (!error.isEmpty()) {
-        return error;
-    }
+    // First the port: a start that fails has made no file. Nothing is served before the event loop.
     if (!listener->listen(QHostAddress::LocalHost, _port)) {
         return QStringLiteral("cannot listen on 127.0.0.1, port %1: %2")
             .arg(_port)
             .arg(listener->errorString());
+    }
+    const QString error = file.open(_file);
+    if (!error.isEmpty()) {
+        return error;
     }
     static_cast<void>(http.bind(listener));
     return {};
