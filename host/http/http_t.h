@@ -46,6 +46,9 @@ class http_t : public QObject {
     int timeout() const { return timeout_ms; }
 
  private:
+    httpresponse_t request(const QByteArray& _method, const QString& _path,
+                           const QByteArray& _body) const;
+
     const QString base_url;
     const bool use_proxy;
     std::atomic<int> timeout_ms = default_timeout_ms;
