@@ -11,12 +11,19 @@ struct received_t {
     qint64 head_bytes = 0;
     qint64 max_bytes = 0;
     bool too_large = false;
+    bool head_ended = false;
 };
 
 // Taking less than offered makes the library end the exchange.
-size_t take_head(char*, size_t _size, size_t _count, void* _received) {
+size_t take_head(char* _line, size_t _size, size_t _count, void* _received) {
     auto* received = static_cast<received_t*>(_received);
     received->head_bytes += qint64(_size * _count);
+    const QByteArrayView line(_line, qsizetype(_size * _count));
+    if (line.startsWith("HTTP/")) {
+        received->head_ended = false;
+    } else if (line == "\r\n" || line == "\n") {
+        received->head_ended = true;
+    }
     received->too_large = received->too_large || received->head_bytes > received->max_bytes;
     return received->too_large ? 0 : _size * _count;
 }
@@ -121,6 +128,10 @@ http_exchange_t::answer_t http_exchange_t::run() const {
     }
     if (code != CURLE_OK) {
         return {error_of(code), int(status), {}, QString::fromUtf8(curl_easy_strerror(code))};
+    }
+    // The library takes a head that breaks off for a whole one without a body.
+    if (!received.head_ended) {
+        return {httpresponse_t::broken_answer, int(status), {}, QStringLiteral("half an answer")};
     }
     return {httpresponse_t::no_error, int(status), received.body, {}};
 }

@@ -103,7 +103,7 @@ httpresponse_t http_t::request(const QByteArray& _method, const QString& _path,
     const QUrl url = mapped(QUrl(base_url + _path, QUrl::TolerantMode));
     if (!url.isValid() || url.host().isEmpty()) {
         return httpresponse_t::failure(httpresponse_t::not_sent, 0,
-                                       QStringLiteral("not an address: %1%2").arg(base_url, _path));
+                                       QStringLiteral("no usable address for \"%1\"").arg(_path));
     }
     const bool proxy = use_proxy && !is_loopback_host(url.host());
     return response_of(url, {_method, url.toEncoded(QUrl::RemoveFragment), _body, timeout(), proxy,
