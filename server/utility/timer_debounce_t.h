@@ -53,16 +53,18 @@ class timer_debounce_t {
     /// (Re)starts the wait: at once on the timer's thread, else posted to it. A posted trigger
     /// that finds this object gone does nothing.
     void trigger() {
-        QTimer* timer = state->timer;
+        // Over the limit the action runs in here, and it may destroy this object.
+        const std::shared_ptr<state_t> alive = state;
+        QTimer* timer = alive->timer;
         if (timer == nullptr) {
             return;
         }
         if (timer->thread() == QThread::currentThread()) {
-            state->restart();
+            alive->restart();
             return;
         }
         QMetaObject::invokeMethod(
-            timer, [weak = std::weak_ptr(state)]() { run(weak, &state_t::restart); },
+            timer, [weak = std::weak_ptr(alive)]() { run(weak, &state_t::restart); },
             Qt::QueuedConnection);
     }
 

@@ -9,6 +9,8 @@
 
 #include "comunication/protoserver_t.h"
 
+namespace fakes {
+
 /// An endpoint without a network: it writes down what drivers ask of it and says what a test
 /// tells it to. Like a broker it keeps retained messages and sends the retained status messages
 /// again at every subscription.
@@ -25,6 +27,7 @@ class scripted_endpoint_t : public comunication::protoserver_t {
         qos_t qos;
         bool retain;
         QThread* thread;  ///< on which the call was made
+        bool reserved;    ///< the call's last argument
     };
     struct deleted_t {
         QString topic;
@@ -36,9 +39,12 @@ class scripted_endpoint_t : public comunication::protoserver_t {
     explicit scripted_endpoint_t(QObject* _parent = nullptr) : protoserver_t(_parent) {}
 
     void publish(const QString& _topic, const QJsonValue& _payload, qos_t _qos, bool _retain,
-                 bool /*_reserved*/) override {
+                 bool _reserved) override {
         const QMutexLocker locker(&lock);
-        publications.append({_topic, _payload, _qos, _retain, QThread::currentThread()});
+        publications.append({_topic, _payload, _qos, _retain, QThread::currentThread(), _reserved});
+        story.append({{QStringLiteral("publish"), _topic},
+                      {QStringLiteral("payload"), _payload},
+                      {QStringLiteral("retain"), _retain}});
         if (_retain) {
             stored.insert(_topic, _payload);
         }
@@ -47,6 +53,7 @@ class scripted_endpoint_t : public comunication::protoserver_t {
     void publish_delete(const QString& _topic, qos_t _qos, bool _retain) override {
         const QMutexLocker locker(&lock);
         deletions.append({_topic, _qos, _retain, QThread::currentThread()});
+        story.append({{QStringLiteral("delete"), _topic}});
         if (_retain) {
             stored.remove(_topic);
         }
@@ -63,6 +70,7 @@ class scripted_endpoint_t : public comunication::protoserver_t {
             const QMutexLocker locker(&lock);
             changes.append(_subscribe);
             change_threads.append(QThread::currentThread());
+            story.append({{QStringLiteral("subscribe"), _subscribe == subscribe_t::subscribe}});
         }
         if (_subscribe == subscribe_t::subscribe) {
             send_retained_status();
@@ -85,6 +93,9 @@ class scripted_endpoint_t : public comunication::protoserver_t {
     QList<QThread*> enabled_threads() const { return copy(switch_threads); }
     QList<subscribe_t> subscriptions() const { return copy(changes); }
     QList<QThread*> subscription_threads() const { return copy(change_threads); }
+    /// Publications, deletions and subscription changes in one order: {"publish", "payload",
+    /// "retain"}, {"delete"} or {"subscribe"}.
+    QList<QJsonObject> history() const { return copy(story); }
     /// What a broker would hold now.
     QMap<QString, QJsonValue> retained() const { return copy(stored); }
 
@@ -110,6 +121,7 @@ class scripted_endpoint_t : public comunication::protoserver_t {
         const QMutexLocker locker(&lock);
         publications.clear();
         deletions.clear();
+        story.clear();
         changes.clear();
         change_threads.clear();
     }
@@ -141,9 +153,12 @@ class scripted_endpoint_t : public comunication::protoserver_t {
     mutable QMutex lock;  ///< guards everything below; never held while a signal is emitted
     QList<published_t> publications;
     QList<deleted_t> deletions;
+    QList<QJsonObject> story;
     QList<bool> switches;
     QList<QThread*> switch_threads;
     QList<subscribe_t> changes;
     QList<QThread*> change_threads;
     QMap<QString, QJsonValue> stored;
 };
+
+}  // namespace fakes

@@ -7,7 +7,7 @@ namespace database::installation {
 
 /// A thermostat logic of an installation; item ids, empty: not connected.
 struct thermostat_t {
-    QMap<QString, QString> ids;  ///< thermostat key -> item id
+    QMap<QString, QString> ids;  ///< thermostat key -> item id; null string: not connected
     QString id_actual;
     QString id_windows_contact;
     bool operator==(const thermostat_t&) const = default;

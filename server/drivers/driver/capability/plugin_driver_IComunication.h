@@ -45,13 +45,15 @@ class IComunication {
     /// driver calls it first thing in its destructor, before its own members go.
     void end_calls() { lifetime->end(); }
 
+    /// Written under the lock; the early exit of Comunication(call) reads it without. A driver
+    /// that outlives its endpoint sets it to null: calls are skipped from then on.
+    std::atomic<comunication::protoserver_t*> comunication;
+    QReadWriteLock lock;  ///< guards comunication; non-recursive
+
  private:
     static constexpr const char* comunication_source =
         "server/drivers/driver/capability/plugin_driver_IComunication";
 
-    /// Written under the lock; the early exit of Comunication(call) reads it without.
-    std::atomic<comunication::protoserver_t*> comunication;
-    QReadWriteLock lock;  ///< guards comunication; non-recursive
     const std::shared_ptr<call_lifetime_t> lifetime;
 };
 

@@ -1,0 +1,64 @@
+#include "account_keeper_t.h"
+
+#include "broker/password_hash.h"
+#include "comunication/host_log.h"
+#include "database/live/live_database_t.h"
+
+namespace torlan {
+
+namespace {
+constexpr const char* source = "apps/torlan-server/account_keeper_t";
+}
+
+account_keeper_t::account_keeper_t(broker::broker_process_t* _broker,
+                                   database::live::live_database_t* _live, QObject* _parent)
+    : QObject(_parent),
+      broker(_broker),
+      live(_live),
+      // Random, so that no user of the installation can have it.
+      account(QStringLiteral("check-") + broker::random_password()),
+      password(broker::random_password()) {}
+
+account_keeper_t::~account_keeper_t() = default;
+
+QString account_keeper_t::start_broker() {
+    QList<broker::broker_account_t> accounts;
+    QString error = read(&accounts);
+    if (error.isEmpty()) {
+        error = broker->start(accounts).error;
+    }
+    return error.isEmpty() ? broker->wait_until_listening().error : error;
+}
+
+void account_keeper_t::update() {
+    QList<broker::broker_account_t> accounts;
+    QString error = read(&accounts);
+    if (error.isEmpty()) {
+        error = broker->set_accounts(accounts).error;
+    }
+    if (!error.isEmpty()) {
+        comunication::host_log(QStringLiteral("The broker keeps its former users: ") + error, 2,
+                               "update", source, __LINE__);
+    }
+}
+
+void account_keeper_t::end_checks() {
+    checking = false;
+    update();
+}
+
+QString account_keeper_t::read(QList<broker::broker_account_t>* _accounts) const {
+    QMap<QString, database::installation::user_t> users;
+    if (const auto result = live->read_users(&users); !result.ok()) {
+        return result.error;
+    }
+    for (const database::installation::user_t& user : std::as_const(users)) {
+        _accounts->append({user.username, user.password_hash});
+    }
+    if (checking) {
+        _accounts->append({account, broker::hash_password(password)});
+    }
+    return {};
+}
+
+}  // namespace torlan

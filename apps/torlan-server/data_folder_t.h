@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QLockFile>
+#include <QString>
+#include <memory>
+
+namespace torlan {
+
+/// The host's folder: made when it is missing (mode 0700) and locked against a second host.
+class data_folder_t {
+ public:
+    explicit data_folder_t(const QString& _path);
+    Q_DISABLE_COPY_MOVE(data_folder_t)
+    /// Unlocks it.
+    ~data_folder_t();
+
+    /// One sentence when it cannot be made, written or locked; empty: it is ours.
+    QString open();
+
+    /// Takes out what open() made, with everything that was written into it since. A folder that
+    /// was there before stays as it is.
+    void take_back();
+
+    QString file(const QString& _name) const;
+
+ private:
+    QString make();
+
+    const QString path;
+    QString made;  ///< topmost folder that open() made; empty: none
+    std::unique_ptr<QLockFile> lock;
+};
+
+}  // namespace torlan

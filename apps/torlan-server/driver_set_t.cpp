@@ -1,0 +1,88 @@
+#include "driver_set_t.h"
+
+#include <QDir>
+#include <utility>
+
+#include "comunication/host_log.h"
+#include "drivers/driver/capability/plugin_driver_IComunication.h"
+#include "loader/driver_loader_t.h"
+
+namespace torlan {
+
+namespace {
+
+constexpr const char* source = "apps/torlan-server/driver_set_t";
+
+bool init_one(interfaces::plugin_driver_interface_t* _driver, database::database_t* _database,
+              comunication::protoserver_t* _endpoint) {
+    if (!_driver->init_database(_database)) {
+        return false;
+    }
+    auto* comunication =
+        static_cast<interfaces::IComunication*>(_driver->getCapability("IComunication"));
+    return comunication == nullptr || comunication->init_comunication(_endpoint);
+}
+
+}  // namespace
+
+driver_set_t::driver_set_t() = default;
+
+driver_set_t::~driver_set_t() = default;
+
+QString driver_set_t::load(const QString& _folder) {
+    loader::driver_loader_t loader(_folder);
+    drivers = loader.load_all();
+    for (const loader::refused_file_t& refused : loader.refused()) {
+        comunication::host_log(refused.text, 2, "load", source, __LINE__);
+    }
+    for (const loader::loaded_driver_t& driver : drivers) {
+        comunication::host_log(QStringLiteral("Loaded driver %1 from %2")
+                                   .arg(driver.get_metadata().class_name, driver.get_file()),
+                               4, "load", source, __LINE__);
+    }
+    if (!drivers.empty()) {
+        return {};
+    }
+    return loader.refused().isEmpty() ? QStringLiteral("There is no driver in %1.").arg(_folder)
+                                      : QStringLiteral("No driver in %1 can be loaded: %2")
+                                            .arg(_folder, loader.refused().constFirst().text);
+}
+
+QString driver_set_t::init(database::database_t* _database,
+                           comunication::protoserver_t* _endpoint) {
+    std::vector<loader::loaded_driver_t> taken;
+    QString refused;
+    for (loader::loaded_driver_t& driver : drivers) {
+        if (init_one(driver.get_driver(), _database, _endpoint)) {
+            taken.push_back(std::move(driver));
+            continue;
+        }
+        refused = QStringLiteral("The driver %1 could not be initialised.").arg(driver.get_file());
+        comunication::host_log(refused, 2, "init", source, __LINE__);
+    }
+    drivers.swap(taken);
+    return drivers.empty() ? refused : QString();
+}
+
+void driver_set_t::start() {
+    started = true;
+    for (const loader::loaded_driver_t& driver : drivers) {
+        driver.get_driver()->start(true);
+    }
+}
+
+void driver_set_t::stop() {
+    if (!std::exchange(started, false)) {
+        return;
+    }
+    for (const loader::loaded_driver_t& driver : drivers) {
+        driver.get_driver()->start(false);
+    }
+}
+
+void driver_set_t::restart() {
+    stop();
+    start();
+}
+
+}  // namespace torlan

@@ -1,0 +1,77 @@
+#include "first_request_t.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include "database/database_t.h"
+
+namespace torlan {
+
+namespace {
+
+using database::persistent::objects::ps_object_element_t;
+using database::persistent::objects::ps_object_user_t;
+
+constexpr int read_and_write = 3;
+
+QString quoted(QString _text) {
+    return QLatin1Char('\'') + _text.replace(QLatin1Char('\''), QStringLiteral("'\\''")) +
+           QLatin1Char('\'');
+}
+
+/// The first connected function that is 0 or 1; another kind of value would have to be known.
+bool take_switch(const database::database_t& _database, const ps_object_element_t& _element,
+                 first_request_t* _request) {
+    const auto items = _database.getRealtime()->getItems()->getObjects();
+    const QMap<QString, QVariant> functions = _element.getFunction_map();
+    for (auto function = functions.cbegin(); function != functions.cend(); ++function) {
+        const auto* item = items.value(function.value().toString(), nullptr);
+        const QString value = item != nullptr ? item->getValue() : QString();
+        if (value == QLatin1String("0") || value == QLatin1String("1")) {
+            _request->function = function.key();
+            _request->value =
+                value == QLatin1String("0") ? QStringLiteral("1") : QStringLiteral("0");
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+std::optional<first_request_t> first_request_t::find(const database::database_t& _database) {
+    const auto* data = _database.getPersistent()->getData();
+    const auto users = data->getUsers()->getObjects();
+    const auto elements = data->getElements()->getObjects();
+    for (auto user = users.cbegin(); user != users.cend(); ++user) {
+        for (auto element = elements.cbegin(); element != elements.cend(); ++element) {
+            first_request_t request{user.key(), (*user)->getUsername(), element.key(), {}, {}};
+            if (data->check_permission_element_by_userid(
+                    element.key(), user.key(), ps_object_user_t::PermissionFlag::element) ==
+                    read_and_write &&
+                take_switch(_database, **element, &request)) {
+                return request;
+            }
+        }
+    }
+    return {};
+}
+
+QString first_request_t::text(quint16 _port, const QString& _password) const {
+    const QString account =
+        QStringLiteral("-h 127.0.0.1 -p %1 -u %2 -P %3")
+            .arg(QString::number(_port), username,
+                 _password.isEmpty() ? QStringLiteral("PASSWORD") : quoted(_password));
+    const QJsonObject functions{{function, value}};
+    const QJsonObject data{{QStringLiteral("functions"), functions}};
+    const QString payload = QString::fromUtf8(
+        QJsonDocument(QJsonObject{{QStringLiteral("data"), data}}).toJson(QJsonDocument::Compact));
+    return QStringLiteral("  mosquitto_sub %1 -t 'local/api/v1/%2/#' -v\n").arg(account, username) +
+           QStringLiteral(
+               "  mosquitto_pub %1 -q 2 \\\n"
+               "      -t local/api/v1/%2/me/request/set/elements/objects_list/%3 \\\n")
+               .arg(account, username, element) +
+           QStringLiteral("      -m ") + quoted(payload) + QLatin1Char('\n');
+}
+
+}  // namespace torlan

@@ -1,0 +1,209 @@
+#include "host_t.h"
+
+#include <QDir>
+#include <QEventLoop>
+#include <QTimer>
+
+#include "broker/broker_rights_check_t.h"
+#include "broker/port_probe_t.h"
+#include "comunication/host_log.h"
+#include "first_request_t.h"
+#include "ready_probe_t.h"
+
+namespace torlan {
+
+using comunication::mqtt_endpoint_t;
+using database::live::change_feed_t;
+using utility::logs::classlogs;
+using utility::logs::spdlog_logger_t;
+
+namespace {
+
+constexpr const char* source = "apps/torlan-server/host_t";
+constexpr std::chrono::milliseconds connect_timeout{10'000};
+
+/// Readable by every API user; empty for an installation without a topic.
+QString connection_topic(const database::database_t& _database) {
+    const QString topic = _database.getPersistent()->getTopicbase()->getTopic();
+    return topic.isEmpty() ? QString() : QStringLiteral("local/%1/connection").arg(topic);
+}
+
+}  // namespace
+
+host_t::host_t(const options_t& _options, QObject* _parent)
+    : QObject(_parent), options(_options), folder(_options.data) {}
+
+host_t::~host_t() {
+    stop();
+}
+
+QString host_t::start() {
+    using step_t = QString (host_t::*)();
+    QString error = folder.open();
+    for (const step_t step :
+         {&host_t::open_log, &host_t::load_drivers, &host_t::open_database, &host_t::start_broker,
+          &host_t::check_rights, &host_t::connect_endpoint, &host_t::start_drivers,
+          &host_t::ask_api}) {
+        if (error.isEmpty() && given_up) {
+            error = QStringLiteral("The start was broken off.");
+        }
+        if (error.isEmpty()) {
+            error = (this->*step)();
+        }
+    }
+    if (!error.isEmpty()) {
+        stop();
+        folder.take_back();
+    }
+    return error;
+}
+
+void host_t::break_off() {
+    given_up = true;
+    Q_EMIT broken_off();
+}
+
+void host_t::stop() {
+    drivers.stop();
+    drivers.clear();
+    endpoint.reset();
+    accounts.reset();
+    broker.reset();
+    bus.reset();
+    live.reset();
+    database.reset();
+    classlogs::setInstance(nullptr);
+    logger.reset();
+}
+
+QString host_t::open_log() {
+    utility::logs::log_settings_t settings;
+    settings.folder = folder.file(QStringLiteral("logs"));
+    settings.stdout_level = options.stdout_level;
+    if (!QDir().mkpath(settings.folder)) {
+        return QStringLiteral("The folder %1 cannot be made.").arg(settings.folder);
+    }
+    spdlog_logger_t::opened_t opened = spdlog_logger_t::open(settings);
+    logger = std::move(opened.logger);
+    classlogs::setInstance(logger.get());
+    return opened.error;
+}
+
+QString host_t::load_drivers() {
+    return drivers.load(options.plugins);
+}
+
+QString host_t::open_database() {
+    for (const quint16 port : {options.port, options.ws_port}) {
+        if (port != 0 && !broker::port_probe_t::is_free(port)) {
+            return QStringLiteral("Port %1 of 127.0.0.1 is already in use.").arg(port);
+        }
+    }
+    database = std::make_unique<database::database_t>();
+    live = std::make_unique<database::live::live_database_t>(
+        database.get(), database::live::live_database_t::options_t());
+    bus = std::make_unique<database::live::simulated_bus_t>(database.get(), live->writer());
+    bus->simulate(options.simulate);
+    return live->open(folder.file(QStringLiteral("installation.db"))).error;
+}
+
+QString host_t::start_broker() {
+    broker::broker_settings_t settings;
+    settings.port = options.port;
+    settings.websocket_port = options.ws_port;
+    settings.connection_topic = connection_topic(*database);
+    settings.executable = options.broker_program;
+    broker = std::make_unique<broker::broker_process_t>(settings);
+    accounts = std::make_unique<account_keeper_t>(broker.get(), live.get());
+    return accounts->start_broker();
+}
+
+QString host_t::check_rights() {
+    broker::rights_check_settings_t settings;
+    settings.port = options.port;
+    settings.host_account = broker::broker_settings_t().host_account;
+    settings.host_password = broker->host_password();
+    settings.probe_account = accounts->check_account();
+    settings.probe_password = accounts->check_password();
+    settings.connection_topic = connection_topic(*database);
+    return broker::broker_rights_check_t(settings).run().error;
+}
+
+QString host_t::connect_endpoint() {
+    comunication::endpoint_settings_t settings;
+    settings.port = options.port;
+    settings.username = broker::broker_settings_t().host_account;
+    settings.password = broker->host_password();
+    settings.connection_topic = connection_topic(*database);
+    endpoint = std::make_unique<comunication::endpoint_thread_t>(settings);
+
+    QString error = QStringLiteral("The broker did not let the host in in time.");
+    QEventLoop loop;
+    connect(endpoint->endpoint(), &mqtt_endpoint_t::connected, &loop, [&loop, &error]() {
+        error.clear();
+        loop.quit();
+    });
+    connect(this, &host_t::broken_off, &loop, &QEventLoop::quit);
+    QTimer::singleShot(connect_timeout, &loop, &QEventLoop::quit);
+    endpoint->start();
+    loop.exec();
+    return error;
+}
+
+QString host_t::start_drivers() {
+    QString error = drivers.init(database.get(), endpoint->endpoint());
+    if (error.isEmpty()) {
+        set_up_connections();
+        drivers.start();
+    }
+    return error;
+}
+
+QString host_t::ask_api() {
+    ready_probe_t::settings_t settings;
+    settings.port = options.port;
+    settings.account = accounts->check_account();
+    settings.password = accounts->check_password();
+    ready_probe_t probe(settings);
+    connect(this, &host_t::broken_off, &probe, &ready_probe_t::give_up);
+    QString error = probe.run();
+    accounts->end_checks();
+    return error;
+}
+
+void host_t::set_up_connections() {
+    mqtt_endpoint_t* const mqtt = endpoint->endpoint();
+    // Before the notifiers' signals of the same batch: a removed user is locked out first.
+    connect(live->feed(), &change_feed_t::users_changed, accounts.get(), &account_keeper_t::update);
+    connect(live->feed(), &change_feed_t::access_changed, &sweep, &retained_sweep_t::trigger);
+    connect(&sweep, &retained_sweep_t::due, mqtt, [mqtt]() {
+        mqtt->subscription_status_api(comunication::utility::subscribe_t::subscribe);
+    });
+    connect(mqtt, &mqtt_endpoint_t::connected, this, [this](bool _again) {
+        // The private broker has lost what was retained.
+        if (_again) {
+            drivers.restart();
+        }
+    });
+    connect(live.get(), &database::live::live_database_t::failed, this,
+            [](const QString& _sentence) {
+                comunication::host_log(_sentence, 2, "operator()", source, __LINE__);
+            });
+}
+
+QString host_t::ready_text() const {
+    const auto* data = database->getPersistent()->getData();
+    QString text = QStringLiteral("torlan: ready on 127.0.0.1:%1").arg(options.port);
+    if (options.ws_port != 0) {
+        text += QStringLiteral(", WebSockets on 127.0.0.1:%1").arg(options.ws_port);
+    }
+    text += QStringLiteral(" (%1 elements, %2 users)\n")
+                .arg(data->getElements()->getObjects().size())
+                .arg(data->getUsers()->getObjects().size());
+    if (const auto request = first_request_t::find(*database)) {
+        text += request->text(options.port, {});
+    }
+    return text;
+}
+
+}  // namespace torlan

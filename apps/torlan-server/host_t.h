@@ -1,0 +1,72 @@
+#pragma once
+
+#include <QObject>
+#include <memory>
+
+#include "account_keeper_t.h"
+#include "broker/broker_process_t.h"
+#include "comunication/endpoint_thread_t.h"
+#include "data_folder_t.h"
+#include "database/live/live_database_t.h"
+#include "database/live/simulated_bus_t.h"
+#include "driver_set_t.h"
+#include "logs/spdlog_logger_t.h"
+#include "options_t.h"
+#include "retained_sweep_t.h"
+
+namespace torlan {
+
+/// The running host: the one place that builds the object graph, and the duties that hang between
+/// its parts. Main thread, with an event loop.
+class host_t : public QObject {
+    Q_OBJECT
+
+ public:
+    explicit host_t(const options_t& _options, QObject* _parent = nullptr);
+    /// stop().
+    ~host_t() override;
+
+    /// Builds and starts everything, handling events meanwhile; returns once the API has answered
+    /// through the broker. One sentence when it could not, with nothing left running and no new
+    /// folder left behind; empty: it runs. Once only.
+    QString start();
+
+    /// Makes a start() that is under way give up soon.
+    void break_off();
+
+    /// Ends everything within seconds; values are saved.
+    void stop();
+
+    /// What to print once it runs: where the API is, and a request to paste.
+    QString ready_text() const;
+
+ Q_SIGNALS:
+    void broken_off();
+
+ private:
+    QString open_log();
+    QString load_drivers();
+    QString open_database();
+    QString start_broker();
+    QString check_rights();
+    QString connect_endpoint();
+    QString start_drivers();
+    QString ask_api();
+    void set_up_connections();
+
+    const options_t options;
+    bool given_up = false;
+    data_folder_t folder;
+    // What stands above outlives what stands below.
+    std::unique_ptr<utility::logs::spdlog_logger_t> logger;
+    std::unique_ptr<database::database_t> database;
+    std::unique_ptr<database::live::live_database_t> live;
+    std::unique_ptr<database::live::simulated_bus_t> bus;
+    std::unique_ptr<broker::broker_process_t> broker;
+    std::unique_ptr<account_keeper_t> accounts;
+    std::unique_ptr<comunication::endpoint_thread_t> endpoint;
+    retained_sweep_t sweep;
+    driver_set_t drivers;
+};
+
+}  // namespace torlan

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+#include <chrono>
+
+#include "comunication/mosquitto_client_t.h"
+
+namespace torlan {
+
+/// Asks the API a question through the broker, as a user would, until it answers.
+class ready_probe_t : public QObject {
+    Q_OBJECT
+
+ public:
+    struct settings_t {
+        quint16 port = 1883;
+        QString account;  ///< a broker account with the rights of an API user
+        QString password;
+        std::chrono::milliseconds again{500};       ///< until the question is put once more
+        std::chrono::milliseconds timeout{60'000};  ///< for all of it
+    };
+
+    explicit ready_probe_t(const settings_t& _settings, QObject* _parent = nullptr);
+    ~ready_probe_t() override;
+
+    /// Handles events until the API has answered. One sentence when it has not; empty: it has.
+    QString run();
+
+    /// Makes run() return soon, with a sentence.
+    void give_up();
+
+ Q_SIGNALS:
+    void finished();
+
+ private:
+    void ask();
+    void end(const QString& _error);
+
+    const settings_t settings;
+    const QString tree;  ///< topics of the probe's account
+    comunication::mosquitto_client_t client;
+    QTimer repeat;
+    QTimer limit;
+    QString error;
+    bool done = false;
+};
+
+}  // namespace torlan

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QStringList>
+
+#include "database/store/result_t.h"
+
+namespace torlanctl {
+
+/// One command: what people type, what they read about it, what it does.
+struct command_t {
+    const char* name;       ///< one or two words
+    const char* arguments;  ///< their names, separated by blanks
+    const char* help;       ///< one line
+
+    /// Gets as many arguments as are named; an error is one sentence.
+    database::store::result_t (*run)(const QString& _data, const QStringList& _arguments);
+
+    QStringList words() const { return QString::fromLatin1(name).split(' '); }
+    qsizetype argument_count() const {
+        return QString::fromLatin1(arguments).split(' ', Qt::SkipEmptyParts).size();
+    }
+};
+
+}  // namespace torlanctl

@@ -1,0 +1,136 @@
+#include "commands.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include "database/installation/document_reader.h"
+#include "database/installation/document_writer.h"
+#include "database/installation/name_rules.h"
+#include "database/installation/password_hash.h"
+#include "database/installation/permission_words.h"
+#include "database/store/sqlite_store_t.h"
+#include "database/store/store_editor_t.h"
+#include "password_input.h"
+#include "standard_streams.h"
+
+namespace torlanctl {
+
+namespace {
+
+using namespace database::installation;
+using database::store::result_t;
+using database::store::sqlite_store_t;
+using database::store::store_editor_t;
+
+enum class missing_t { refuse, create };
+
+result_t open(sqlite_store_t& _store, const QString& _data, missing_t _missing) {
+    if (!QFileInfo(_data).isDir()) {
+        return result_t::failed(QStringLiteral("There is no folder %1.").arg(_data));
+    }
+    const QString path = QDir(_data).filePath("installation.db");
+    if (_missing == missing_t::refuse && !QFileInfo::exists(path)) {
+        return result_t::failed(
+            QStringLiteral("There is no installation in %1: import one first.").arg(_data));
+    }
+    return _store.open(path);
+}
+
+template <typename edit_t>
+result_t edit(const QString& _data, edit_t _edit) {
+    sqlite_store_t store;
+    const result_t opened = open(store, _data, missing_t::refuse);
+    if (!opened.ok()) {
+        return opened;
+    }
+    store_editor_t editor(store.connection());
+    return _edit(editor);
+}
+
+result_t import_file(const QString& _data, const QStringList& _arguments) {
+    const read_result_t document = read_document_file(_arguments[0]);
+    if (!document.ok()) {
+        return result_t::failed(document.error);
+    }
+    sqlite_store_t store;
+    const result_t opened = open(store, _data, missing_t::create);
+    return opened.ok() ? store.replace(document.installation) : opened;
+}
+
+result_t export_document(const QString& _data, const QStringList&) {
+    sqlite_store_t store;
+    installation_t installation;
+    result_t result = open(store, _data, missing_t::refuse);
+    if (result.ok()) {
+        result = store.read(&installation);
+    }
+    return result.ok() ? write_output(write_document(installation)) : result;
+}
+
+result_t grant(const QString& _data, const QStringList& _arguments) {
+    const std::optional<int> bits = permission_bits(_arguments[2]);
+    if (!bits) {
+        return result_t::failed(quoted(_arguments[2]) +
+                                " is no permission: read, write, readwrite or deny.");
+    }
+    return edit(_data, [&](store_editor_t& _editor) {
+        return _editor.grant(_arguments[0], _arguments[1], *bits);
+    });
+}
+
+/// Reads a password and hands its hash on.
+template <typename use_t>
+result_t with_password_hash(use_t _use) {
+    const password_input_t input = read_password();
+    if (!input.error.isEmpty()) {
+        return result_t::failed(input.error);
+    }
+    return _use(make_password_hash(input.password));
+}
+
+result_t add_user(const QString& _data, const QStringList& _arguments) {
+    const QString error = identifier_error(_arguments[0]);
+    if (!error.isEmpty()) {
+        return result_t::failed("The user name " + quoted(_arguments[0]) + " " + error + ".");
+    }
+    return edit(_data, [&](store_editor_t& _editor) {
+        return with_password_hash(
+            [&](const QString& _hash) { return _editor.add_user(_arguments[0], _hash); });
+    });
+}
+
+result_t set_password(const QString& _data, const QStringList& _arguments) {
+    return edit(_data, [&](store_editor_t& _editor) {
+        return with_password_hash(
+            [&](const QString& _hash) { return _editor.set_password(_arguments[0], _hash); });
+    });
+}
+
+result_t remove_user(const QString& _data, const QStringList& _arguments) {
+    return edit(_data, [&](store_editor_t& _editor) { return _editor.remove_user(_arguments[0]); });
+}
+
+result_t set_item(const QString& _data, const QStringList& _arguments) {
+    return edit(_data, [&](store_editor_t& _editor) {
+        return _editor.set_item(_arguments[0], _arguments[1]);
+    });
+}
+
+}  // namespace
+
+const QList<command_t>& commands() {
+    static const QList<command_t> table{
+        {"import", "FILE", "put the installation in FILE in the place of what is there",
+         import_file},
+        {"export", "", "write the installation to standard output", export_document},
+        {"grant", "USER ELEMENT PERMISSION",
+         "let USER read, write or readwrite ELEMENT, or deny it", grant},
+        {"user add", "NAME", "add an API user; the password comes from standard input", add_user},
+        {"user passwd", "NAME", "change a password, read from standard input", set_password},
+        {"user remove", "NAME", "remove an API user with all its permissions", remove_user},
+        {"set", "ITEM VALUE", "report a new value of an item, as the bus would", set_item},
+    };
+    return table;
+}
+
+}  // namespace torlanctl

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QList>
+
+#include "command_t.h"
+
+namespace torlanctl {
+
+/// Every command, in the order in which the help lists them.
+const QList<command_t>& commands();
+
+}  // namespace torlanctl

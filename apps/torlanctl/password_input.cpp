@@ -1,0 +1,82 @@
+#include "password_input.h"
+
+#include <termios.h>
+#include <unistd.h>
+#include <QFile>
+#include <QStringDecoder>
+#include <array>
+#include <csignal>
+
+#include "database/installation/password_hash.h"
+#include "standard_streams.h"
+
+namespace torlanctl {
+
+namespace {
+
+/// More than the longest password takes in UTF-8.
+constexpr qint64 max_line_bytes = 2048;
+
+/// While it lives, the terminal shows nothing that is typed, and an interruption ends the read
+/// instead of the program, so that the echo comes back.
+class silent_terminal_t {
+ public:
+    silent_terminal_t() {
+        struct sigaction action {};
+        action.sa_handler = [](int) {};
+        sigaction(SIGINT, &action, &former_action);
+        tcgetattr(STDIN_FILENO, &former_terminal);
+        termios silent = former_terminal;
+        silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+        tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent);
+    }
+    ~silent_terminal_t() {
+        tcsetattr(STDIN_FILENO, TCSAFLUSH, &former_terminal);
+        sigaction(SIGINT, &former_action, nullptr);
+    }
+    Q_DISABLE_COPY_MOVE(silent_terminal_t)
+
+ private:
+    struct sigaction former_action {};
+    termios former_terminal{};
+};
+
+/// A terminal hands over one whole line; nothing when it was interrupted.
+QByteArray terminal_line() {
+    const silent_terminal_t silent;
+    write_message("Password: ");  // not before: what was typed until now is dropped
+    std::array<char, max_line_bytes> buffer;
+    const ssize_t count = ::read(STDIN_FILENO, buffer.data(), buffer.size());
+    write_message("\n");
+    return QByteArray(buffer.data(), std::max<ssize_t>(count, 0));
+}
+
+QByteArray piped_line() {
+    QFile input;
+    return input.open(stdin, QIODevice::ReadOnly) ? input.readLine(max_line_bytes) : QByteArray();
+}
+
+QByteArray without_line_end(QByteArray _line) {
+    if (_line.endsWith('\n')) {
+        _line.chop(_line.endsWith("\r\n") ? 2 : 1);
+    }
+    return _line;
+}
+
+}  // namespace
+
+password_input_t read_password() {
+    const QByteArray line = without_line_end(isatty(STDIN_FILENO) ? terminal_line() : piped_line());
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    const QString password = decoder(line);
+    if (decoder.hasError()) {
+        return {{}, QStringLiteral("The password must be UTF-8 text.")};
+    }
+    const QString error = database::installation::password_error(password);
+    if (!error.isEmpty()) {
+        return {{}, "The password " + error + "."};
+    }
+    return {password, {}};
+}
+
+}  // namespace torlanctl

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QString>
+
+namespace broker {
+
+/// One account of the broker.
+struct broker_account_t {
+    QString name;           ///< [0-9a-zA-Z._-]+; the host's own account has another form
+    QString password_hash;  ///< as of hash_password()
+};
+
+}  // namespace broker

@@ -1,0 +1,199 @@
+#include "broker/broker_rights_check_t.h"
+
+#include <QEventLoop>
+#include <utility>
+
+#include "broker/password_hash.h"
+
+namespace broker {
+
+using comunication::mosquitto_client_t;
+using comunication::utility::qos_t;
+
+broker_rights_check_t::broker_rights_check_t(const rights_check_settings_t& _settings,
+                                             QObject* _parent)
+    : QObject(_parent),
+      settings(_settings),
+      token(random_password()),
+      own(QStringLiteral("local/api/v1/") + _settings.probe_account),
+      other(QStringLiteral("local/api/v1/other-") + token),
+      forbidden{other + QStringLiteral("/check/request/") + token,
+                other + QStringLiteral("/status/") + token,
+                own + QStringLiteral("/status/") + token,
+                own + QStringLiteral("/check/status/") + token,
+                QStringLiteral("torlan-check/") + token,
+                QStringLiteral("$SYS/") + token},
+      limit(this),
+      host(this),
+      probe(this),
+      anonymous(this) {
+    limit.setSingleShot(true);
+    set_up_connections();
+}
+
+broker_rights_check_t::~broker_rights_check_t() = default;
+
+void broker_rights_check_t::set_up_connections() {
+    connect(&limit, &QTimer::timeout, this, [this]() {
+        end(QStringLiteral("The broker did not answer the check of its rights in time."));
+        host.abandon();
+        conclude();
+    });
+    connect(&host, &mosquitto_client_t::opened, this, [this]() {
+        host.subscribe(QStringLiteral("#"), qos_t::at_least_once, mosquitto_client_t::no_local);
+    });
+    connect(&host, &mosquitto_client_t::subscribed, this,
+            [this](int, bool _accepted) { on_host_subscribed(_accepted); });
+    connect(&host, &mosquitto_client_t::delivered, this, [this]() { on_host_delivered(); });
+    connect(&host, &mosquitto_client_t::received, this, &broker_rights_check_t::on_host_received);
+    connect(&probe, &mosquitto_client_t::received, this, &broker_rights_check_t::on_probe_received);
+    connect(&probe, &mosquitto_client_t::opened, this, [this]() {
+        for (const QString& filter :
+             {QStringLiteral("#"), QStringLiteral("+/#"), other + QStringLiteral("/#"),
+              QStringLiteral("$SYS/#"), QStringLiteral("$share/check/#"),
+              own + QStringLiteral("/#")}) {
+            awaited += probe.subscribe(filter, qos_t::at_least_once, 0) != 0 ? 1 : 0;
+        }
+    });
+    connect(&probe, &mosquitto_client_t::subscribed, this, [this]() { on_probe_subscribed(); });
+    connect(&host, &mosquitto_client_t::closed, this, [this](const QString& _reason) {
+        on_closed(QStringLiteral("the host's account"), _reason);
+        conclude();
+    });
+    connect(&probe, &mosquitto_client_t::closed, this, [this](const QString& _reason) {
+        on_closed(QStringLiteral("the probe's account"), _reason);
+    });
+    connect(&anonymous, &mosquitto_client_t::opened, this,
+            [this]() { end(QStringLiteral("The broker lets anonymous clients in.")); });
+    connect(&anonymous, &mosquitto_client_t::closed, this,
+            [this]() { meet_fence(anonymous_refused); });
+}
+
+void broker_rights_check_t::start() {
+    limit.start(settings.timeout);
+    anonymous.open({settings.host, settings.port, {}, {}, {}, settings.ca_file});
+    host.open({settings.host,
+               settings.port,
+               {},
+               settings.host_account,
+               settings.host_password,
+               settings.ca_file});
+}
+
+broker_result_t broker_rights_check_t::run() {
+    broker_result_t result;
+    QEventLoop loop;
+    // Queued: it may be over before the loop runs.
+    connect(
+        this, &broker_rights_check_t::finished, &loop,
+        [&result, &loop](const QString& _error) {
+            result.error = _error;
+            loop.quit();
+        },
+        Qt::QueuedConnection);
+    start();
+    loop.exec();
+    return result;
+}
+
+void broker_rights_check_t::on_host_subscribed(bool _accepted) {
+    if (!_accepted) {
+        end(QStringLiteral("The broker does not let the host read every topic."));
+        return;
+    }
+    // Lies on the broker before the probe subscribes.
+    send(host, forbidden[1], true);
+}
+
+void broker_rights_check_t::on_host_delivered() {
+    if (!probe_started) {
+        probe_started = true;
+        probe.open({settings.host,
+                    settings.port,
+                    {},
+                    settings.probe_account,
+                    settings.probe_password,
+                    settings.ca_file});
+    }
+}
+
+void broker_rights_check_t::on_probe_subscribed() {
+    if (--awaited > 0) {
+        return;
+    }
+    for (const QString& topic : {forbidden[0], forbidden[1], forbidden[4]}) {
+        send(host, topic, false);
+    }
+    send(host, own + QStringLiteral("/status/") + token, false);
+    for (const QString& topic : forbidden) {
+        send(probe, topic, false);
+        send(probe, topic, true);
+    }
+    if (!settings.connection_topic.isEmpty()) {
+        send(probe, settings.connection_topic, false);
+    }
+    send(probe, own + QStringLiteral("/check/request/") + token, false);
+}
+
+void broker_rights_check_t::on_host_received(const QString& _topic, const QByteArray& _payload) {
+    if (!_payload.contains(token.toLatin1())) {
+        return;
+    }
+    if (_topic == own + QStringLiteral("/check/request/") + token) {
+        meet_fence(host_fence);
+    } else {
+        end(QStringLiteral("The broker lets an API user write %1.").arg(_topic));
+    }
+}
+
+void broker_rights_check_t::on_probe_received(const QString& _topic) {
+    if (_topic == own + QStringLiteral("/status/") + token) {
+        meet_fence(probe_fence);
+    } else if (!_topic.startsWith(own + u'/') && _topic != settings.connection_topic) {
+        end(QStringLiteral("The broker lets an API user read %1.").arg(_topic));
+    }
+}
+
+void broker_rights_check_t::meet_fence(bool& _fence) {
+    _fence = true;
+    if (host_fence && probe_fence && anonymous_refused) {
+        end({});
+    }
+}
+
+void broker_rights_check_t::on_closed(const QString& _who, const QString& _reason) {
+    end(QStringLiteral("The broker does not let %1 in: %2.").arg(_who, _reason));
+}
+
+void broker_rights_check_t::send(mosquitto_client_t& _client, const QString& _topic, bool _retain) {
+    _client.publish({_topic.toUtf8(), "{\"check\":\"" + token.toLatin1() + "\"}",
+                     qos_t::at_least_once, _retain});
+}
+
+void broker_rights_check_t::end(const QString& _error) {
+    if (done) {
+        return;
+    }
+    done = true;
+    verdict = _error;
+    probe.abandon();
+    anonymous.abandon();
+    if (!host.is_open()) {
+        conclude();
+        return;
+    }
+    // What was retained goes before the host does.
+    for (const QString& topic : forbidden) {
+        host.publish({topic.toUtf8(), {}, qos_t::at_most_once, true});
+    }
+    host.close(false);
+}
+
+void broker_rights_check_t::conclude() {
+    limit.stop();
+    if (!std::exchange(concluded, true)) {
+        Q_EMIT finished(verdict);
+    }
+}
+
+}  // namespace broker

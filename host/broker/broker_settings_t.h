@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QString>
+#include <chrono>
+
+namespace broker {
+
+/// How the private broker is run. It listens on 127.0.0.1 only.
+struct broker_settings_t {
+    quint16 port = 1883;
+    quint16 websocket_port = 0;  ///< 0: no WebSockets
+    /// Retained state of the host, readable by every API user; empty: none.
+    QString connection_topic;
+    /// The host's own account, which may read and write everything. The '@' keeps it apart from
+    /// API users.
+    QString host_account = QStringLiteral("@torlan");
+
+    int packet_bytes = 4 * 1024 * 1024;               ///< largest packet accepted
+    qint64 queued_bytes = qint64(256) * 1024 * 1024;  ///< waiting for one client
+    /// Unacknowledged messages to and from one client. Clients that speak MQTT 3 are not told.
+    int in_flight_messages = 1'000;
+
+    QString executable;  ///< empty: "mosquitto" in PATH or in the system's folders
+    /// System account that the broker runs as when the host runs as root.
+    QString system_account = QStringLiteral("mosquitto");
+
+    std::chrono::milliseconds start_timeout{5'000};  ///< until it listens
+    std::chrono::milliseconds stop_timeout{1'000};   ///< until it is killed
+    std::chrono::milliseconds restart_shortest{200};
+    std::chrono::milliseconds restart_longest{30'000};
+};
+
+}  // namespace broker

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+
+namespace comunication {
+
+/// What the levels of an API topic say.
+///
+/// "local/api/<version>/<user>/<client>/request/..." is a request,
+/// "local/api/<version>/<user>/status/..." a status message. A request of a client that calls
+/// itself "status" is a request.
+struct api_topic_t {
+    QString version;  ///< third level
+    QString user;     ///< fourth level
+    QString client;   ///< fifth level of a request; empty for a status message
+    QString type;     ///< "request", "status"; empty: not an API topic
+
+    bool is_valid() const { return !type.isEmpty(); }
+    bool is_request() const;
+
+    /// Pure. An API topic has non-empty version and user levels.
+    static api_topic_t parse(const QString& _topic);
+
+    /// Where the answer to a request goes: every "request" becomes "status".
+    static QString answer(const QString& _topic);
+};
+
+}  // namespace comunication

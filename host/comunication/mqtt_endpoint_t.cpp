@@ -1,0 +1,339 @@
+#include "comunication/mqtt_endpoint_t.h"
+
+#include <QRandomGenerator>
+#include <utility>
+
+#include "comunication/api_topic_t.h"
+#include "comunication/host_log.h"
+#include "comunication/json_payload.h"
+
+namespace comunication {
+
+namespace {
+
+constexpr const char* source = "host/comunication/mqtt_endpoint_t";
+const QString request_filter = QStringLiteral("local/api/+/+/+/request/#");
+const QString status_filter = QStringLiteral("local/api/+/+/status/#");
+
+constexpr quint32 request_subscription = 1;
+constexpr quint32 status_subscription = 2;
+
+/// Mosquitto 2.0.11 acknowledges and then loses retained messages of a publisher with more in
+/// flight than it allows, and it allows 20 unless told otherwise.
+constexpr int window = 20;
+
+QString unguessable_id() {
+    quint32 words[4];
+    QRandomGenerator::system()->fillRange(words);
+    return QStringLiteral("torlan-") +
+           QString::fromLatin1(
+               QByteArray::fromRawData(reinterpret_cast<const char*>(words), sizeof words).toHex());
+}
+
+}  // namespace
+
+mqtt_endpoint_t::mqtt_endpoint_t(const endpoint_settings_t& _settings, QObject* _parent)
+    : protoserver_t(_parent),
+      settings(_settings),
+      client_id(_settings.client_id.isEmpty() ? unguessable_id() : _settings.client_id),
+      client(this),
+      queue(_settings.queue_messages, _settings.queue_bytes),
+      backoff(_settings.reconnect_shortest, _settings.reconnect_longest),
+      reconnect(this),
+      limit(this) {
+    reconnect.setSingleShot(true);
+    limit.setSingleShot(true);
+    connect(&reconnect, &QTimer::timeout, this, [this]() { open(); });
+    connect(&limit, &QTimer::timeout, this, [this]() {
+        if (stopping) {
+            client.close(true);
+            end_stop();
+        } else {
+            client.abandon();
+            on_closed(QStringLiteral("No answer within the time limit"), false);
+        }
+    });
+    connect(&client, &mosquitto_client_t::opened, this, [this]() { on_opened(); });
+    connect(&client, &mosquitto_client_t::closed, this, &mqtt_endpoint_t::on_closed);
+    connect(&client, &mosquitto_client_t::received, this, &mqtt_endpoint_t::on_received);
+    connect(&client, &mosquitto_client_t::subscribed, this, &mqtt_endpoint_t::on_subscribed);
+    connect(&client, &mosquitto_client_t::delivered, this,
+            [this](int, bool _accepted) { on_delivered(_accepted); });
+}
+
+mqtt_endpoint_t::~mqtt_endpoint_t() {
+    client.abandon();
+}
+
+void mqtt_endpoint_t::start() {
+    if (running) {
+        return;
+    }
+    running = true;
+    open();
+}
+
+void mqtt_endpoint_t::stop() {
+    if (stopping) {
+        return;
+    }
+    stopping = true;
+    reconnect.stop();
+    if (!online) {
+        end_stop();
+        return;
+    }
+    limit.start(settings.stop_timeout);
+    if (!settings.connection_topic.isEmpty()) {
+        queue.push(state("offline"));
+    }
+    send_more();
+}
+
+void mqtt_endpoint_t::end_stop() {
+    if (!stopping) {
+        return;
+    }
+    client.abandon();
+    drop_waiting();
+    limit.stop();
+    running = stopping = online = announced = false;
+    Q_EMIT stopped();
+}
+
+void mqtt_endpoint_t::open() {
+    client_settings_t connection{settings.host,      settings.port,     client_id,
+                                 settings.username,  settings.password, settings.ca_file,
+                                 settings.keep_alive};
+    if (!settings.connection_topic.isEmpty()) {
+        connection.will = state("offline");
+    }
+    limit.start(settings.connect_timeout);
+    client.open(connection);
+}
+
+void mqtt_endpoint_t::on_opened() {
+    online = true;
+    told_offline = told_retained = false;
+    request_id =
+        client.subscribe(request_filter, utility::qos_t::exactly_once,
+                         mosquitto_client_t::no_local | mosquitto_client_t::retain_as_published);
+    if (wants_status) {
+        subscription_status_api(utility::subscribe_t::subscribe);
+    }
+    if (!settings.connection_topic.isEmpty()) {
+        enqueue(state("online"));
+    }
+}
+
+void mqtt_endpoint_t::on_subscribed(int _id, bool _accepted) {
+    if (_id != request_id || announced || stopping) {
+        return;
+    }
+    if (!_accepted) {
+        Q_EMIT refused(QStringLiteral("The subscription of requests was refused"));
+        client.close(false);
+        return;
+    }
+    limit.stop();
+    backoff.reset();
+    told_outage.clear();
+    announced = true;
+    const bool again = std::exchange(ever_announced, true);
+    counts.reconnects += again ? 1 : 0;
+    Q_EMIT connected(again);
+}
+
+void mqtt_endpoint_t::on_closed(const QString& _reason, bool _refused) {
+    limit.stop();
+    drop_waiting();
+    online = false;
+    const bool was_announced = std::exchange(announced, false);
+    if (stopping) {
+        end_stop();
+        return;
+    }
+    log_outage(_reason);
+    reconnect.start(backoff.next());
+    if (_refused) {
+        Q_EMIT refused(_reason);
+    }
+    if (was_announced) {
+        Q_EMIT disconnected();
+    }
+}
+
+void mqtt_endpoint_t::log_outage(const QString& _reason) {
+    if (_reason == told_outage) {
+        return;
+    }
+    told_outage = _reason;
+    host_log(QStringLiteral("No connection to the broker at %1:%2: %3")
+                 .arg(settings.host, QString::number(settings.port), _reason),
+             2, "log_outage", source, __LINE__);
+}
+
+void mqtt_endpoint_t::set_enable_api_message(bool _enable) {
+    enabled = _enable;
+}
+
+void mqtt_endpoint_t::subscription_status_api(utility::subscribe_t _subscribe) {
+    wants_status = _subscribe == utility::subscribe_t::subscribe;
+    if (online && !stopping) {
+        queue.push({.topic = {},
+                    .payload = {},
+                    .kind = wants_status ? outgoing_t::kind_t::subscribe
+                                         : outgoing_t::kind_t::unsubscribe});
+        send_more();
+    }
+}
+
+void mqtt_endpoint_t::on_received(const QString& _topic, const QByteArray& _payload, bool _retain,
+                                  quint32 _subscription) {
+    ++counts.received;
+    const api_topic_t levels = api_topic_t::parse(_topic);
+    if (levels.is_request()) {
+        // Requests of a client that calls itself "status" fit both filters and come twice.
+        if (_subscription != status_subscription) {
+            on_request(levels, _topic, _payload, _retain);
+        }
+        return;
+    }
+    // An empty status message is a deletion.
+    if (!levels.is_valid() || _payload.isEmpty() || !enabled) {
+        return;
+    }
+    const QJsonObject object = json_payload::decode(_payload).value_or(QJsonObject());
+    Q_EMIT api_message(levels.version, levels.user, levels.client, levels.type, _topic, object,
+                       _retain);
+}
+
+void mqtt_endpoint_t::on_request(const api_topic_t& _levels, const QString& _topic,
+                                 const QByteArray& _payload, bool _retain) {
+    if (_retain) {
+        if (!_payload.isEmpty()) {
+            clear_retained_request(_topic);
+        }
+        return;
+    }
+    if (!enabled) {
+        return;
+    }
+    const std::optional<QJsonObject> object = json_payload::decode(_payload);
+    if (!object) {
+        answer_malformed(_topic);
+        return;
+    }
+    Q_EMIT api_message(_levels.version, _levels.user, _levels.client, _levels.type, _topic, *object,
+                       false);
+}
+
+void mqtt_endpoint_t::clear_retained_request(const QString& _topic) {
+    ++counts.retained_requests_cleared;
+    if (!std::exchange(told_retained, true)) {
+        host_log(
+            QStringLiteral("Retained requests are taken off the broker, first: %1").arg(_topic), 3,
+            "clear_retained_request", source, __LINE__);
+    }
+    publish_delete(_topic, utility::qos_t::exactly_once, true);
+}
+
+void mqtt_endpoint_t::answer_malformed(const QString& _topic) {
+    ++counts.malformed_answered;
+    // Clients parse this text; keep it.
+    const QJsonObject answer{{QStringLiteral("error"), 400},
+                             {QStringLiteral("message"), QStringLiteral("Non-compliant payload")}};
+    publish(api_topic_t::answer(_topic), answer, utility::qos_t::exactly_once, false, false);
+}
+
+void mqtt_endpoint_t::publish(const QString& _topic, const QJsonValue& _payload,
+                              utility::qos_t _qos, bool _retain, bool /*_reserved*/) {
+    const QByteArray text = json_payload::encode(_payload);
+    if (text.isEmpty()) {
+        // Nothing to say would delete what is retained.
+        ++counts.refused;
+        return;
+    }
+    enqueue({_topic.toUtf8(), text, _qos, _retain});
+}
+
+void mqtt_endpoint_t::publish_delete(const QString& _topic, utility::qos_t _qos, bool _retain) {
+    enqueue({_topic.toUtf8(), {}, _qos, _retain});
+}
+
+void mqtt_endpoint_t::enqueue(outgoing_t _message) {
+    if (!online || stopping) {
+        ++counts.dropped_disconnected;
+        if (!std::exchange(told_offline, true)) {
+            host_log(QStringLiteral("Not connected to the broker, messages are dropped"), 3,
+                     "enqueue", source, __LINE__);
+        }
+        return;
+    }
+    if (!queue.push(std::move(_message))) {
+        ++counts.dropped_full;
+        if (!std::exchange(told_full, true)) {
+            host_log(QStringLiteral("Too many messages wait for the broker, more are dropped"), 3,
+                     "enqueue", source, __LINE__);
+        }
+        return;
+    }
+    send_more();
+}
+
+void mqtt_endpoint_t::send_more() {
+    if (std::exchange(sending, true)) {
+        return;
+    }
+    while (online && in_flight < window && !queue.is_empty()) {
+        // A QoS 2 message takes effect with its second half: a subscription waits for that.
+        if (queue.front().kind != outgoing_t::kind_t::message && in_flight > 0) {
+            break;
+        }
+        send(queue.pop());
+    }
+    sending = false;
+    if (queue.is_empty()) {
+        told_full = false;
+        if (stopping && online && in_flight == 0) {
+            client.close(false);
+        }
+    }
+}
+
+void mqtt_endpoint_t::send(const outgoing_t& _next) {
+    if (_next.kind == outgoing_t::kind_t::subscribe) {
+        client.subscribe(status_filter, utility::qos_t::exactly_once, mosquitto_client_t::no_local,
+                         status_subscription);
+        return;
+    }
+    if (_next.kind == outgoing_t::kind_t::unsubscribe) {
+        client.unsubscribe(status_filter);
+        return;
+    }
+    ++in_flight;
+    // The connection may end inside, and with it all that is in flight.
+    if (client.publish(_next) == 0 && online) {
+        --in_flight;
+        ++counts.refused;
+    }
+}
+
+void mqtt_endpoint_t::on_delivered(bool _accepted) {
+    --in_flight;
+    ++(_accepted ? counts.published : counts.refused);
+    send_more();
+}
+
+void mqtt_endpoint_t::drop_waiting() {
+    counts.dropped_disconnected += quint64(in_flight) + queue.size();
+    in_flight = 0;
+    queue.clear();
+}
+
+outgoing_t mqtt_endpoint_t::state(const QByteArray& _word) const {
+    return {settings.connection_topic.toUtf8(), "{\"state\":\"" + _word + "\"}",
+            utility::qos_t::at_least_once, true};
+}
+
+}  // namespace comunication

@@ -1,0 +1,99 @@
+#pragma once
+
+#include <QTimer>
+
+#include "comunication/backoff_t.h"
+#include "comunication/endpoint_counters_t.h"
+#include "comunication/endpoint_settings_t.h"
+#include "comunication/mosquitto_client_t.h"
+#include "comunication/outgoing_queue_t.h"
+#include "comunication/protoserver_t.h"
+
+namespace comunication {
+
+struct api_topic_t;
+
+/// The server's endpoint on an MQTT 5 broker.
+///
+/// Lives in a thread with an event loop (see endpoint_thread_t); everything but counters() is
+/// called there and nothing blocks. It comes back by itself after the connection was lost; what
+/// is published meanwhile is dropped and counted, since drivers publish everything again.
+class mqtt_endpoint_t : public protoserver_t {
+    Q_OBJECT
+
+ public:
+    explicit mqtt_endpoint_t(const endpoint_settings_t& _settings, QObject* _parent = nullptr);
+    ~mqtt_endpoint_t() override;
+
+    void publish(const QString& _topic, const QJsonValue& _payload, utility::qos_t _qos,
+                 bool _retain, bool _reserved) override;
+    void publish_delete(const QString& _topic, utility::qos_t _qos, bool _retain) override;
+    void set_enable_api_message(bool _enable) override;
+    void subscription_status_api(utility::subscribe_t _subscribe) override;
+
+    /// Any thread.
+    const endpoint_counters_t& counters() const { return counts; }
+
+ public Q_SLOTS:
+    /// Connects, and keeps connected until stop().
+    void start();
+
+    /// Sends what is queued, tells "offline" and disconnects; bounded by the settings' stop
+    /// time-out. stopped() follows, perhaps before this returns.
+    void stop();
+
+ Q_SIGNALS:
+    /// The broker has accepted the connection and the subscription of requests. @p again: not
+    /// for the first time, so that a broker without memory has lost what was retained.
+    void connected(bool again);
+    void disconnected();
+    /// The broker does not let the endpoint in; it tries again with increasing pauses.
+    void refused(const QString& reason);
+    void stopped();
+
+ private:
+    void open();
+    void on_opened();
+    void on_subscribed(int _id, bool _accepted);
+    void on_closed(const QString& _reason, bool _refused);
+    void on_received(const QString& _topic, const QByteArray& _payload, bool _retain,
+                     quint32 _subscription);
+    void on_request(const api_topic_t& _levels, const QString& _topic, const QByteArray& _payload,
+                    bool _retain);
+    void on_delivered(bool _accepted);
+    void clear_retained_request(const QString& _topic);
+    void answer_malformed(const QString& _topic);
+    void enqueue(outgoing_t _message);
+    void send_more();
+    void send(const outgoing_t& _next);
+    void drop_waiting();
+    void log_outage(const QString& _reason);
+    outgoing_t state(const QByteArray& _word) const;
+    void end_stop();
+
+    const endpoint_settings_t settings;
+    const QString client_id;
+    endpoint_counters_t counts;
+    mosquitto_client_t client;
+    outgoing_queue_t queue;
+    backoff_t backoff;
+    QTimer reconnect;      ///< until the next attempt
+    QTimer limit;          ///< of an attempt, or of a stop
+    int in_flight = 0;     ///< handed to the library, not yet acknowledged
+    int request_id = 0;    ///< of the pending subscription of requests
+    bool running = false;  ///< between start() and stop()
+    bool stopping = false;
+    bool online = false;     ///< the broker has accepted the connection
+    bool announced = false;  ///< connected() was emitted for this connection
+    bool ever_announced = false;
+    bool enabled = false;  ///< api_message is emitted
+    bool wants_status = false;
+    bool sending = false;  ///< send_more() is running
+    // One line per burst of each kind.
+    bool told_full = false;
+    bool told_offline = false;
+    bool told_retained = false;
+    QString told_outage;
+};
+
+}  // namespace comunication

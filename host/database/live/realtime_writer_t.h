@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <set>
+
+#include "database/database_t.h"
+
+namespace database::live {
+
+/// The one place where realtime values in memory change: stores the value, announces it, and
+/// remembers what is not on disk yet. Host thread only.
+class realtime_writer_t : public QObject {
+    Q_OBJECT
+
+ public:
+    explicit realtime_writer_t(database_t* _database, QObject* _parent = nullptr);
+    ~realtime_writer_t() override;
+
+    /// The bus's side: stores, then announces, an unchanged value too. False: unknown id.
+    bool write_item(const QString& _id, const QString& _value);
+    bool write_scenary(const QString& _id, bool _execution);
+
+    /// The store's side: takes over a value that is on disk, without announcing it; what was
+    /// unsaved for the id is dropped. True when the value in memory was another or none.
+    bool take_item(const QString& _id, const QString& _value);
+    bool take_scenary(const QString& _id, bool _execution);
+    void forget_item(const QString& _id);
+    void forget_scenary(const QString& _id);
+
+    void announce_item(const QString& _id);
+    void announce_scenary(const QString& _id);
+
+    /// Ids whose value in memory is not on disk.
+    const std::set<QString>& unsaved_items() const { return dirty_items; }
+    const std::set<QString>& unsaved_scenaries() const { return dirty_scenaries; }
+    /// Says that all of them are on disk, or do not matter any more.
+    void clear_unsaved();
+
+ Q_SIGNALS:
+    /// A value became unsaved or changed again before it was saved.
+    void unsaved();
+
+ private:
+    QPointer<database_t> database;
+    std::set<QString> dirty_items;
+    std::set<QString> dirty_scenaries;
+};
+
+}  // namespace database::live

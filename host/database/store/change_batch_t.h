@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+#include <set>
+
+namespace database::store {
+
+/// What the rows of the change table between two reads tell: the keys whose rows are to be read
+/// again. Values only.
+struct change_batch_t {
+    qint64 last_sequence = 0;  ///< the last row read
+    bool everything = false;   ///< a bulk row: read the whole installation again
+    bool topic = false;
+    bool accounts = false;  ///< a user name or a password changed, users came or went
+    std::set<QString> items, scenarios, thermostats, elements, users;
+
+    bool empty() const {
+        return !everything && !topic && !accounts && items.empty() && scenarios.empty() &&
+               thermostats.empty() && elements.empty();
+    }
+};
+
+}  // namespace database::store

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QPointer>
+#include <QString>
+
+#include "drivers/driver/plugin_driver_interface_t.h"
+#include "loader/driver_metadata_t.h"
+
+namespace loader {
+
+/// A loaded driver. Owns the driver object and deletes it; the library itself stays in memory,
+/// because calls that the driver has posted and objects that it has handed out may still use it.
+class loaded_driver_t {
+ public:
+    loaded_driver_t(QString _file, driver_metadata_t _metadata,
+                    interfaces::plugin_driver_interface_t* _driver);
+    ~loaded_driver_t();
+    loaded_driver_t(loaded_driver_t&& _other) noexcept;
+    loaded_driver_t& operator=(loaded_driver_t&&) = delete;
+
+    const QString& get_file() const { return file; }
+    const driver_metadata_t& get_metadata() const { return metadata; }
+    /// Never null unless somebody else has deleted the object.
+    interfaces::plugin_driver_interface_t* get_driver() const;
+
+ private:
+    QString file;
+    driver_metadata_t metadata;
+    QPointer<QObject> driver;
+};
+
+}  // namespace loader

@@ -1,0 +1,140 @@
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QtTest>
+
+#include "system/support/small_home.h"
+
+using namespace support;
+
+/// The host follows its database, whoever writes it, and keeps what the bus said.
+class tst_live_changes : public QObject {
+    Q_OBJECT
+
+ private Q_SLOTS:
+    void init();
+    void cleanup();
+    void a_value_from_the_bus_side_is_pushed();
+    void an_element_renamed_in_an_sql_shell_is_pushed();
+    void an_import_replaces_everything();
+    void a_broken_import_changes_nothing();
+    void values_are_back_after_a_restart();
+    void simulated_temperatures_drift();
+    void the_export_of_a_running_host_imports_again();
+
+ private:
+    std::unique_ptr<host_process_t> host;
+    std::unique_ptr<mqtt_client_t> alice;
+};
+
+void tst_live_changes::init() {
+    host = std::make_unique<host_process_t>();
+    QVERIFY2(host->import(small_home()), qPrintable(host->error()));
+    const bool simulated =
+        qstrcmp(QTest::currentTestFunction(), "simulated_temperatures_drift") == 0;
+    QVERIFY2(host->start(simulated ? QStringList{"--simulate"} : QStringList()),
+             qPrintable(host->error()));
+    alice = std::make_unique<mqtt_client_t>();
+    QVERIFY(join(*alice, *host, "alice"));
+    QVERIFY(alice->wait_for(state_topic("alice", "e-therm")));
+    alice->request(request_topic("alice", "get"));
+    alice->forget();
+}
+
+void tst_live_changes::cleanup() {
+    alice.reset();
+    QCOMPARE(host->stop(), 0);
+    host.reset();
+}
+
+void tst_live_changes::a_value_from_the_bus_side_is_pushed() {
+    QCOMPARE(host->control({"set", "i-lamp", "1"}), 0);
+    const auto state = alice->wait_for(state_topic("alice", "e-lamp"));
+    QVERIFY(state);
+    QCOMPARE(value_in(state->json(), "execute"), "1");
+}
+
+void tst_live_changes::an_element_renamed_in_an_sql_shell_is_pushed() {
+    {
+        QSqlDatabase shell = QSqlDatabase::addDatabase("QSQLITE", "shell");
+        shell.setDatabaseName(host->data() + "/installation.db");
+        QVERIFY(shell.open());
+        QSqlQuery query(shell);
+        QVERIFY2(query.exec("UPDATE elements SET name = 'Sink lamp' WHERE id = 'e-lamp'"),
+                 qPrintable(query.lastError().text()));
+    }
+    QSqlDatabase::removeDatabase("shell");
+    const auto state = alice->wait_for(state_topic("alice", "e-lamp"));
+    QVERIFY(state);
+    QCOMPARE(state->json()["data"]["name"], QJsonValue("Sink lamp"));
+}
+
+void tst_live_changes::an_import_replaces_everything() {
+    QJsonObject home = small_home();
+    QJsonObject elements = home["elements"].toObject();
+    elements.insert("e-new", QJsonObject{{"name", "New lamp"},
+                                         {"type", 1},
+                                         {"flags", 0},
+                                         {"functions", QJsonObject{{"execute", "i-lamp"}}}});
+    elements.remove("e-dim");
+    home.insert("elements", elements);
+    QJsonObject permissions = home["permissions"].toObject();
+    permissions.insert("u-alice", QJsonObject{{"e-new", "readwrite"}, {"e-lamp", "read"}});
+    home.insert("permissions", permissions);
+    QVERIFY2(host->import(home), qPrintable(host->error()));
+    QVERIFY(alice->wait_for(state_topic("alice", "e-new")));
+    QCOMPARE(alice->request(request_topic("alice", "get"))["data"].toObject().keys(),
+             (QStringList{"e-lamp", "e-new"}));
+}
+
+void tst_live_changes::a_broken_import_changes_nothing() {
+    QJsonObject home = small_home();
+    QJsonObject elements = home["elements"].toObject();
+    elements.insert("e-broken", QJsonObject{{"name", "Broken"},
+                                            {"type", 1},
+                                            {"flags", 0},
+                                            {"functions", QJsonObject{{"execute", "i-none"}}}});
+    home.insert("elements", elements);
+    QVERIFY(!host->import(home));
+    QVERIFY2(host->error().contains("elements/e-broken/functions/execute"),
+             qPrintable(host->error()));
+    QCOMPARE(host->error().trimmed().count('\n'), 0);
+    QCOMPARE(alice->request(request_topic("alice", "get", "e-dim"))["data"]["type"], QJsonValue(2));
+}
+
+void tst_live_changes::values_are_back_after_a_restart() {
+    alice->request(request_topic("alice", "set", "e-dim"), write_payload("level", 88));
+    QVERIFY(alice->wait_for(state_topic("alice", "e-dim")));
+    alice->request(request_topic("alice", "set", "e-night"), write_payload("execute", true));
+    QVERIFY(alice->wait_for(state_topic("alice", "e-night")));
+    alice = std::make_unique<mqtt_client_t>();
+    QCOMPARE(host->stop(), 0);
+    QElapsedTimer clock;
+    clock.start();
+    QVERIFY2(host->start(), qPrintable(host->error()));
+    QVERIFY2(clock.elapsed() < 3000, qPrintable(QString::number(clock.elapsed())));
+    QVERIFY(join(*alice, *host, "alice"));
+    QCOMPARE(value_in(alice->request(request_topic("alice", "get", "e-dim")), "level"), "88");
+    QCOMPARE(value_in(alice->request(request_topic("alice", "get", "e-night")), "execute"), "true");
+}
+
+void tst_live_changes::simulated_temperatures_drift() {
+    // The thermostat's measured temperature is an item of its own; the sample's sensors drift.
+    QVERIFY(host->is_running());
+    QCOMPARE(host->control({"export"}), 0);
+    const QByteArray before = host->control_output();
+    QTRY_VERIFY_WITH_TIMEOUT(host->control({"export"}) == 0 && host->control_output() != before,
+                             30000);
+}
+
+void tst_live_changes::the_export_of_a_running_host_imports_again() {
+    QCOMPARE(host->control({"export"}), 0);
+    const QByteArray exported = host->control_output();
+    QVERIFY(!exported.contains("alice-password"));
+    QVERIFY2(host->import(QJsonDocument::fromJson(exported).object()), qPrintable(host->error()));
+    QCOMPARE(host->control({"export"}), 0);
+    QCOMPARE(host->control_output(), exported);
+}
+
+QTEST_GUILESS_MAIN(tst_live_changes)
+#include "tst_live_changes.moc"

@@ -1,0 +1,117 @@
+#include <QTest>
+
+#include "unit/apps/torlanctl/torlanctl_t.h"
+
+class tst_import_export : public QObject {
+    Q_OBJECT
+
+ private Q_SLOTS:
+    void export_of_an_imported_export_is_the_same();
+    void import_replaces_what_was_there();
+    void refused_import_writes_nothing();
+    void first_import_that_is_refused_makes_no_database();
+    void import_reads_from_a_pipe();
+    void database_is_readable_by_its_owner_only();
+    void missing_folder_or_installation_is_one_sentence();
+    void export_into_a_closed_output_fails_and_harms_nothing_data();
+    void export_into_a_closed_output_fails_and_harms_nothing();
+};
+
+void tst_import_export::export_of_an_imported_export_is_the_same() {
+    const torlanctl_t first;
+    QCOMPARE(first({"import", QFINDTESTDATA("../../../../examples/home.json")}).error, QString());
+    const call_t written = first({"export"});
+    QCOMPARE(written.status, 0);
+    const torlanctl_t second;
+    QCOMPARE(second({"import", second.write("home.json", written.output.toUtf8())}).error,
+             QString());
+    QCOMPARE(second({"export"}).output, written.output);
+    QVERIFY(second.stored() == first.stored());
+}
+
+void tst_import_export::import_replaces_what_was_there() {
+    const torlanctl_t torlanctl;
+    QCOMPARE(torlanctl.import_small_home().status, 0);
+    const QString path = torlanctl.write("new.json", R"({"topic": "new"})");
+    QCOMPARE(torlanctl({"import", path}).error, QString());
+    database::installation::installation_t expected;
+    expected.topic = "new";
+    QVERIFY(torlanctl.stored() == expected);
+}
+
+void tst_import_export::refused_import_writes_nothing() {
+    const torlanctl_t torlanctl;
+    QCOMPARE(torlanctl.import_small_home().status, 0);
+    const auto before = torlanctl.stored();
+    const QString path =
+        torlanctl.write("bad.json", R"({"topic": "new", "items": {"i-new": {"value": 1}}})");
+    const call_t call = torlanctl({"import", path});
+    QCOMPARE(call.status, 1);
+    QCOMPARE(call.error, "torlanctl: " + path + ": items/i-new/value: must be text");
+    QVERIFY(torlanctl.stored() == before);
+}
+
+void tst_import_export::first_import_that_is_refused_makes_no_database() {
+    const torlanctl_t torlanctl;
+    const QString path = torlanctl.write("bad.json", "{");
+    QCOMPARE(torlanctl({"import", path}).status, 1);
+    QVERIFY(!QFile::exists(torlanctl.data() + "/installation.db"));
+}
+
+void tst_import_export::import_reads_from_a_pipe() {
+    const torlanctl_t torlanctl;
+    QByteArray large = R"({"topic": "home", "items": {"i": {"value": ")";
+    large += QByteArray(300000, 'x') + "\"}}}";
+    QCOMPARE(torlanctl({"import", "/dev/stdin"}, large).error, QString());
+    QCOMPARE(torlanctl.stored().items["i"].size(), 300000);
+}
+
+void tst_import_export::database_is_readable_by_its_owner_only() {
+    const torlanctl_t torlanctl;
+    QCOMPARE(torlanctl.import_small_home().status, 0);
+    const auto rights = QFile::permissions(torlanctl.data() + "/installation.db");
+    QVERIFY(
+        !(rights & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther)));
+}
+
+void tst_import_export::missing_folder_or_installation_is_one_sentence() {
+    const torlanctl_t torlanctl;
+    const call_t empty = torlanctl({"export"});
+    QCOMPARE(empty.status, 1);
+    QCOMPARE(empty.error,
+             "torlanctl: There is no installation in " + torlanctl.data() + ": import one first.");
+    const QString none = torlanctl.data() + "/none";
+    const QString file = torlanctl.write("new.json", R"({"topic": "new"})");
+    const call_t missing = torlanctl_t::run({"--data", none, "import", file});
+    QCOMPARE(missing.status, 1);
+    QCOMPARE(missing.error, "torlanctl: There is no folder " + none + ".");
+    QVERIFY(!QFile::exists(none));
+}
+
+void tst_import_export::export_into_a_closed_output_fails_and_harms_nothing_data() {
+    QTest::addColumn<QString>("redirection");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("closed") << ">&-"
+                            << "torlanctl: Standard output: Bad file descriptor.\n1\n";
+    QTest::newRow("full") << ">/dev/full"
+                          << "torlanctl: Standard output: No space left on device.\n1\n";
+    QTest::newRow("everything closed") << "<&- >&- 2>&-"
+                                       << "1\n";
+}
+
+void tst_import_export::export_into_a_closed_output_fails_and_harms_nothing() {
+    QFETCH(QString, redirection);
+    const torlanctl_t torlanctl;
+    QCOMPARE(torlanctl.import_small_home().status, 0);
+    const auto before = torlanctl.stored();
+    QProcess shell;
+    shell.setProcessChannelMode(QProcess::MergedChannels);
+    shell.start("sh", {"-c", "\"$0\" --data \"$1\" export " + redirection + "; echo $?", TORLANCTL,
+                       torlanctl.data()});
+    QVERIFY(shell.waitForFinished());
+    QTEST(QString::fromUtf8(shell.readAll()), "error");
+    QVERIFY(torlanctl.stored() == before);
+}
+
+QTEST_GUILESS_MAIN(tst_import_export)
+#include "tst_import_export.moc"

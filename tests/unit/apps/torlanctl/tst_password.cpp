@@ -1,0 +1,135 @@
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+#include <QTest>
+#include <cstdlib>
+
+#include "database/installation/password_hash.h"
+#include "unit/apps/torlanctl/torlanctl_t.h"
+
+/// How a password gets in.
+class tst_password : public QObject {
+    Q_OBJECT
+
+ private Q_SLOTS:
+    void first_line_is_the_password_data();
+    void first_line_is_the_password();
+    void refused_password_is_not_repeated_data();
+    void refused_password_is_not_repeated();
+    void terminal_shows_nothing_of_it();
+    void interruption_adds_nobody();
+};
+
+namespace {
+
+/// "user add bob" on a terminal of its own; the test types at the other end.
+class terminal_session_t {
+ public:
+    explicit terminal_session_t(const torlanctl_t& _torlanctl)
+        : keyboard(posix_openpt(O_RDWR | O_NOCTTY)) {
+        if (grantpt(keyboard) != 0 || unlockpt(keyboard) != 0) {
+            return;
+        }
+        const QByteArray screen = ptsname(keyboard);
+        process.setChildProcessModifier([screen] {
+            setsid();
+            const int terminal = open(screen.constData(), O_RDWR);
+            ioctl(terminal, TIOCSCTTY, 0);
+            dup2(terminal, STDIN_FILENO);
+            dup2(terminal, STDERR_FILENO);
+        });
+        process.start(TORLANCTL, {"--data", _torlanctl.data(), "user", "add", "bob"});
+    }
+    ~terminal_session_t() { close(keyboard); }
+    Q_DISABLE_COPY_MOVE(terminal_session_t)
+
+    /// Types after the prompt has come; returns all that the screen showed.
+    QString answer(const QByteArray& _typed) {
+        QByteArray shown = read_some();
+        if (write(keyboard, _typed.constData(), size_t(_typed.size())) < 0) {
+            return {};
+        }
+        process.waitForFinished();
+        return QString::fromUtf8(shown + read_some());
+    }
+
+    QProcess process;
+
+ private:
+    QByteArray read_some() const {
+        char buffer[256];
+        const ssize_t count = read(keyboard, buffer, sizeof(buffer));
+        return QByteArray(buffer, std::max<ssize_t>(count, 0));
+    }
+
+    const int keyboard;
+};
+
+}  // namespace
+
+void tst_password::first_line_is_the_password_data() {
+    QTest::addColumn<QByteArray>("input");
+    QTest::addColumn<QString>("password");
+    QTest::newRow("line") << QByteArray("secret\n") << "secret";
+    QTest::newRow("no line end") << QByteArray("secret") << "secret";
+    QTest::newRow("line end of another system") << QByteArray("secret\r\n") << "secret";
+    QTest::newRow("two lines") << QByteArray("secret\nother\n") << "secret";
+    QTest::newRow("blanks belong to it") << QByteArray("  s \n") << "  s ";
+    QTest::newRow("longest") << QString(256, u'ü').toUtf8() + "\n" << QString(256, u'ü');
+}
+
+void tst_password::first_line_is_the_password() {
+    QFETCH(QByteArray, input);
+    QFETCH(QString, password);
+    const torlanctl_t torlanctl;
+    QCOMPARE(torlanctl.import_small_home().status, 0);
+    QCOMPARE(torlanctl({"user", "add", "bob"}, input).error, QString());
+    const auto users = torlanctl.stored().users;
+    QVERIFY(database::installation::verify_password(password, users.last().password_hash));
+}
+
+void tst_password::refused_password_is_not_repeated_data() {
+    QTest::addColumn<QByteArray>("input");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("nothing") << QByteArray() << "must not be empty.";
+    QTest::newRow("empty line") << QByteArray("\nsecret\n") << "must not be empty.";
+    QTest::newRow("too long") << QByteArray(257, 'x') << "must be at most 256 characters long.";
+    QTest::newRow("endless") << QByteArray(1 << 20, 'x') << "must be at most 256 characters long.";
+    QTest::newRow("control character")
+        << QByteArray("se\tcret\n") << "must be text without control characters.";
+    QTest::newRow("not UTF-8") << QByteArray("se\xff\n") << "must be UTF-8 text.";
+}
+
+void tst_password::refused_password_is_not_repeated() {
+    QFETCH(QByteArray, input);
+    QFETCH(QString, error);
+    const torlanctl_t torlanctl;
+    QCOMPARE(torlanctl.import_small_home().status, 0);
+    const call_t call = torlanctl({"user", "add", "bob"}, input);
+    QCOMPARE(call.error, "torlanctl: The password " + error);
+    QCOMPARE(call.status, 1);
+    QCOMPARE(torlanctl.stored().users.size(), 1);
+}
+
+void tst_password::terminal_shows_nothing_of_it() {
+    const torlanctl_t torlanctl;
+    QCOMPARE(torlanctl.import_small_home().status, 0);
+    terminal_session_t session(torlanctl);
+    const QString shown = session.answer("hushhush\n");
+    QCOMPARE(shown.simplified(), "Password:");
+    QCOMPARE(session.process.exitCode(), 0);
+    const auto users = torlanctl.stored().users;
+    QVERIFY(database::installation::verify_password("hushhush", users.last().password_hash));
+}
+
+void tst_password::interruption_adds_nobody() {
+    const torlanctl_t torlanctl;
+    QCOMPARE(torlanctl.import_small_home().status, 0);
+    terminal_session_t session(torlanctl);
+    session.answer("hush\x03");
+    QCOMPARE(session.process.exitCode(), 1);
+    QCOMPARE(torlanctl.stored().users.size(), 1);
+}
+
+QTEST_GUILESS_MAIN(tst_password)
+#include "tst_password.moc"

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QTcpServer>
+#include <QTest>
+
+#include "broker/broker_process_t.h"
+#include "broker/password_hash.h"
+#include "comunication/endpoint_settings_t.h"
+
+/// A port of 127.0.0.1 that nobody listens on.
+inline quint16 free_port() {
+    QTcpServer server;
+    server.listen(QHostAddress::LocalHost, 0);
+    return server.serverPort();
+}
+
+/// The real broker on a free port, with the users "alice" and "bob" whose passwords are their
+/// names followed by "-pw".
+class real_broker_t {
+ public:
+    static broker::broker_account_t account(const QString& _name, const QString& _password = {}) {
+        return {_name, broker::hash_password(
+                           _password.isEmpty() ? _name + QStringLiteral("-pw") : _password, 10)};
+    }
+
+    static QList<broker::broker_account_t> both() {
+        return {account(QStringLiteral("alice")), account(QStringLiteral("bob"))};
+    }
+
+    explicit real_broker_t(const broker::broker_settings_t& _settings = make_settings())
+        : settings(_settings), process(_settings) {}
+
+    static broker::broker_settings_t make_settings() {
+        broker::broker_settings_t made;
+        made.port = free_port();
+        made.connection_topic = QStringLiteral("home/1/connection");
+        made.restart_shortest = made.restart_longest = std::chrono::milliseconds(50);
+        return made;
+    }
+
+    /// Empty: it listens.
+    QString start() {
+        const broker::broker_result_t started = process.start(both());
+        return started.is_ok() ? process.wait_until_listening().error : started.error;
+    }
+
+    comunication::endpoint_settings_t endpoint_settings() const {
+        comunication::endpoint_settings_t made;
+        made.port = settings.port;
+        made.username = settings.host_account;
+        made.password = process.host_password();
+        made.connection_topic = settings.connection_topic;
+        made.reconnect_shortest = made.reconnect_longest = std::chrono::milliseconds(20);
+        return made;
+    }
+
+    const broker::broker_settings_t settings;
+    broker::broker_process_t process;
+};

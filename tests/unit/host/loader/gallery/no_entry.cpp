@@ -1,0 +1,4 @@
+#include "plugin_note.h"
+
+GALLERY_NOTE("org.kelma.torlan.interfaces");
+GALLERY_QUERY()

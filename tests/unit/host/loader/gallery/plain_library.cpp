@@ -1,0 +1,3 @@
+extern "C" int plain_library() {
+    return 1;
+}

@@ -1,0 +1,10 @@
+#include <stdexcept>
+
+#include "plugin_note.h"
+
+GALLERY_NOTE("org.kelma.torlan.interfaces");
+GALLERY_QUERY()
+
+extern "C" QObject* qt_plugin_instance() {
+    throw std::runtime_error("no bus found");
+}

@@ -1,0 +1,221 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThread>
+#include <cstdio>
+
+#include "logs/spdlog_logger_t.h"
+
+using utility::logs::log_settings_t;
+using utility::logs::spdlog_logger_t;
+
+namespace {
+
+// Standard output goes to a descriptor of the test's own while this lives.
+class redirected_stdout_t {
+ public:
+    explicit redirected_stdout_t(int _descriptor) : former(::dup(STDOUT_FILENO)) {
+        std::fflush(stdout);
+        ::dup2(_descriptor, STDOUT_FILENO);
+    }
+    ~redirected_stdout_t() {
+        std::fflush(stdout);
+        ::dup2(former, STDOUT_FILENO);
+        ::close(former);
+    }
+
+ private:
+    int former;
+};
+
+QStringList lines_of(const QString& _file) {
+    QFile file(_file);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+}  // namespace
+
+class tst_spdlog_logger_t : public QObject {
+    Q_OBJECT
+
+ private Q_SLOTS:
+    void init() {
+        folder = std::make_unique<QTemporaryDir>();
+        QVERIFY(folder->isValid());
+        settings = {};
+        settings.folder = folder->path();
+        settings.stdout_level = -1;
+    }
+
+    void a_line_has_time_level_place_and_message() {
+        write(4, QStringLiteral("Ready {} %s"));
+        const QStringList lines = lines_of(log_file());
+        QCOMPARE(lines.size(), 1);
+        static const QRegularExpression form(QRegularExpression::anchoredPattern(QStringLiteral(
+            R"(\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} \[4\] server/a/b:28 start Ready \{\} %s)")));
+        QVERIFY2(form.match(lines.first()).hasMatch(), qPrintable(lines.first()));
+    }
+
+    void each_sink_takes_levels_up_to_its_own_data() {
+        QTest::addColumn<int>("file_level");
+        QTest::addColumn<int>("stdout_level");
+        QTest::addColumn<QString>("in_file");
+        QTest::addColumn<QString>("on_stdout");
+        QTest::newRow("shipped") << 5 << 4 << "012345"
+                                 << "01234";
+        QTest::newRow("stdout more") << 0 << 6 << "0"
+                                     << "0123456";
+        QTest::newRow("errors and exceptions differ") << 1 << 2 << "01"
+                                                      << "012";
+        QTest::newRow("none") << -1 << -1 << ""
+                              << "";
+    }
+    void each_sink_takes_levels_up_to_its_own() {
+        QFETCH(int, file_level);
+        QFETCH(int, stdout_level);
+        settings.file_level = file_level;
+        settings.stdout_level = stdout_level;
+        const QString shown = folder->filePath(QStringLiteral("stdout"));
+        const int descriptor = ::open(qPrintable(shown), O_CREAT | O_WRONLY, 0600);
+        QVERIFY(descriptor >= 0);
+        {
+            const redirected_stdout_t redirected(descriptor);
+            const auto opened = spdlog_logger_t::open(settings);
+            for (int level = 0; opened.logger && level <= 6; ++level) {
+                opened.logger->log_asynch(QString::number(level), level, {}, {}, 1);
+            }
+        }
+        ::close(descriptor);
+        QTEST(last_characters(log_file()), "in_file");
+        QTEST(last_characters(shown), "on_stdout");
+    }
+
+    void one_call_is_one_line() {
+        write(4, QStringLiteral("name\n2030-01-01 00:00:00.000 [4] server/x:1 f forged"));
+        QCOMPARE(lines_of(log_file()).size(), 1);
+    }
+
+    void every_line_of_several_threads_is_written_at_the_end() {
+        {
+            const auto opened = spdlog_logger_t::open(settings);
+            QVERIFY2(opened.logger, qPrintable(opened.error));
+            const auto log = [&opened] {
+                for (int i = 0; i < 2000; ++i) {
+                    opened.logger->log_asynch(QStringLiteral("x"), 3, {}, {}, i);
+                }
+            };
+            const std::unique_ptr<QThread> other(QThread::create(log));
+            other->start();
+            log();
+            QVERIFY(other->wait());
+        }
+        QCOMPARE(lines_of(log_file()).size(), 4000);
+    }
+
+    void a_blocked_sink_loses_the_oldest_lines_and_never_blocks_the_caller() {
+        settings.file_level = -1;
+        settings.stdout_level = 6;
+        settings.queue = 16;
+        int pipe[2];
+        QCOMPARE(::pipe(pipe), 0);
+        quint64 dropped = 0;
+        QByteArray shown;
+        std::unique_ptr<QThread> reader;
+        {
+            const redirected_stdout_t redirected(pipe[1]);
+            auto opened = spdlog_logger_t::open(settings);
+            // More than the pipe and the queue can hold; nobody reads yet.
+            for (int i = 0; opened.logger && i < 4000; ++i) {
+                opened.logger->log_asynch(QStringLiteral("line %1").arg(i), 4, {}, {}, 1);
+            }
+            dropped = opened.logger->dropped();
+            reader.reset(QThread::create([&shown, in = pipe[0]] { shown = read_all(in); }));
+            reader->start();
+        }
+        ::close(pipe[1]);
+        QVERIFY(reader->wait());
+        ::close(pipe[0]);
+        QVERIFY(dropped > 0);
+        QCOMPARE(quint64(shown.count('\n')), 4000 - dropped);
+        QVERIFY(shown.contains("line 3985\n"));
+        QVERIFY(shown.endsWith("line 3999\n"));
+    }
+
+    void a_full_file_is_rotated_and_old_ones_go() {
+        settings.size_mb = 1;
+        settings.rotation = 2;
+        {
+            const auto opened = spdlog_logger_t::open(settings);
+            QVERIFY2(opened.logger, qPrintable(opened.error));
+            const QString text(10000, QLatin1Char('x'));
+            for (int i = 0; i < 450; ++i) {
+                opened.logger->log_asynch(text, 4, {}, {}, i);
+            }
+        }
+        const QStringList files = QDir(folder->path()).entryList(QDir::Files, QDir::Name);
+        QCOMPARE(files, QStringList({QStringLiteral("server-torlan.1.log"),
+                                     QStringLiteral("server-torlan.2.log"),
+                                     QStringLiteral("server-torlan.log")}));
+    }
+
+    void the_file_is_not_for_everybody() {
+        const mode_t former = ::umask(0);
+        write(4, QStringLiteral("x"));
+        ::umask(former);
+        struct stat status = {};
+        QCOMPARE(::stat(qPrintable(log_file()), &status), 0);
+        QCOMPARE(status.st_mode & 0777, mode_t(0640));
+    }
+
+    void a_folder_that_cannot_be_written_is_one_sentence() {
+        QFile in_the_way(folder->filePath(QStringLiteral("file")));
+        QVERIFY(in_the_way.open(QIODevice::WriteOnly));
+        settings.folder = in_the_way.fileName();
+        const auto opened = spdlog_logger_t::open(settings);
+        QVERIFY(!opened.logger);
+        QVERIFY2(opened.error.contains(settings.folder), qPrintable(opened.error));
+        QVERIFY(!opened.error.contains(QLatin1Char('\n')));
+    }
+
+ private:
+    QString log_file() const { return folder->filePath(QStringLiteral("server-torlan.log")); }
+
+    void write(int _level, const QString& _message) {
+        const auto opened = spdlog_logger_t::open(settings);
+        QVERIFY2(opened.logger, qPrintable(opened.error));
+        opened.logger->log_asynch(_message, _level, QStringLiteral("start"),
+                                  QStringLiteral("server/a/b"), 28);
+    }
+
+    static QString last_characters(const QString& _file) {
+        QString characters;
+        for (const QString& line : lines_of(_file)) {
+            characters += line.back();
+        }
+        return characters;
+    }
+
+    static QByteArray read_all(int _descriptor) {
+        QByteArray all;
+        char block[4096];
+        for (ssize_t got = 0; (got = ::read(_descriptor, block, sizeof block)) > 0;) {
+            all.append(block, got);
+        }
+        return all;
+    }
+
+    std::unique_ptr<QTemporaryDir> folder;
+    log_settings_t settings;
+};
+
+QTEST_GUILESS_MAIN(tst_spdlog_logger_t)
+#include "tst_spdlog_logger_t.moc"
