@@ -48,6 +48,19 @@ class tst_utility_t_climate : public QObject {
         QVERIFY2(result == dew_point, qPrintable(QString::number(double(result), 'g', 9)));
     }
 
+    void the_formula_is_computed_in_single_precision() {
+        int differences = 0;
+        for (int i = 100; i < 1000; ++i) {
+            const float humidity = static_cast<float>(i) / 10.0F;
+            const float gamma = 17.27F * 21.3F / (21.3F + 237.7F) + std::log(humidity / 100.0F);
+            const float dew_point = 237.7F * gamma / (17.27F - gamma);
+            QVERIFY(utility_t::calculate_dew_point(21.3F, humidity, false, 9) == dew_point);
+            const double wide = 17.27 * 21.3 / (21.3 + 237.7) + std::log(double(humidity) / 100.0);
+            differences += dew_point != float(237.7 * wide / (17.27 - wide)) ? 1 : 0;
+        }
+        QVERIFY(differences > 100);
+    }
+
     void no_input_is_checked() {
         QVERIFY(std::isnan(utility_t::calculate_dew_point(20.0F, 0.0F, false, 1)));
         QVERIFY(std::isnan(utility_t::calculate_dew_point(20.0F, -1.0F, true, 1)));
