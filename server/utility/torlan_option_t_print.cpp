@@ -113,6 +113,7 @@ void torlan_option_t::print() {
 
 void torlan_option_t::print_dir(QString path, int& depth) {
     const QDir folder(path);
+    // NoSort keeps QDir's own order, by name; Unsorted would follow the resource system's hashes.
     const QFileInfoList files = folder.entryInfoList(QDir::Files, QDir::NoSort);
     for (const QFileInfo& file : files) {
         log_option(QString(depth, QLatin1Char(' ')) + file.absoluteFilePath(), 6, __func__,

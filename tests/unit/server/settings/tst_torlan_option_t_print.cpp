@@ -160,26 +160,30 @@ class tst_torlan_option_t_print : public QObject {
         const recording_logger_t logger;
         int depth = 0;
         torlan_option_t::print_dir(QStringLiteral(":/settings"), depth);
-        QCOMPARE(depth, 3);
+        QCOMPARE(depth, 5);
 
-        // The order within a folder is the resource system's.
-        const bool sub_first =
-            QDir(QStringLiteral(":/settings")).entryList(QDir::Dirs, QDir::NoSort).constFirst() ==
-            QLatin1String("sub");
-        const QStringList sub{QStringLiteral("0:/settings/sub"),
-                              QStringLiteral("1:/settings/sub/two.txt"),
-                              QStringLiteral("1:/settings/sub/deep"),
-                              QStringLiteral("2:/settings/sub/deep/three.txt")};
-        const QStringList zone{QStringLiteral("0:/settings/zone"),
-                               QStringLiteral("1:/settings/zone/four.txt")};
+        // The names' order, which is not the order in which the resource system keeps them.
+        const QDir root(QStringLiteral(":/settings"));
+        const QStringList folders{QStringLiteral("alpha"), QStringLiteral("beta"),
+                                  QStringLiteral("sub"), QStringLiteral("zone")};
+        QVERIFY(root.entryList(QDir::Dirs, QDir::Unsorted) != folders);
+        const QMap<QString, QStringList> below{
+            {QStringLiteral("alpha"), {QStringLiteral("1alpha/x.txt")}},
+            {QStringLiteral("beta"), {QStringLiteral("1beta/x.txt")}},
+            {QStringLiteral("zone"), {QStringLiteral("1zone/four.txt")}},
+            {QStringLiteral("sub"),
+             {QStringLiteral("1sub/two.txt"), QStringLiteral("1sub/deep"),
+              QStringLiteral("2sub/deep/three.txt")}}};
         QList<entry_t> expected{{6, QStringLiteral(":/settings/one.txt")}};
         int visited = 0;
-        for (const QStringList& folder : sub_first ? QList{sub, zone} : QList{zone, sub}) {
-            for (const QString& text : folder) {
+        for (const QString& folder : folders) {
+            const QStringList entries_below = below.value(folder);
+            for (const QString& text : QStringList{QLatin1Char('0') + folder} + entries_below) {
                 const int indent = text.left(1).toInt() + visited;
-                expected.append({6, QString(indent, QLatin1Char(' ')) + text.mid(1)});
+                expected.append({6, QString(indent, QLatin1Char(' ')) +
+                                        QStringLiteral(":/settings/") + text.mid(1)});
             }
-            visited += folder == sub ? 2 : 1;
+            visited += entries_below.constLast().left(1).toInt();
         }
         compare(printed(logger, "print_dir"), expected);
     }
