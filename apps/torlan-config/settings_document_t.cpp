@@ -1,6 +1,27 @@
 #include "settings_document_t.h"
 
+#include <QJsonArray>
+
 namespace {
+
+template <class Container>
+int deepest(const Container& _values);
+
+int depth_of(const QJsonValue& _value) {
+    if (_value.isArray()) {
+        return deepest(_value.toArray());
+    }
+    return _value.isObject() ? deepest(_value.toObject()) : 0;
+}
+
+template <class Container>
+int deepest(const Container& _values) {
+    int inner = 0;
+    for (const QJsonValue& value : _values) {
+        inner = qMax(inner, depth_of(value));
+    }
+    return inner + 1;
+}
 
 /// _object with _value at _keys from _index on; nothing when something is in the way.
 std::optional<QJsonObject> changed(QJsonObject _object, const QStringList& _keys, qsizetype _index,
@@ -43,4 +64,8 @@ bool settings_document_t::set(const QStringList& _keys, const QJsonValue& _value
     const std::optional<QJsonObject> result = changed(root, _keys, 0, _value);
     root = result.value_or(root);
     return result.has_value();
+}
+
+int settings_document_t::depth() const {
+    return deepest(root);
 }

@@ -22,6 +22,9 @@ class settings_document_t {
     /// document is to become something else than an object.
     bool set(const QStringList& _keys, const QJsonValue& _value);
 
+    /// Objects and arrays inside of each other: 1 for a document of scalars.
+    int depth() const;
+
  private:
     QJsonObject root;
 };

@@ -21,9 +21,15 @@ answer_t failed(const QString& _reason) {
     return refused({500, QStringLiteral("The settings file cannot be used")});
 }
 
-/// A text that would not be read back again must never be written.
-bool can_be_read_back(const QByteArray& _text) {
-    return QJsonDocument::fromJson(_text).isObject();
+// Indented, a small hostile document could grow a hundredfold: only small ones are, and only when
+// the result fits.
+QByteArray stored_text(const QJsonObject& _root) {
+    const QByteArray compact = QJsonDocument(_root).toJson(QJsonDocument::Compact);
+    if (compact.size() > settings_service_t::max_readable_bytes) {
+        return compact;
+    }
+    const QByteArray readable = QJsonDocument(_root).toJson(QJsonDocument::Indented);
+    return readable.size() > settings_file_t::max_bytes ? compact : readable;
 }
 
 }  // namespace
@@ -64,12 +70,12 @@ answer_t settings_service_t::store(settings_document_t _document, const settings
                                  ? QStringLiteral("The whole document must be an object")
                                  : QStringLiteral("The path leads through a value without keys")});
     }
-    const QByteArray text = QJsonDocument(_document.object()).toJson(QJsonDocument::Indented);
+    if (_document.depth() > max_depth) {
+        return refused({400, QStringLiteral("The settings would become too deep")});
+    }
+    const QByteArray text = stored_text(_document.object());
     if (text.size() > settings_file_t::max_bytes) {
         return refused({413, QStringLiteral("The settings would become too large")});
-    }
-    if (!can_be_read_back(text)) {
-        return refused({400, QStringLiteral("The settings would become too deep")});
     }
     const QString error = file->write(text);
     return error.isEmpty() ? answer_t{200, json_to_text(_value)} : failed(error);

@@ -10,6 +10,11 @@ class settings_file_t;
 /// Reads and writes settings values for clients: JSON in, JSON out.
 class settings_service_t {
  public:
+    /// Objects and arrays inside of each other, in the whole document.
+    static constexpr int max_depth = 64;
+    /// Documents up to this many bytes are stored one value a line, for people to read.
+    static constexpr qsizetype max_readable_bytes = 64 * 1024;
+
     struct answer_t {
         int status = 200;
         QByteArray body;  ///< JSON: the value, or the error packet

@@ -1,7 +1,12 @@
 #include "config_server_t.h"
 
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 #include <QFile>
 #include <QJsonDocument>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -27,8 +32,8 @@ class tst_config_server_t : public QObject {
     void refusal_reaches_a_client_that_still_sends();
     void body_of_exactly_the_limit_is_taken();
     void client_that_waits_is_told_to_go_on();
-    void second_request_of_a_connection_is_not_served_data();
-    void second_request_of_a_connection_is_not_served();
+    void requests_in_one_go_are_refused();
+    void bytes_after_a_request_are_not_served();
     void slow_request_is_ended();
     void client_that_goes_away_does_no_harm();
     void too_many_connections_are_refused_and_recover();
@@ -210,23 +215,34 @@ void tst_config_server_t::client_that_waits_is_told_to_go_on() {
     QCOMPARE(document(), "{\"a\":7}");
 }
 
-void tst_config_server_t::second_request_of_a_connection_is_not_served_data() {
-    QTest::addColumn<bool>("at_once");
-    QTest::newRow("at once") << true;
-    QTest::newRow("after the answer") << false;
+void tst_config_server_t::requests_in_one_go_are_refused() {
+    const QByteArray second = request("PUT /smuggled", "1", "Host: evil.example\r\n");
+    const QByteArray answer = exchange(request("PUT /a", "1") + second);
+    QCOMPARE(status_of(answer), 400);
+    QCOMPARE(answer.count("HTTP/1.1"), 1);
+    QCOMPARE(document(), "{}");
 }
 
-void tst_config_server_t::second_request_of_a_connection_is_not_served() {
-    QFETCH(bool, at_once);
-    const QByteArray second = request("PUT /smuggled", "1", "Host: evil.example\r\n");
-    const auto socket = connected();
-    socket->write(request("GET /") + (at_once ? second : QByteArray()));
-    QTRY_VERIFY(socket->bytesAvailable() > 0);
-    if (!at_once) {
-        socket->write(second);
+// A plain socket: Qt's would close with the server's end of the connection and send nothing more.
+void tst_config_server_t::bytes_after_a_request_are_not_served() {
+    const int client = ::socket(AF_INET, SOCK_STREAM, 0);
+    const auto close_it = qScopeGuard([client]() { ::close(client); });
+    sockaddr_in address = {};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(server->port());
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    QCOMPARE(::connect(client, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    const auto send = [client](const QByteArray& bytes) {
+        return ::send(client, bytes.constData(), size_t(bytes.size()), MSG_NOSIGNAL) ==
+               bytes.size();
+    };
+    QVERIFY(send(request("GET /")));
+    char byte = 0;
+    QTRY_VERIFY(::recv(client, &byte, 1, MSG_DONTWAIT | MSG_PEEK) == 1);
+    QVERIFY(send(request("PUT /smuggled", "1", "Host: evil.example\r\n")));
+    for (int i = 0; i < 5; ++i) {
+        QCOMPARE(document(), "{}");
     }
-    QCOMPARE(all_of(socket.get()).count("HTTP/1.1"), 1);
-    QCOMPARE(document(), "{}");
 }
 
 void tst_config_server_t::slow_request_is_ended() {

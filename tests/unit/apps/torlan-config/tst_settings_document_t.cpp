@@ -28,6 +28,7 @@ class tst_settings_document_t : public QObject {
     void set_changes_one_value();
     void set_refuses_what_is_in_the_way_data();
     void set_refuses_what_is_in_the_way();
+    void depth_counts_objects_and_arrays();
 };
 
 void tst_settings_document_t::get_follows_the_keys_data() {
@@ -110,6 +111,13 @@ void tst_settings_document_t::set_refuses_what_is_in_the_way() {
     settings_document_t unchanged = document(before.constData());
     QVERIFY(!unchanged.set(keys, 5));
     QCOMPARE(text(unchanged), before);
+}
+
+void tst_settings_document_t::depth_counts_objects_and_arrays() {
+    QCOMPARE(document("{}").depth(), 1);
+    QCOMPARE(document(R"({"a":1})").depth(), 1);
+    QCOMPARE(document(R"({"a":{},"b":1})").depth(), 2);
+    QCOMPARE(document(R"({"a":[[{"b":[]}],2],"c":{}})").depth(), 5);
 }
 
 QTEST_GUILESS_MAIN(tst_settings_document_t)

@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -22,6 +23,7 @@ class tst_settings_file_t : public QObject {
     void failed_write_leaves_the_old_document();
     void rest_of_a_killed_write_does_not_matter();
     void second_server_is_refused_until_the_first_ends();
+    void programs_started_meanwhile_do_not_hold_the_lock();
     void link_stays_a_link();
     void unusable_document_is_one_sentence_data();
     void unusable_document_is_one_sentence();
@@ -146,6 +148,17 @@ void tst_settings_file_t::second_server_is_refused_until_the_first_ends() {
     first.reset();
     settings_file_t second;
     QCOMPARE(second.open(path), QString());
+}
+
+void tst_settings_file_t::programs_started_meanwhile_do_not_hold_the_lock() {
+    settings_file_t file;
+    QCOMPARE(file.open(path), QString());
+    QProcess program;
+    program.start("ls", {"-l", "/proc/self/fd"});
+    QVERIFY(program.waitForFinished());
+    const QByteArray open_files = program.readAllStandardOutput();
+    QVERIFY(open_files.contains("/proc/"));
+    QVERIFY2(!open_files.contains("settings.json"), open_files.constData());
 }
 
 void tst_settings_file_t::link_stays_a_link() {

@@ -21,6 +21,8 @@ class tst_settings_service_t : public QObject {
     void refused_path_is_answered_as_such();
     void document_never_outgrows_its_limit();
     void document_never_becomes_too_deep_to_be_read();
+    void small_documents_are_stored_for_people_to_read();
+    void wide_and_deep_document_does_not_explode();
     void edit_by_hand_is_kept_by_the_next_put();
     void unusable_file_is_500_and_stays_as_it_is();
     void failed_write_is_500_and_stays_as_it_is();
@@ -115,13 +117,30 @@ void tst_settings_service_t::document_never_outgrows_its_limit() {
 }
 
 void tst_settings_service_t::document_never_becomes_too_deep_to_be_read() {
-    int refused = 0;
-    for (int depth = 980; depth < 1030; ++depth) {
-        const QByteArray value = QByteArray(depth, '[') + QByteArray(depth, ']');
-        refused += put(QByteArray("/d").repeated(32), value).status == 400 ? 1 : 0;
-        QCOMPARE(get("/a/b").status, 200);
+    const auto nested = [](int depth) { return QByteArray(depth, '[') + QByteArray(depth, ']'); };
+    const QByteArray path = QByteArray("/d").repeated(32);
+    QCOMPARE(put(path, nested(settings_service_t::max_depth - 32)).status, 200);
+    const QByteArray before = bytes();
+    for (const int depth : {settings_service_t::max_depth - 31, 900, 1023, 1024, 5000}) {
+        QCOMPARE(code_of(put(path, nested(depth))), 400);
     }
-    QVERIFY(refused > 0 && refused < 50);
+    QCOMPARE(bytes(), before);
+    QCOMPARE(get("/a/b").status, 200);
+}
+
+void tst_settings_service_t::small_documents_are_stored_for_people_to_read() {
+    QCOMPARE(put("/", "{\"a\":{\"b\":1}}").status, 200);
+    QCOMPARE(bytes(), "{\n    \"a\": {\n        \"b\": 1\n    }\n}\n");
+    const QByteArray large(settings_service_t::max_readable_bytes, 'x');
+    QCOMPARE(put("/a/b", '"' + large + '"').status, 200);
+    QVERIFY(bytes() == "{\"a\":{\"b\":\"" + large + "\"}}");
+}
+
+void tst_settings_service_t::wide_and_deep_document_does_not_explode() {
+    const int depth = settings_service_t::max_depth - 1;
+    const QByteArray wide = "1" + QByteArray(",1").repeated(30000);
+    QCOMPARE(put("/w", QByteArray(depth, '[') + wide + QByteArray(depth, ']')).status, 200);
+    QVERIFY(bytes().size() < 100000);
 }
 
 void tst_settings_service_t::edit_by_hand_is_kept_by_the_next_put() {
