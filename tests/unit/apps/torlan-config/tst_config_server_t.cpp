@@ -1,19 +1,16 @@
 #include "config_server_t.h"
 
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
 #include <QFile>
 #include <QJsonDocument>
-#include <QScopeGuard>
 #include <QSignalSpy>
-#include <QTcpServer>
-#include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
 
-#include "gated_listener_t.h"
+#include "unit/apps/torlan-config/support/raw_http.h"
+
+using raw_http::body_of;
+using raw_http::request;
+using raw_http::status_of;
 
 class tst_config_server_t : public QObject {
     Q_OBJECT
@@ -23,50 +20,17 @@ class tst_config_server_t : public QObject {
     void values_are_put_and_got();
     void answers_are_json_and_close_the_connection();
     void put_needs_no_content_type();
-    void request_in_pieces_is_served();
     void encoded_keys_reach_the_document();
     void foreign_host_and_origin_change_nothing();
     void refusals_are_json_data();
     void refusals_are_json();
-    void large_body_is_refused_before_it_is_sent();
-    void refusal_reaches_a_client_that_still_sends();
     void body_of_exactly_the_limit_is_taken();
-    void client_that_waits_is_told_to_go_on();
-    void requests_in_one_go_are_refused();
-    void bytes_after_a_request_are_not_served();
-    void slow_request_is_ended();
-    void client_that_goes_away_does_no_harm();
-    void too_many_connections_are_refused_and_recover();
     void triggers_run_only_after_an_asked_and_successful_put();
     void port_in_use_is_one_sentence();
-    void only_loopback_is_listened_on();
 
  private:
-    static QByteArray request(const QByteArray& _line, const QByteArray& _body = {},
-                              const QByteArray& _headers = "Host: 127.0.0.1\r\n") {
-        return _line + " HTTP/1.1\r\n" + _headers +
-               "Content-Length: " + QByteArray::number(_body.size()) + "\r\n\r\n" + _body;
-    }
-    std::unique_ptr<QTcpSocket> connected() const {
-        auto socket = std::make_unique<QTcpSocket>();
-        socket->connectToHost(QHostAddress::LocalHost, server->port());
-        return socket;
-    }
-    /// Everything that comes back until the server closes.
-    static QByteArray all_of(QTcpSocket* _socket) {
-        QSignalSpy closed(_socket, &QTcpSocket::disconnected);
-        return _socket->state() == QTcpSocket::UnconnectedState || closed.wait(5000)
-                   ? _socket->readAll()
-                   : QByteArray("not closed");
-    }
     QByteArray exchange(const QByteArray& _bytes) const {
-        const auto socket = connected();
-        socket->write(_bytes);
-        return all_of(socket.get());
-    }
-    static int status_of(const QByteArray& _answer) { return _answer.mid(9, 3).toInt(); }
-    static QByteArray body_of(const QByteArray& _answer) {
-        return _answer.mid(_answer.indexOf("\r\n\r\n") + 4);
+        return raw_http::exchange(server->port(), _bytes);
     }
     QByteArray document() const { return body_of(exchange(request("GET /"))); }
     QString script(const QByteArray& _text) const {
@@ -114,19 +78,6 @@ void tst_config_server_t::put_needs_no_content_type() {
                                    QByteArray("Content-Type: application/json\r\n")}) {
         QCOMPARE(status_of(exchange(request("PUT /a", "1", "Host: localhost\r\n" + type))), 200);
     }
-}
-
-void tst_config_server_t::request_in_pieces_is_served() {
-    const auto socket = connected();
-    QVERIFY(socket->waitForConnected());
-    const QByteArray bytes = request("PUT /a", "\"in pieces\"");
-    for (const char byte : bytes) {
-        socket->write(&byte, 1);
-        socket->flush();
-        QCoreApplication::processEvents();
-    }
-    QCOMPARE(status_of(all_of(socket.get())), 200);
-    QCOMPARE(document(), "{\"a\":\"in pieces\"}");
 }
 
 void tst_config_server_t::encoded_keys_reach_the_document() {
@@ -184,97 +135,10 @@ void tst_config_server_t::refusals_are_json() {
     QCOMPARE(document(), "{\"k\":1}");
 }
 
-void tst_config_server_t::large_body_is_refused_before_it_is_sent() {
-    const QByteArray head =
-        "PUT /a HTTP/1.1\r\nHost: localhost\r\nContent-Length: 1048577\r\nExpect: 100-continue\r\n"
-        "\r\n";
-    QCOMPARE(status_of(exchange(head)), 413);
-}
-
-void tst_config_server_t::refusal_reaches_a_client_that_still_sends() {
-    const QByteArray answer = exchange(request("PUT /a", QByteArray(8 * 1024 * 1024, '1')));
-    QCOMPARE(status_of(answer), 413);
-    QCOMPARE(document(), "{}");
-}
-
 void tst_config_server_t::body_of_exactly_the_limit_is_taken() {
     const QByteArray body = '"' + QByteArray(1024 * 1024 - 2, 'x') + '"';
     QCOMPARE(status_of(exchange(request("PUT /a", body))), 200);
     QVERIFY(body_of(exchange(request("GET /a"))) == body);
-}
-
-void tst_config_server_t::client_that_waits_is_told_to_go_on() {
-    const auto socket = connected();
-    socket->write(
-        "PUT /a HTTP/1.1\r\nHost: localhost\r\nContent-Length: 1\r\n"
-        "Expect: 100-continue\r\n\r\n");
-    QTRY_COMPARE(socket->bytesAvailable(), 25);
-    QCOMPARE(socket->readAll(), "HTTP/1.1 100 Continue\r\n\r\n");
-    socket->write("7");
-    QCOMPARE(status_of(all_of(socket.get())), 200);
-    QCOMPARE(document(), "{\"a\":7}");
-}
-
-void tst_config_server_t::requests_in_one_go_are_refused() {
-    const QByteArray second = request("PUT /smuggled", "1", "Host: evil.example\r\n");
-    const QByteArray answer = exchange(request("PUT /a", "1") + second);
-    QCOMPARE(status_of(answer), 400);
-    QCOMPARE(answer.count("HTTP/1.1"), 1);
-    QCOMPARE(document(), "{}");
-}
-
-// A plain socket: Qt's would close with the server's end of the connection and send nothing more.
-void tst_config_server_t::bytes_after_a_request_are_not_served() {
-    const int client = ::socket(AF_INET, SOCK_STREAM, 0);
-    const auto close_it = qScopeGuard([client]() { ::close(client); });
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(server->port());
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    QCOMPARE(::connect(client, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
-    const auto send = [client](const QByteArray& bytes) {
-        return ::send(client, bytes.constData(), size_t(bytes.size()), MSG_NOSIGNAL) ==
-               bytes.size();
-    };
-    QVERIFY(send(request("GET /")));
-    char byte = 0;
-    QTRY_VERIFY(::recv(client, &byte, 1, MSG_DONTWAIT | MSG_PEEK) == 1);
-    QVERIFY(send(request("PUT /smuggled", "1", "Host: evil.example\r\n")));
-    for (int i = 0; i < 5; ++i) {
-        QCOMPARE(document(), "{}");
-    }
-}
-
-void tst_config_server_t::slow_request_is_ended() {
-    server->set_limit(100);
-    QCOMPARE(status_of(exchange("GET / HTTP/1.1\r\n")), 408);
-    QCOMPARE(
-        status_of(exchange("PUT /a HTTP/1.1\r\nHost: localhost\r\nContent-Length: 9\r\n\r\n1")),
-        408);
-    QCOMPARE(document(), "{}");
-}
-
-void tst_config_server_t::client_that_goes_away_does_no_harm() {
-    for (const QByteArray& bytes : {QByteArray(), QByteArray("PUT /a HT"),
-                                    request("PUT /a", "1234").chopped(2), request("GET /")}) {
-        const auto socket = connected();
-        QVERIFY(socket->waitForConnected());
-        socket->write(bytes);
-        socket->flush();
-        socket->abort();
-    }
-    QCOMPARE(document(), "{}");
-}
-
-void tst_config_server_t::too_many_connections_are_refused_and_recover() {
-    std::vector<std::unique_ptr<QTcpSocket>> sockets;
-    for (int i = 0; i < gated_listener_t::max_connections; ++i) {
-        sockets.push_back(connected());
-        QTRY_COMPARE(sockets.back()->state(), QTcpSocket::ConnectedState);
-    }
-    QTRY_COMPARE(status_of(exchange(request("GET /"))), 503);
-    sockets.clear();
-    QTRY_COMPARE(status_of(exchange(request("GET /"))), 200);
 }
 
 void tst_config_server_t::triggers_run_only_after_an_asked_and_successful_put() {
@@ -305,13 +169,6 @@ void tst_config_server_t::port_in_use_is_one_sentence() {
     const QString error = second.start(folder->filePath("other.json"), server->port());
     QVERIFY(error.contains(QString::number(server->port())));
     QVERIFY(!error.contains('\n'));
-}
-
-void tst_config_server_t::only_loopback_is_listened_on() {
-    QTcpSocket other;
-    other.connectToHost(QStringLiteral("127.0.0.2"), server->port());
-    QVERIFY(!other.waitForConnected(2000));
-    QCOMPARE(other.error(), QTcpSocket::ConnectionRefusedError);
 }
 
 QTEST_GUILESS_MAIN(tst_config_server_t)
