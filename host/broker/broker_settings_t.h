@@ -17,8 +17,9 @@ struct broker_settings_t {
 
     int packet_bytes = 4 * 1024 * 1024;               ///< largest packet accepted
     qint64 queued_bytes = qint64(256) * 1024 * 1024;  ///< waiting for one client
-    /// Unacknowledged messages to and from one client. Clients that speak MQTT 3 are not told.
-    int in_flight_messages = 1'000;
+    /// Unacknowledged messages to and from one client. Clients that speak MQTT 3 are not told, and
+    /// what they send beyond it is lost.
+    int in_flight_messages = 10'000;
 
     QString executable;  ///< empty: "mosquitto" in PATH or in the system's folders
     /// System account that the broker runs as when the host runs as root.

@@ -188,8 +188,11 @@ void mqtt_endpoint_t::set_enable_api_message(bool _enable) {
 void mqtt_endpoint_t::subscription_status_api(utility::subscribe_t _subscribe) {
     wants_status = _subscribe == utility::subscribe_t::subscribe;
     if (online) {
+        // Once per connection is what QoS 1 gives as well, and with QoS 2 the broker searches
+        // what is in flight for each half: 25 s instead of 0.2 s for 100,000 retained messages.
         sender.send({.topic = status_filter.toUtf8(),
                      .payload = {},
+                     .qos = utility::qos_t::at_least_once,
                      .kind = wants_status ? outgoing_t::kind_t::subscribe
                                           : outgoing_t::kind_t::unsubscribe});
     }
