@@ -1,10 +1,27 @@
 #include <signal.h>
 
+#include <QDeadlineTimer>
 #include <QSignalSpy>
+#include <QTcpSocket>
 #include <QTest>
 
 #include "unit/host/broker/mqtt_user_t.h"
 #include "unit/host/broker/real_broker_t.h"
+
+namespace {
+
+/// Blocks, without handling events, until the broker hangs up on a ping out of order.
+bool serves(quint16 _port) {
+    QDeadlineTimer limit(5'000);
+    QTcpSocket socket;
+    do {
+        socket.connectToHost(QHostAddress(QHostAddress::LocalHost), _port);
+    } while (!socket.waitForConnected(100) && !limit.hasExpired());
+    socket.write(QByteArray::fromHex("c000"));
+    return socket.waitForDisconnected(5'000);
+}
+
+}  // namespace
 
 /// Changed accounts of a running broker.
 class tst_broker_process_accounts : public QObject {
@@ -86,6 +103,8 @@ void tst_broker_process_accounts::new_user_gets_in() {
 void tst_broker_process_accounts::change_during_the_start_counts() {
     real_broker_t other;
     QVERIFY(other.process.start(real_broker_t::both()).is_ok());
+    QVERIFY(serves(other.settings.port));  // it has read its files, and this end has not noticed
+    QVERIFY(!other.process.is_listening());
     QVERIFY(other.process.set_accounts({real_broker_t::account("carol")}).is_ok());
     QCOMPARE(other.process.wait_until_listening().error, QString());
     const qint64 process = other.process.process_id();
