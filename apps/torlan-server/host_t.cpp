@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QEventLoop>
+#include <QFileInfo>
 #include <QTimer>
 
 #include "broker/broker_rights_check_t.h"
@@ -20,6 +21,7 @@ using utility::logs::spdlog_logger_t;
 namespace {
 
 constexpr const char* source = "apps/torlan-server/host_t";
+constexpr QLatin1String database_name("installation.db");
 constexpr std::chrono::milliseconds connect_timeout{10'000};
 
 /// Readable by every API user; empty for an installation without a topic.
@@ -39,11 +41,11 @@ host_t::~host_t() {
 
 QString host_t::start() {
     using step_t = QString (host_t::*)();
-    QString error = folder.open();
+    QString error;
     for (const step_t step :
-         {&host_t::open_log, &host_t::load_drivers, &host_t::open_database, &host_t::start_broker,
-          &host_t::check_rights, &host_t::connect_endpoint, &host_t::start_drivers,
-          &host_t::ask_api}) {
+         {&host_t::read_import, &host_t::open_folder, &host_t::open_log, &host_t::load_drivers,
+          &host_t::open_database, &host_t::start_broker, &host_t::check_rights,
+          &host_t::connect_endpoint, &host_t::start_drivers, &host_t::ask_api}) {
         if (error.isEmpty() && given_up) {
             error = QStringLiteral("The start was broken off.");
         }
@@ -76,6 +78,17 @@ void host_t::stop() {
     logger.reset();
 }
 
+QString host_t::read_import() {
+    const bool is_new = !QFileInfo::exists(folder.file(database_name));
+    const QString file =
+        is_new && options.import_file.isEmpty() ? options.sample_file : options.import_file;
+    return file.isEmpty() ? QString() : import.read(file);
+}
+
+QString host_t::open_folder() {
+    return folder.open();
+}
+
 QString host_t::open_log() {
     utility::logs::log_settings_t settings;
     settings.folder = folder.file(QStringLiteral("logs"));
@@ -104,7 +117,9 @@ QString host_t::open_database() {
         database.get(), database::live::live_database_t::options_t());
     bus = std::make_unique<database::live::simulated_bus_t>(database.get(), live->writer());
     bus->simulate(options.simulate);
-    return live->open(folder.file(QStringLiteral("installation.db"))).error;
+    const QString file = folder.file(database_name);
+    const QString error = import.write(file);
+    return error.isEmpty() ? live->open(file).error : error;
 }
 
 QString host_t::start_broker() {
@@ -201,7 +216,7 @@ QString host_t::ready_text() const {
                 .arg(data->getElements()->getObjects().size())
                 .arg(data->getUsers()->getObjects().size());
     if (const auto request = first_request_t::find(*database)) {
-        text += request->text(options.port, {});
+        text += request->text(options.port, import.password_of(request->user_id));
     }
     return text;
 }

@@ -10,6 +10,7 @@
 #include "database/live/live_database_t.h"
 #include "database/live/simulated_bus_t.h"
 #include "driver_set_t.h"
+#include "installation_import_t.h"
 #include "logs/spdlog_logger_t.h"
 #include "options_t.h"
 #include "retained_sweep_t.h"
@@ -44,6 +45,8 @@ class host_t : public QObject {
     void broken_off();
 
  private:
+    QString read_import();
+    QString open_folder();
     QString open_log();
     QString load_drivers();
     QString open_database();
@@ -56,6 +59,7 @@ class host_t : public QObject {
 
     const options_t options;
     bool given_up = false;
+    installation_import_t import;
     data_folder_t folder;
     // What stands above outlives what stands below.
     std::unique_ptr<utility::logs::spdlog_logger_t> logger;

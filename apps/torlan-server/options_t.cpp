@@ -46,6 +46,12 @@ void describe(QCommandLineParser& _parser) {
          QStringLiteral("N")},
         {QStringLiteral("broker-program"), QStringLiteral("Mosquitto to run (default: installed)."),
          QStringLiteral("PATH")},
+        {QStringLiteral("import"),
+         QStringLiteral("Put the installation in FILE in the place of what is there."),
+         QStringLiteral("FILE")},
+        {QStringLiteral("sample"),
+         QStringLiteral("Import FILE if there is no installation in the data folder yet."),
+         QStringLiteral("FILE")},
     });
     _parser.addHelpOption();
     _parser.addVersionOption();
@@ -89,6 +95,8 @@ options_result_t parse_options(const QStringList& _arguments) {
         options.plugins = parser.value(QStringLiteral("plugins"));
         options.simulate = parser.isSet(QStringLiteral("simulate"));
         options.broker_program = parser.value(QStringLiteral("broker-program"));
+        options.import_file = parser.value(QStringLiteral("import"));
+        options.sample_file = parser.value(QStringLiteral("sample"));
     }
     return result;
 }

@@ -14,6 +14,8 @@ struct options_t {
     bool simulate = false;
     int stdout_level = 4;
     QString broker_program;  ///< empty: the system's
+    QString import_file;     ///< replaces the installation; empty: none
+    QString sample_file;     ///< imported when there is no installation yet; empty: none
 };
 
 /// Options that were read, or what to say instead of starting.

@@ -1,0 +1,44 @@
+#include "installation_import_t.h"
+
+#include <QFile>
+#include <QJsonDocument>
+
+#include "database/installation/document_reader.h"
+#include "database/installation/password_hash.h"
+#include "database/store/sqlite_store_t.h"
+
+namespace torlan {
+
+QString installation_import_t::read(const QString& _file) {
+    const auto document = database::installation::read_document_file(_file);
+    if (!document.ok()) {
+        return document.error;
+    }
+    installation = document.installation;
+    is_read = true;
+    QFile file(_file);
+    if (file.open(QIODevice::ReadOnly)) {
+        users = QJsonDocument::fromJson(file.readAll())
+                    .object()
+                    .value(QLatin1String("users"))
+                    .toObject();
+    }
+    return {};
+}
+
+QString installation_import_t::write(const QString& _database) const {
+    if (!is_read) {
+        return {};
+    }
+    database::store::sqlite_store_t store;
+    const auto opened = store.open(_database);
+    return opened.ok() ? store.replace(installation).error : opened.error;
+}
+
+QString installation_import_t::password_of(const QString& _user_id) const {
+    const QString password =
+        users.value(_user_id).toObject().value(QLatin1String("password")).toString();
+    return database::installation::is_password_hash(password) ? QString() : password;
+}
+
+}  // namespace torlan
