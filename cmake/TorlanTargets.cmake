@@ -27,8 +27,9 @@ function(add_torlan_library _name)
     file(GLOB_RECURSE _headers CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
     target_sources(torlan_${_name} PUBLIC FILE_SET HEADERS
         BASE_DIRS ${CMAKE_SOURCE_DIR}/host FILES ${_headers})
+    # The settings come first: what a library's interface takes back of them must come later.
     target_link_libraries(torlan_${_name}
-        PUBLIC Qt6::Core ${arg_PUBLIC} PRIVATE torlan_settings ${arg_PRIVATE})
+        PRIVATE torlan_settings PUBLIC Qt6::Core ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
     set_target_properties(torlan_${_name} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
 endfunction()
 

@@ -17,8 +17,9 @@ broker_result_t check_settings(const broker_settings_t& _settings) {
         return {QStringLiteral("The host's broker account \"%1\" must be '@' and letters.")
                     .arg(_settings.host_account)};
     }
-    if (!matches("([^\\s#+$%\\x{0}-\\x{1f}][^#+%\\x{0}-\\x{1f}]*[^\\s#+%\\x{0}-\\x{1f}])?",
-                 _settings.connection_topic)) {
+    const QString& topic = _settings.connection_topic;
+    if (!matches("[^#+%\\x{0}-\\x{1f}]*", topic) || topic.startsWith(u'$') ||
+        topic != topic.trimmed()) {
         return {QStringLiteral("The connection topic \"%1\" is not a plain MQTT topic.")
                     .arg(_settings.connection_topic)};
     }
@@ -58,8 +59,8 @@ QByteArray broker_config_t::configuration(const broker_settings_t& _settings,
     text += "persistence false\n";
     // Nagle's algorithm makes one QoS 2 round trip 80 ms long.
     text += "set_tcp_nodelay true\n";
-    // The default of 1,000 silently cuts what a late subscriber gets of the retained messages.
-    // Not 0 for "no limit": 2.0.11 then hangs up on whoever publishes what it must not.
+    // The default of 1,000 silently cuts what a late subscriber gets of the retained messages. 0
+    // means no limit too, but then 2.0.11 throws off every client whose message is not permitted.
     text += "max_queued_messages 1000000000\n";
     text += "max_queued_bytes " + QByteArray::number(_settings.queued_bytes) + "\n";
     text += "max_inflight_messages " + QByteArray::number(_settings.in_flight_messages) + "\n";

@@ -5,22 +5,14 @@
 
 #include <QSocketNotifier>
 #include <QTimer>
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
+
+#include "comunication/mosquitto_setup.h"
 
 namespace comunication {
 
 namespace {
-
-/// The library counts its users itself, but not thread-safely: once per process is enough.
-void init_library() {
-    struct library_t {
-        library_t() { mosquitto_lib_init(); }
-        ~library_t() { mosquitto_lib_cleanup(); }
-    };
-    static const library_t library;
-}
 
 struct freed_t {
     void operator()(mosquitto* _handle) const { mosquitto_destroy(_handle); }
@@ -28,19 +20,6 @@ struct freed_t {
 
 /// Packets read in one go before other events get their turn.
 constexpr int packets_per_turn = 64;
-/// The lowest subscription identifier among the properties of a message; 0: none.
-quint32 subscription_of(const mosquitto_property* _properties) {
-    quint32 lowest = 0;
-    quint32 found = 0;
-    bool skip_first = false;
-    while ((_properties = mosquitto_property_read_varint(
-                _properties, MQTT_PROP_SUBSCRIPTION_IDENTIFIER, &found, skip_first)) != nullptr) {
-        lowest = lowest == 0 ? found : std::min(lowest, found);
-        skip_first = true;
-    }
-    return lowest;
-}
-
 constexpr auto housekeeping = std::chrono::milliseconds(500);
 
 }  // namespace
@@ -56,7 +35,6 @@ struct mosquitto_client_t::private_t {
     void watch(int _socket);
     void read();
     void finish(const QString& _reason);
-    int configure(const client_settings_t& _settings);
     void set_callbacks();
 
     static private_t* of(void* _object) { return static_cast<private_t*>(_object); }
@@ -166,31 +144,10 @@ void mosquitto_client_t::private_t::finish(const QString& _reason) {
     if (reason.isEmpty()) {
         reason = _reason;
     }
-}
-
-int mosquitto_client_t::private_t::configure(const client_settings_t& _settings) {
-    mosquitto* const m = handle.get();
-    mosquitto_int_option(m, MOSQ_OPT_PROTOCOL_VERSION, MQTT_PROTOCOL_V5);
-    mosquitto_int_option(m, MOSQ_OPT_TCP_NODELAY, 1);
-    // With the default of 20 a client that receives and publishes QoS 2 at the same time stalls.
-    mosquitto_int_option(m, MOSQ_OPT_RECEIVE_MAXIMUM, 65535);
-    if (!_settings.username.isEmpty()) {
-        mosquitto_username_pw_set(m, _settings.username.toUtf8().constData(),
-                                  _settings.password.toUtf8().constData());
+    // The library's own texts end with a stop, those of the protocol do not.
+    while (reason.endsWith(u'.')) {
+        reason.chop(1);
     }
-    if (!_settings.ca_file.isEmpty()) {
-        const int result = mosquitto_tls_set(m, _settings.ca_file.toLocal8Bit().constData(),
-                                             nullptr, nullptr, nullptr, nullptr);
-        if (result != MOSQ_ERR_SUCCESS) {
-            return result;
-        }
-    }
-    const outgoing_t& will = _settings.will;
-    if (will.topic.isEmpty()) {
-        return MOSQ_ERR_SUCCESS;
-    }
-    return mosquitto_will_set_v5(m, will.topic.constData(), int(will.payload.size()),
-                                 will.payload.constData(), int(will.qos), will.retain, nullptr);
 }
 
 void mosquitto_client_t::private_t::set_callbacks() {
@@ -221,7 +178,7 @@ void mosquitto_client_t::private_t::set_callbacks() {
                 Q_EMIT p->self->received(
                     QString::fromUtf8(_message->topic),
                     QByteArray(static_cast<const char*>(_message->payload), _message->payloadlen),
-                    _message->retain, subscription_of(_properties));
+                    _message->retain, mosquitto_setup::subscription_of(_properties));
             }
         });
     mosquitto_publish_v5_callback_set(
@@ -240,7 +197,7 @@ void mosquitto_client_t::private_t::set_callbacks() {
 
 mosquitto_client_t::mosquitto_client_t(QObject* _parent)
     : QObject(_parent), d(std::make_unique<private_t>(this)) {
-    init_library();
+    mosquitto_setup::init_library();
 }
 
 mosquitto_client_t::~mosquitto_client_t() = default;
@@ -256,7 +213,7 @@ void mosquitto_client_t::open(const client_settings_t& _settings) {
     d->set_callbacks();
     d->misc.start();
     d->call([this, &_settings]() {
-        int result = d->configure(_settings);
+        int result = mosquitto_setup::configure(d->handle.get(), _settings);
         if (result == MOSQ_ERR_SUCCESS) {
             result = mosquitto_connect_bind_async(
                 d->handle.get(), _settings.host.toUtf8().constData(), _settings.port,

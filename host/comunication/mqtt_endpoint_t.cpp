@@ -3,8 +3,8 @@
 #include <QRandomGenerator>
 #include <utility>
 
-#include "comunication/api_topic_t.h"
 #include "comunication/host_log.h"
+#include "comunication/incoming_t.h"
 #include "comunication/json_payload.h"
 
 namespace comunication {
@@ -16,11 +16,6 @@ const QString request_filter = QStringLiteral("local/api/+/+/+/request/#");
 const QString status_filter = QStringLiteral("local/api/+/+/status/#");
 
 constexpr quint32 request_subscription = 1;
-constexpr quint32 status_subscription = 2;
-
-/// Mosquitto 2.0.11 acknowledges and then loses retained messages of a publisher with more in
-/// flight than it allows, and it allows 20 unless told otherwise.
-constexpr int window = 20;
 
 QString unguessable_id() {
     quint32 words[4];
@@ -37,12 +32,20 @@ mqtt_endpoint_t::mqtt_endpoint_t(const endpoint_settings_t& _settings, QObject* 
       settings(_settings),
       client_id(_settings.client_id.isEmpty() ? unguessable_id() : _settings.client_id),
       client(this),
-      queue(_settings.queue_messages, _settings.queue_bytes),
+      sender(client, counts, _settings.queue_messages, _settings.queue_bytes),
       backoff(_settings.reconnect_shortest, _settings.reconnect_longest),
       reconnect(this),
       limit(this) {
     reconnect.setSingleShot(true);
     limit.setSingleShot(true);
+    set_up_connections();
+}
+
+mqtt_endpoint_t::~mqtt_endpoint_t() {
+    client.abandon();
+}
+
+void mqtt_endpoint_t::set_up_connections() {
     connect(&reconnect, &QTimer::timeout, this, [this]() { open(); });
     connect(&limit, &QTimer::timeout, this, [this]() {
         if (stopping) {
@@ -57,12 +60,10 @@ mqtt_endpoint_t::mqtt_endpoint_t(const endpoint_settings_t& _settings, QObject* 
     connect(&client, &mosquitto_client_t::closed, this, &mqtt_endpoint_t::on_closed);
     connect(&client, &mosquitto_client_t::received, this, &mqtt_endpoint_t::on_received);
     connect(&client, &mosquitto_client_t::subscribed, this, &mqtt_endpoint_t::on_subscribed);
-    connect(&client, &mosquitto_client_t::delivered, this,
-            [this](int, bool _accepted) { on_delivered(_accepted); });
-}
-
-mqtt_endpoint_t::~mqtt_endpoint_t() {
-    client.abandon();
+    connect(&client, &mosquitto_client_t::delivered, this, [this](int, bool _accepted) {
+        sender.on_delivered(_accepted);
+        finish_stop();
+    });
 }
 
 void mqtt_endpoint_t::start() {
@@ -85,9 +86,15 @@ void mqtt_endpoint_t::stop() {
     }
     limit.start(settings.stop_timeout);
     if (!settings.connection_topic.isEmpty()) {
-        queue.push(state("offline"));
+        sender.send(state("offline"));
     }
-    send_more();
+    finish_stop();
+}
+
+void mqtt_endpoint_t::finish_stop() {
+    if (stopping && online && sender.is_idle()) {
+        client.close(false);
+    }
 }
 
 void mqtt_endpoint_t::end_stop() {
@@ -95,7 +102,7 @@ void mqtt_endpoint_t::end_stop() {
         return;
     }
     client.abandon();
-    drop_waiting();
+    sender.close();
     limit.stop();
     running = stopping = online = announced = false;
     Q_EMIT stopped();
@@ -114,7 +121,8 @@ void mqtt_endpoint_t::open() {
 
 void mqtt_endpoint_t::on_opened() {
     online = true;
-    told_offline = told_retained = false;
+    sender.open();
+    told_retained = false;
     request_id =
         client.subscribe(request_filter, utility::qos_t::exactly_once,
                          mosquitto_client_t::no_local | mosquitto_client_t::retain_as_published);
@@ -122,7 +130,7 @@ void mqtt_endpoint_t::on_opened() {
         subscription_status_api(utility::subscribe_t::subscribe);
     }
     if (!settings.connection_topic.isEmpty()) {
-        enqueue(state("online"));
+        sender.send(state("online"));
     }
 }
 
@@ -146,7 +154,7 @@ void mqtt_endpoint_t::on_subscribed(int _id, bool _accepted) {
 
 void mqtt_endpoint_t::on_closed(const QString& _reason, bool _refused) {
     limit.stop();
-    drop_waiting();
+    sender.close();
     online = false;
     const bool was_announced = std::exchange(announced, false);
     if (stopping) {
@@ -179,53 +187,37 @@ void mqtt_endpoint_t::set_enable_api_message(bool _enable) {
 
 void mqtt_endpoint_t::subscription_status_api(utility::subscribe_t _subscribe) {
     wants_status = _subscribe == utility::subscribe_t::subscribe;
-    if (online && !stopping) {
-        queue.push({.topic = {},
-                    .payload = {},
-                    .kind = wants_status ? outgoing_t::kind_t::subscribe
-                                         : outgoing_t::kind_t::unsubscribe});
-        send_more();
+    if (online) {
+        sender.send({.topic = status_filter.toUtf8(),
+                     .payload = {},
+                     .kind = wants_status ? outgoing_t::kind_t::subscribe
+                                          : outgoing_t::kind_t::unsubscribe});
     }
 }
 
 void mqtt_endpoint_t::on_received(const QString& _topic, const QByteArray& _payload, bool _retain,
                                   quint32 _subscription) {
     ++counts.received;
-    const api_topic_t levels = api_topic_t::parse(_topic);
-    if (levels.is_request()) {
+    const incoming_t message = incoming_t::judge(_topic, _payload, _retain, enabled);
+    const api_topic_t& levels = message.levels;
+    if (levels.is_request() && _subscription == message_sender_t::status_subscription) {
         // Requests of a client that calls itself "status" fit both filters and come twice.
-        if (_subscription != status_subscription) {
-            on_request(levels, _topic, _payload, _retain);
-        }
         return;
     }
-    // An empty status message is a deletion.
-    if (!levels.is_valid() || _payload.isEmpty() || !enabled) {
-        return;
-    }
-    const QJsonObject object = json_payload::decode(_payload).value_or(QJsonObject());
-    Q_EMIT api_message(levels.version, levels.user, levels.client, levels.type, _topic, object,
-                       _retain);
-}
-
-void mqtt_endpoint_t::on_request(const api_topic_t& _levels, const QString& _topic,
-                                 const QByteArray& _payload, bool _retain) {
-    if (_retain) {
-        if (!_payload.isEmpty()) {
+    switch (message.action) {
+        case incoming_t::action_t::clear:
             clear_retained_request(_topic);
-        }
-        return;
+            break;
+        case incoming_t::action_t::answer_malformed:
+            answer_malformed(_topic);
+            break;
+        case incoming_t::action_t::pass_on:
+            Q_EMIT api_message(levels.version, levels.user, levels.client, levels.type, _topic,
+                               message.payload, _retain);
+            break;
+        case incoming_t::action_t::ignore:
+            break;
     }
-    if (!enabled) {
-        return;
-    }
-    const std::optional<QJsonObject> object = json_payload::decode(_payload);
-    if (!object) {
-        answer_malformed(_topic);
-        return;
-    }
-    Q_EMIT api_message(_levels.version, _levels.user, _levels.client, _levels.type, _topic, *object,
-                       false);
 }
 
 void mqtt_endpoint_t::clear_retained_request(const QString& _topic) {
@@ -254,81 +246,11 @@ void mqtt_endpoint_t::publish(const QString& _topic, const QJsonValue& _payload,
         ++counts.refused;
         return;
     }
-    enqueue({_topic.toUtf8(), text, _qos, _retain});
+    sender.send({_topic.toUtf8(), text, _qos, _retain});
 }
 
 void mqtt_endpoint_t::publish_delete(const QString& _topic, utility::qos_t _qos, bool _retain) {
-    enqueue({_topic.toUtf8(), {}, _qos, _retain});
-}
-
-void mqtt_endpoint_t::enqueue(outgoing_t _message) {
-    if (!online || stopping) {
-        ++counts.dropped_disconnected;
-        if (!std::exchange(told_offline, true)) {
-            host_log(QStringLiteral("Not connected to the broker, messages are dropped"), 3,
-                     "enqueue", source, __LINE__);
-        }
-        return;
-    }
-    if (!queue.push(std::move(_message))) {
-        ++counts.dropped_full;
-        if (!std::exchange(told_full, true)) {
-            host_log(QStringLiteral("Too many messages wait for the broker, more are dropped"), 3,
-                     "enqueue", source, __LINE__);
-        }
-        return;
-    }
-    send_more();
-}
-
-void mqtt_endpoint_t::send_more() {
-    if (std::exchange(sending, true)) {
-        return;
-    }
-    while (online && in_flight < window && !queue.is_empty()) {
-        // A QoS 2 message takes effect with its second half: a subscription waits for that.
-        if (queue.front().kind != outgoing_t::kind_t::message && in_flight > 0) {
-            break;
-        }
-        send(queue.pop());
-    }
-    sending = false;
-    if (queue.is_empty()) {
-        told_full = false;
-        if (stopping && online && in_flight == 0) {
-            client.close(false);
-        }
-    }
-}
-
-void mqtt_endpoint_t::send(const outgoing_t& _next) {
-    if (_next.kind == outgoing_t::kind_t::subscribe) {
-        client.subscribe(status_filter, utility::qos_t::exactly_once, mosquitto_client_t::no_local,
-                         status_subscription);
-        return;
-    }
-    if (_next.kind == outgoing_t::kind_t::unsubscribe) {
-        client.unsubscribe(status_filter);
-        return;
-    }
-    ++in_flight;
-    // The connection may end inside, and with it all that is in flight.
-    if (client.publish(_next) == 0 && online) {
-        --in_flight;
-        ++counts.refused;
-    }
-}
-
-void mqtt_endpoint_t::on_delivered(bool _accepted) {
-    --in_flight;
-    ++(_accepted ? counts.published : counts.refused);
-    send_more();
-}
-
-void mqtt_endpoint_t::drop_waiting() {
-    counts.dropped_disconnected += quint64(in_flight) + queue.size();
-    in_flight = 0;
-    queue.clear();
+    sender.send({_topic.toUtf8(), {}, _qos, _retain});
 }
 
 outgoing_t mqtt_endpoint_t::state(const QByteArray& _word) const {

@@ -5,13 +5,11 @@
 #include "comunication/backoff_t.h"
 #include "comunication/endpoint_counters_t.h"
 #include "comunication/endpoint_settings_t.h"
+#include "comunication/message_sender_t.h"
 #include "comunication/mosquitto_client_t.h"
-#include "comunication/outgoing_queue_t.h"
 #include "comunication/protoserver_t.h"
 
 namespace comunication {
-
-struct api_topic_t;
 
 /// The server's endpoint on an MQTT 5 broker.
 ///
@@ -52,34 +50,28 @@ class mqtt_endpoint_t : public protoserver_t {
     void stopped();
 
  private:
+    void set_up_connections();
     void open();
     void on_opened();
     void on_subscribed(int _id, bool _accepted);
     void on_closed(const QString& _reason, bool _refused);
     void on_received(const QString& _topic, const QByteArray& _payload, bool _retain,
                      quint32 _subscription);
-    void on_request(const api_topic_t& _levels, const QString& _topic, const QByteArray& _payload,
-                    bool _retain);
-    void on_delivered(bool _accepted);
     void clear_retained_request(const QString& _topic);
     void answer_malformed(const QString& _topic);
-    void enqueue(outgoing_t _message);
-    void send_more();
-    void send(const outgoing_t& _next);
-    void drop_waiting();
     void log_outage(const QString& _reason);
     outgoing_t state(const QByteArray& _word) const;
+    void finish_stop();
     void end_stop();
 
     const endpoint_settings_t settings;
     const QString client_id;
     endpoint_counters_t counts;
     mosquitto_client_t client;
-    outgoing_queue_t queue;
+    message_sender_t sender;
     backoff_t backoff;
     QTimer reconnect;      ///< until the next attempt
     QTimer limit;          ///< of an attempt, or of a stop
-    int in_flight = 0;     ///< handed to the library, not yet acknowledged
     int request_id = 0;    ///< of the pending subscription of requests
     bool running = false;  ///< between start() and stop()
     bool stopping = false;
@@ -88,12 +80,8 @@ class mqtt_endpoint_t : public protoserver_t {
     bool ever_announced = false;
     bool enabled = false;  ///< api_message is emitted
     bool wants_status = false;
-    bool sending = false;  ///< send_more() is running
-    // One line per burst of each kind.
-    bool told_full = false;
-    bool told_offline = false;
-    bool told_retained = false;
-    QString told_outage;
+    bool told_retained = false;  ///< logged for this connection
+    QString told_outage;         ///< logged last
 };
 
 }  // namespace comunication

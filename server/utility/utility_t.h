@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCryptographicHash>
 #include <QFileDevice>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -7,6 +8,8 @@
 #include <QJsonValue>
 #include <QString>
 #include <QStringList>
+
+class QThread;
 
 namespace utility {
 
@@ -58,6 +61,37 @@ class utility_t {
     static void printJsonObject(const QJsonObject& object, QJsonDocument::JsonFormat format);
     /// Logs "Value is ..." at level 4.
     static void printJson(const QJsonValue& value, QJsonDocument::JsonFormat format);
+
+    /// New random identifiers without punctuation: 32 lower-case hexadecimal digits; the number
+    /// form has 32 to 64 decimal digits.
+    static QString generateUUId();
+    static QString generateNumberUUId();
+    static QString generateInstallationId();
+
+    /// SHA-1 of a text's UTF-8 or of an object's compact JSON, in lower-case hexadecimal.
+    static QString getHash(const QString& text);
+    static QString getHash(const QJsonObject& object);
+    /// Digest of a whole file; empty when it cannot be read.
+    static QString getHash(const QString& path, QCryptographicHash::Algorithm algorithm);
+
+    /// Runs a program and blocks up to @p timeout ms (-1: no limit). The outputs come with their
+    /// white space simplified. Returns the exit code; a time-out ends the program and gives 0.
+    static int execProcess(const QString& program, const QStringList& arguments, const int& timeout,
+                           QString& standardOutput, QString& standardError);
+
+    /// Waits that keep serving the thread's events: expect re-entrance. They compare times of
+    /// day, so one that would end after midnight ends at once.
+    static void aSleep(int seconds);
+    static void amSleep(int milliseconds);
+    /// Whether @p thread has an event dispatcher (logged either way).
+    static bool HaveEventLoop(QThread* thread);
+
+    /// Dew point by the Magnus formula, rounded to @p precision decimals, on the input's scale.
+    /// @param humidity 0 to 100 percent; not checked, 0 gives not-a-number
+    static float calculate_dew_point(const float& temperature, const float& humidity,
+                                     const bool& fahrenheit, const unsigned int& precision);
+    static float fahrenheitToCelsius(const float& value);
+    static float celsiusToFahrenheit(const float& value);
 };
 
 }  // namespace utility

@@ -7,6 +7,8 @@
 #include "drivers/plugins/plugin_driver_api/data/data_api_elements_v1_t.h"
 #include "drivers/plugins/plugin_driver_api/mqtt/api_v1/mqtt_server_api_v1_t.h"
 #include "drivers/plugins/plugin_driver_api/plugin_driver_api_t.h"
+#include "utility/http_read_config_server_t.h"
+#include "utility/torlan_option_t.h"
 
 namespace {
 
@@ -20,6 +22,8 @@ const QMetaObject* const classes[] = {
     &interfaces::data_api_element_object_v1_t::staticMetaObject,
     &interfaces::data_api_elements_t::staticMetaObject,
     &interfaces::data_api_elements_v1_t::staticMetaObject,
+    &utility::http_read_config_server_t::staticMetaObject,
+    &utility::torlan_option_t::staticMetaObject,
 };
 
 /// "slot public void name(type name, ...)", every word as the meta-object has it.
@@ -66,6 +70,8 @@ class tst_meta_objects : public QObject {
         row("interfaces::data_api_element_object_v1_t", "interfaces::data_api_element_object_t", 0);
         row("interfaces::data_api_elements_t", "interfaces::data_api_t", 15);
         row("interfaces::data_api_elements_v1_t", "interfaces::data_api_elements_t", 0);
+        row("utility::http_read_config_server_t", "QObject", 0);
+        row("utility::torlan_option_t", "QObject", 0);
     }
     void classes_have_their_base_and_nothing_but_methods() {
         QFETCH(QByteArray, base);

@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QLockFile>
 
 #include "database/store/transaction_t.h"
 
@@ -107,6 +108,11 @@ result_t ensure_tables(connection_t& _connection) {
 }  // namespace
 
 result_t open_database(connection_t& _connection, const QString& _path, int _busy_ms) {
+    // One at a time: SQLite does not wait for others when it changes the journal mode. Without the
+    // lock (a folder that is not there or not ours) the steps below tell what is wrong.
+    QLockFile one_at_a_time(_path + QStringLiteral(".opening"));
+    static_cast<void>(one_at_a_time.tryLock(_busy_ms));
+
     const bool is_new = QFileInfo(_path).size() == 0;
     result_t result = is_new ? create_private(_path) : check_existing(_path);
     if (result.ok()) {

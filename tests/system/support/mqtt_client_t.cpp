@@ -82,7 +82,7 @@ struct mqtt_client_t::library_t {
     }
 };
 
-QJsonObject mqtt_client_t::message_t::json() const {
+const QJsonObject mqtt_client_t::message_t::json() const {
     return QJsonDocument::fromJson(payload).object();
 }
 
@@ -178,12 +178,13 @@ std::unique_ptr<mqtt_client_t::message_t> mqtt_client_t::wait_for(const QString&
                     _timeout_ms);
 }
 
-QJsonObject mqtt_client_t::request(const QString& _topic, QJsonObject _payload) {
+const QJsonObject mqtt_client_t::request(const QString& _topic, QJsonObject _payload) {
     const QString uuid = QUuid::createUuid().toString(QUuid::Id128);
     _payload.insert(QStringLiteral("uuid"), uuid);
     publish(_topic, QJsonDocument(_payload).toJson(QJsonDocument::Compact));
-    const auto answer = wait_for([&uuid](const message_t& candidate) {
-        return candidate.json().value(QLatin1String("uuid")) == uuid;
+    const auto answer = wait_for([&](const message_t& candidate) {
+        // A client that subscribes its whole tree hears its own request, too.
+        return candidate.topic != _topic && candidate.json().value(QLatin1String("uuid")) == uuid;
     });
     return answer ? answer->json() : QJsonObject();
 }

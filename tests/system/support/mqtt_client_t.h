@@ -21,7 +21,8 @@ class mqtt_client_t : public QObject {
         QByteArray payload;
         bool retained;
         /// The payload as an object; empty when it is none.
-        QJsonObject json() const;
+        /// Const, so that chained reads do not make references into a temporary.
+        const QJsonObject json() const;
     };
 
     explicit mqtt_client_t(QObject* _parent = nullptr);
@@ -41,7 +42,7 @@ class mqtt_client_t : public QObject {
     /// Waits for a message on exactly this topic.
     std::unique_ptr<message_t> wait_for(const QString& _topic, int _timeout_ms = 20000);
     /// Publishes a request and gives the answer that echoes its uuid.
-    QJsonObject request(const QString& _topic, QJsonObject _payload = {});
+    const QJsonObject request(const QString& _topic, QJsonObject _payload = {});
 
     QList<message_t> messages() const { return received; }
     void forget() { received.clear(); }

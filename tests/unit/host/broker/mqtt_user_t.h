@@ -1,9 +1,9 @@
 #pragma once
 
 #include <QList>
-#include <QTest>
 
 #include "comunication/mosquitto_client_t.h"
+#include "unit/host/broker/wait_until.h"
 
 /// A client of the broker that writes down what it gets and waits for answers.
 class mqtt_user_t {
@@ -48,20 +48,20 @@ class mqtt_user_t {
                      {},
                      std::chrono::seconds(15),
                      _will});
-        return QTest::qWaitFor([this]() { return opened || closed; }, 10'000) && opened;
+        return wait_until([this]() { return opened || closed; }) && opened;
     }
 
     bool subscribe(const QString& _filter) {
         const int before = answered;
         client.subscribe(_filter, qos_t::exactly_once, 0);
-        return QTest::qWaitFor([this, before]() { return answered > before; }, 10'000);
+        return wait_until([this, before]() { return answered > before; });
     }
 
     /// Publishes and waits until the broker has answered.
     bool publish(const QString& _topic, const QByteArray& _payload, bool _retain = false) {
         const int before = delivered;
         client.publish({_topic.toUtf8(), _payload, qos_t::exactly_once, _retain});
-        return QTest::qWaitFor([this, before]() { return delivered > before; }, 10'000);
+        return wait_until([this, before]() { return delivered > before; });
     }
 
     /// Waits for a message on @p _topic and gives its payload.
@@ -73,7 +73,7 @@ class mqtt_user_t {
             }
             return found != nullptr;
         };
-        return QTest::qWaitFor(look, 20'000) ? found->payload : QByteArray("nothing came");
+        return wait_until(look) ? found->payload : QByteArray("nothing came");
     }
 
     int count(const QString& _topic) const {

@@ -235,13 +235,13 @@ void tst_mqtt_endpoint_t::burst_of_20000_retained_is_complete() {
     for (int i = 0; i < total; ++i) {
         publish(QStringLiteral("local/api/v1/bob/status/e-%1").arg(i), {{"n", i}}, true);
     }
-    QTRY_COMPARE_WITH_TIMEOUT(endpoint->counters().published.load(), quint64(total + 1), 60'000);
+    QVERIFY(wait_until([this]() { return endpoint->counters().published == total + 1; }, 60'000));
     mqtt_user_t bob;
     QVERIFY(bob.enter(broker->settings.port, "bob", "bob-pw"));
     QVERIFY(bob.subscribe("local/api/v1/bob/#"));
-    QTRY_COMPARE_WITH_TIMEOUT(bob.messages.size(), qsizetype(total), 60'000);
+    QVERIFY(wait_until([&bob]() { return bob.messages.size() == total; }, 60'000));
     endpoint->subscription_status_api(subscribe_t::subscribe);
-    QTRY_COMPARE_WITH_TIMEOUT(messages->size(), qsizetype(total), 60'000);
+    QVERIFY(wait_until([this]() { return messages->size() == total; }, 60'000));
     QCOMPARE(endpoint->counters().dropped_full.load(), quint64(0));
 }
 

@@ -64,7 +64,7 @@ void tst_protoserver_t::init() {
         QVERIFY(connected.wait());
         endpoint = std::move(made);
     } else {
-        endpoint = std::make_unique<scripted_endpoint_t>();
+        endpoint = std::make_unique<fakes::scripted_endpoint_t>();
     }
     messages = std::make_unique<QSignalSpy>(endpoint.get(), &protoserver_t::api_message);
 }

@@ -23,6 +23,16 @@ QString latin(const char* _text) {
     return QString::fromLatin1(_text);
 }
 
+/// Counts what reaches an object through the event queue.
+class queued_calls_t : public QObject {
+ public:
+    bool eventFilter(QObject*, QEvent* _event) override {
+        count += _event->type() == QEvent::MetaCall ? 1 : 0;
+        return false;
+    }
+    int count = 0;
+};
+
 }  // namespace
 
 class tst_mqtt_server_t : public QObject {
@@ -164,6 +174,20 @@ class tst_mqtt_server_t : public QObject {
         fakes::settle();
         QVERIFY(published.isEmpty() && deleted.isEmpty() && subscribed.isEmpty());
         QVERIFY(logger->lines().isEmpty());
+    }
+
+    void a_reset_is_heard_at_once_and_everything_else_through_the_queue() {
+        start();
+        queued_calls_t calls;
+        server->installEventFilter(&calls);
+        Q_EMIT elements->on_reset_api_elements(true, {});
+        fakes::settle();
+        QCOMPARE(calls.count, 0);
+        Q_EMIT elements->value_change(latin("gone"), {});
+        Q_EMIT elements->add_acl_element(latin("a"), latin("gone"), latin("none"));
+        Q_EMIT elements->remove_acl_element(latin("a"), latin("gone"));
+        fakes::settle();
+        QCOMPARE(calls.count, 3);
     }
 
     void starting_again_does_not_double_anything() {

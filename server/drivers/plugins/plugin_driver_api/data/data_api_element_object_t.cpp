@@ -18,6 +18,8 @@ constexpr const char* source =
 data_api_element_object_t::data_api_element_object_t(QPointer<database::database_t> db,
                                                      const QString& _id_element, QObject* _parent)
     : data_api_t(db, _parent), id_element(_id_element) {
+    // Queued connections made from signatures look the type of value_change's hash up by name.
+    qRegisterMetaType<QHash<QString, QString>>();
     init();
 }
 

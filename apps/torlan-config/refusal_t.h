@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+/// Why a request is not served; status 0: it is.
+struct refusal_t {
+    int status = 0;   ///< an HTTP status of 400 or above
+    QString message;  ///< one sentence for the client
+
+    explicit operator bool() const { return status != 0; }
+};
+
+/// The body of every failed request: {"error": status, "message": text}.
+QByteArray error_packet(const refusal_t& _refusal);

@@ -1,0 +1,103 @@
+#include "request_gate_t.h"
+
+#include <sys/socket.h>
+
+#include "request_guard_t.h"
+#include "request_head_t.h"
+
+namespace {
+
+// Long enough for a client to take a refusal while it still sends.
+constexpr int linger_ms = 2000;
+
+QByteArray refusal_text(const refusal_t& _refusal) {
+    const QByteArray body = error_packet(_refusal);
+    QByteArray head = "HTTP/1.1 " + QByteArray::number(_refusal.status) + " Refused\r\n";
+    head += _refusal.status == 405 ? "Allow: GET, PUT\r\n" : "";
+    head += "Content-Type: application/json\r\nContent-Length: " + QByteArray::number(body.size()) +
+            "\r\nConnection: close\r\n\r\n";
+    return head + body;
+}
+
+}  // namespace
+
+request_gate_t::request_gate_t(QTcpSocket* _socket, int _limit_ms)
+    : QObject(_socket), socket(_socket) {
+    socket->setReadBufferSize(request_guard_t::max_head_bytes + request_guard_t::max_body_bytes +
+                              1);
+    connect(socket, &QTcpSocket::readyRead, this, &request_gate_t::examine);
+    connect(socket, &QTcpSocket::bytesWritten, this, &request_gate_t::close_when_sent);
+    connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+    connect(&limit, &QTimer::timeout, this, &request_gate_t::on_late);
+    limit.setSingleShot(true);
+    limit.start(_limit_ms);
+}
+
+void request_gate_t::examine() {
+    if (whole_bytes > 0) {
+        examine_body();
+        return;
+    }
+    const QByteArray start = socket->peek(request_guard_t::max_head_bytes);
+    const qsizetype end = start.indexOf("\r\n\r\n");
+    if (end < 0 && start.size() < request_guard_t::max_head_bytes) {
+        return;
+    }
+    const auto head = end < 0 ? std::nullopt : request_head_t::parse(start.left(end + 2));
+    if (!head) {
+        refuse(end < 0 ? refusal_t{431, QStringLiteral("The headers are too large")}
+                       : refusal_t{400, QStringLiteral("The request is malformed")});
+        return;
+    }
+    if (const refusal_t refusal = request_guard_t::judge(*head)) {
+        refuse(refusal);
+        return;
+    }
+    whole_bytes = end + 4 + *head->body_bytes();
+    if (head->expects_go_on && socket->bytesAvailable() < whole_bytes) {
+        socket->write("HTTP/1.1 100 Continue\r\n\r\n");
+    }
+    examine_body();
+}
+
+void request_gate_t::examine_body() {
+    if (socket->bytesAvailable() == whole_bytes) {
+        pass();
+    } else if (socket->bytesAvailable() > whole_bytes) {
+        refuse({400, QStringLiteral("One request a connection")});
+    }
+}
+
+void request_gate_t::pass() {
+    is_decided = true;
+    disconnect(socket, &QTcpSocket::readyRead, this, nullptr);
+    Q_EMIT passed(socket);
+    Q_EMIT socket->readyRead();
+    // The server behind has taken its request; whatever follows on this connection is not for it.
+    disconnect(socket, &QTcpSocket::readyRead, nullptr, nullptr);
+}
+
+void request_gate_t::refuse(const refusal_t& _refusal) {
+    is_decided = true;
+    disconnect(socket, &QTcpSocket::readyRead, this, nullptr);
+    connect(socket, &QTcpSocket::readyRead, socket, [this]() { socket->readAll(); });
+    socket->readAll();
+    socket->write(refusal_text(_refusal));
+    limit.start(linger_ms);
+}
+
+// A close with bytes unread would reset the connection and take the answer away from the client:
+// first only this direction ends.
+void request_gate_t::close_when_sent() {
+    if (is_decided && socket->bytesToWrite() == 0) {
+        ::shutdown(int(socket->socketDescriptor()), SHUT_WR);
+    }
+}
+
+void request_gate_t::on_late() {
+    if (is_decided) {
+        socket->abort();
+    } else {
+        refuse({408, QStringLiteral("The request took too long")});
+    }
+}

@@ -1,0 +1,144 @@
+#include "settings_file_t.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <cerrno>
+#include <cstdio>
+
+namespace {
+
+/// A file descriptor that closes itself.
+class descriptor_t {
+ public:
+    descriptor_t(const QString& _path, int _flags)
+        : descriptor(::open(QFile::encodeName(_path).constData(), _flags | O_CLOEXEC, 0600)) {}
+    ~descriptor_t() {
+        if (descriptor >= 0) {
+            ::close(descriptor);
+        }
+    }
+    Q_DISABLE_COPY_MOVE(descriptor_t)
+
+    explicit operator bool() const { return descriptor >= 0; }
+    bool sync() const { return ::fsync(descriptor) == 0; }
+    bool restrict_to_owner() const { return ::fchmod(descriptor, 0600) == 0; }
+    bool write(const QByteArray& _text) const {
+        qsizetype done = 0;
+        while (done < _text.size()) {
+            const ssize_t count =
+                ::write(descriptor, _text.constData() + done, size_t(_text.size() - done));
+            if (count < 0 && errno != EINTR) {
+                return false;
+            }
+            done += qMax<ssize_t>(count, 0);
+        }
+        return true;
+    }
+
+ private:
+    const int descriptor;
+};
+
+QString sentence(const QString& _what, const QString& _path) {
+    return QStringLiteral("%1 %2: %3").arg(_what, _path, qt_error_string(errno));
+}
+
+bool write_whole(const QString& _path, const QByteArray& _text) {
+    const descriptor_t file(_path, O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW);
+    return file && file.restrict_to_owner() && file.write(_text) && file.sync();
+}
+
+}  // namespace
+
+settings_file_t::~settings_file_t() {
+    if (lock_descriptor >= 0) {
+        ::close(lock_descriptor);
+    }
+}
+
+// The kernel lets go of the lock when the process ends, however it ends.
+QString settings_file_t::lock() {
+    const QString path = file + QStringLiteral(".lock");
+    lock_descriptor =
+        ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    if (lock_descriptor < 0) {
+        return sentence(QStringLiteral("cannot write"), path);
+    }
+    if (::flock(lock_descriptor, LOCK_EX | LOCK_NB) != 0) {
+        return QStringLiteral("another server uses %1").arg(file);
+    }
+    return {};
+}
+
+QString settings_file_t::open(const QString& _path) {
+    // A link stays a link: the file behind it is replaced.
+    const QString target = QFileInfo(_path).canonicalFilePath();
+    file = target.isEmpty() ? QFileInfo(_path).absoluteFilePath() : target;
+    QString error = lock();
+    if (!error.isEmpty()) {
+        return error;
+    }
+    created = !QFileInfo::exists(file);
+    if (created) {
+        return write("{}\n");
+    }
+    read(&error);
+    return error.isEmpty() ? check_writable() : error;
+}
+
+QJsonObject settings_file_t::read(QString* _error) const {
+    _error->clear();
+    QFile source(file);
+    if (!source.open(QIODevice::ReadOnly)) {
+        *_error = QStringLiteral("cannot read %1: %2").arg(file, source.errorString());
+        return {};
+    }
+    const QByteArray text = source.read(max_bytes + 1);
+    if (text.size() > max_bytes) {
+        *_error = QStringLiteral("%1 is larger than %2 bytes").arg(file).arg(max_bytes);
+        return {};
+    }
+    QJsonParseError parse;
+    const QJsonDocument document = QJsonDocument::fromJson(text, &parse);
+    if (!document.isObject()) {
+        *_error = QStringLiteral("%1 is not a JSON object: %2, at byte %3")
+                      .arg(file, parse.errorString())
+                      .arg(parse.offset);
+    }
+    return document.object();
+}
+
+// A folder that cannot take a new file shows at the start, not at the first write.
+QString settings_file_t::check_writable() const {
+    const QString next = file + QStringLiteral(".new");
+    if (!write_whole(next, {})) {
+        return sentence(QStringLiteral("cannot write"), next);
+    }
+    ::unlink(QFile::encodeName(next).constData());
+    if (::chmod(QFile::encodeName(file).constData(), 0600) != 0) {
+        return sentence(QStringLiteral("cannot restrict"), file);
+    }
+    return {};
+}
+
+QString settings_file_t::write(const QByteArray& _text) const {
+    const QString next = file + QStringLiteral(".new");
+    if (!write_whole(next, _text)) {
+        const QString error = sentence(QStringLiteral("cannot write"), next);
+        ::unlink(QFile::encodeName(next).constData());
+        return error;
+    }
+    if (::rename(QFile::encodeName(next).constData(), QFile::encodeName(file).constData()) != 0) {
+        return sentence(QStringLiteral("cannot replace"), file);
+    }
+    const QString folder_path = QFileInfo(file).absolutePath();
+    const descriptor_t folder(folder_path, O_RDONLY | O_DIRECTORY);
+    return folder && folder.sync() ? QString()
+                                   : sentence(QStringLiteral("cannot sync"), folder_path);
+}

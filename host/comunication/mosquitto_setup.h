@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QtGlobal>
+
+struct mosquitto;
+struct mqtt5__property;
+
+namespace comunication {
+
+struct client_settings_t;
+
+/// What a connection of libmosquitto is told before it begins.
+namespace mosquitto_setup {
+
+/// Must run before anything else of the library. Any thread; repeated calls do nothing.
+void init_library();
+
+/// Options, credentials, TLS and last will. A code of the library, 0: done.
+int configure(mosquitto* _handle, const client_settings_t& _settings);
+
+/// The lowest subscription identifier among the properties of a message; 0: none.
+quint32 subscription_of(const mqtt5__property* _properties);
+
+}  // namespace mosquitto_setup
+}  // namespace comunication

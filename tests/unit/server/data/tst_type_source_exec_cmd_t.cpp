@@ -1,0 +1,116 @@
+#include <QTest>
+#include <type_traits>
+
+#include "drivers/plugins/plugin_driver_api/data/type_source_exec_cmd_t.h"
+
+using cmd_t = interfaces::type_source_exec_cmd_t;
+
+class tst_type_source_exec_cmd_t : public QObject {
+    Q_OBJECT
+
+ private Q_SLOTS:
+    // Runs first: nothing but the constants has been constructed.
+    void initTestCase() {
+        QCOMPARE(cmd_t::maxI, 9);
+        QCOMPARE(cmd_t::map.size(), 9);
+    }
+
+    void constants_have_names_and_numbers_data() {
+        QTest::addColumn<const cmd_t*>("constant");
+        QTest::addColumn<int>("number");
+        QTest::newRow("user") << &cmd_t::user << 0;
+        QTest::newRow("system") << &cmd_t::system << 1;
+        QTest::newRow("scene") << &cmd_t::scene << 2;
+        QTest::newRow("scheduler") << &cmd_t::scheduler << 3;
+        QTest::newRow("rule") << &cmd_t::rule << 4;
+        QTest::newRow("thermo") << &cmd_t::thermo << 5;
+        QTest::newRow("lockfunction") << &cmd_t::lockfunction << 6;
+        QTest::newRow("presencesimulation") << &cmd_t::presencesimulation << 7;
+        QTest::newRow("unknown") << &cmd_t::unknown << 8;
+    }
+    void constants_have_names_and_numbers() {
+        QFETCH(const cmd_t*, constant);
+        const QString name = QTest::currentDataTag();
+        QCOMPARE(constant->ToString(), name);
+        QTEST(constant->number(), "number");
+        QCOMPARE(cmd_t::map.value(name), constant);
+        const int next = cmd_t::maxI;
+        const cmd_t parsed = cmd_t::fromString(name);
+        QVERIFY(parsed == *constant);
+        QTEST(parsed.number(), "number");
+        QCOMPARE(cmd_t::maxI, next);
+    }
+
+    void another_text_is_unknown_data() {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("other case") << "User";
+        QTest::newRow("empty") << "";
+        QTest::newRow("null") << QString();
+        QTest::newRow("blank behind") << "user ";
+        QTest::newRow("foreign") << "nobody";
+    }
+    void another_text_is_unknown() {
+        QFETCH(const QString, text);
+        const cmd_t parsed = cmd_t::fromString(text);
+        QVERIFY(parsed == cmd_t::unknown);
+        QCOMPARE(parsed.number(), 8);
+    }
+
+    void it_is_a_plain_value() { QVERIFY(!std::is_polymorphic_v<cmd_t>); }
+
+    void default_value_consumes_a_number_and_is_not_registered() {
+        const int next = cmd_t::maxI;
+        const qsizetype registered = cmd_t::map.size();
+        const cmd_t one;
+        const cmd_t two;
+        QCOMPARE(one.number(), next);
+        QCOMPARE(two.number(), next + 1);
+        QCOMPARE(cmd_t::maxI, next + 2);
+        QCOMPARE(cmd_t::map.size(), registered);
+        QVERIFY(one.ToString().isNull());
+        QVERIFY(one.is(QString("")));
+        QVERIFY(one == two);
+    }
+
+    void named_value_registers_itself_and_the_latest_wins() {
+        const int next = cmd_t::maxI;
+        static const cmd_t first(QStringLiteral("gateway"));
+        static const cmd_t second(QStringLiteral("gateway"));
+        QCOMPARE(cmd_t::map.value("gateway"), &second);
+        QCOMPARE(cmd_t::fromString("gateway").number(), next + 1);
+        QVERIFY(first == second);
+    }
+
+    void copy_keeps_the_number_and_consumes_none() {
+        const int next = cmd_t::maxI;
+        const cmd_t copy(cmd_t::thermo);
+        QCOMPARE(copy.number(), 5);
+        QVERIFY(copy == cmd_t::thermo);
+        QCOMPARE(cmd_t::maxI, next);
+        QCOMPARE(cmd_t::map.value("thermo"), &cmd_t::thermo);
+    }
+
+    void assignment_takes_the_name_only() {
+        cmd_t value(cmd_t::user);
+        value = cmd_t::scene;
+        QVERIFY(value == cmd_t::scene);
+        QVERIFY(value != cmd_t::user);
+        QCOMPARE(value.number(), 0);
+        const cmd_t& same = value;
+        value = same;
+        QCOMPARE(value.ToString(), QStringLiteral("scene"));
+    }
+
+    void comparison_is_by_name_and_case_sensitive() {
+        QVERIFY(cmd_t::user != cmd_t::system);
+        QVERIFY(!(cmd_t::user == cmd_t::system));
+        QVERIFY(!(cmd_t::user != cmd_t::user));
+        QVERIFY(cmd_t::user.is(QStringLiteral("user")));
+        QVERIFY(!cmd_t::user.is(QStringLiteral("USER")));
+        QVERIFY(cmd_t::user.is(cmd_t::user));
+        QVERIFY(!cmd_t::user.is(cmd_t::system));
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_type_source_exec_cmd_t)
+#include "tst_type_source_exec_cmd_t.moc"
