@@ -103,8 +103,9 @@ mqtt_client_t::mqtt_client_t(QObject* _parent)
 }
 
 mqtt_client_t::~mqtt_client_t() {
+    // Not by force: a thread that is cancelled leaves what it just allocated behind.
     mosquitto_disconnect(library->handle);
-    mosquitto_loop_stop(library->handle, true);
+    mosquitto_loop_stop(library->handle, false);
     mosquitto_destroy(library->handle);
 }
 
