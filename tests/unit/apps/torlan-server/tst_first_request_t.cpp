@@ -1,0 +1,71 @@
+#include "first_request_t.h"
+
+#include <QTest>
+
+#include "fakes/memory_database_t.h"
+
+using torlan::first_request_t;
+
+class tst_first_request_t : public QObject {
+    Q_OBJECT
+
+ private Q_SLOTS:
+    void it_is_somebody_s_who_may_read_and_write_a_switch() {
+        fakes::memory_database_t db;
+        fill(&db);
+        db.data()->setPermission("e-lamp", "u-a", 1);
+        db.data()->setPermission("e-temperature", "u-a", 3);
+        db.data()->setPermission("e-unconnected", "u-a", 3);
+        db.data()->setPermission("e-lamp", "u-b", 3);
+        const auto request = first_request_t::find(*db.get());
+        QVERIFY(request);
+        QCOMPARE(request->username, QStringLiteral("bob"));
+        QCOMPARE(request->element, QStringLiteral("e-lamp"));
+        QCOMPARE(request->function, QStringLiteral("execute"));
+        QCOMPARE(request->value, QStringLiteral("1"));
+    }
+
+    void a_lamp_that_is_on_is_switched_off() {
+        fakes::memory_database_t db;
+        fill(&db);
+        db.add_item("i-lamp", "1");
+        db.data()->setPermission("e-lamp", "u-b", 3);
+        QCOMPARE(first_request_t::find(*db.get())->value, QStringLiteral("0"));
+    }
+
+    void without_such_a_user_there_is_none() {
+        fakes::memory_database_t db;
+        QVERIFY(!first_request_t::find(*db.get()));
+        fill(&db);
+        db.data()->setPermission("e-lamp", "u-b", 2);
+        QVERIFY(!first_request_t::find(*db.get()));
+    }
+
+    void the_lines_can_be_pasted() {
+        const first_request_t request{"u-b", "bob", "e-lamp", "execute", "1"};
+        const QString text = request.text(1884, "it's $5");
+        QVERIFY2(text.contains("-h 127.0.0.1 -p 1884 -u bob -P 'it'\\''s $5'"), qPrintable(text));
+        QVERIFY(text.contains("-t 'local/api/v1/bob/#' -v\n"));
+        QVERIFY(text.contains("-t local/api/v1/bob/me/request/set/elements/objects_list/e-lamp"));
+        QVERIFY(text.contains(R"(-m '{"data":{"functions":{"execute":"1"}}}')"));
+    }
+
+    void an_unknown_password_is_a_placeholder() {
+        const first_request_t request{"u-b", "bob", "e-lamp", "execute", "1"};
+        QCOMPARE(request.text(1883, {}).count("-P PASSWORD"), 2);
+    }
+
+ private:
+    static void fill(fakes::memory_database_t* _db) {
+        _db->add_item("i-lamp", "0");
+        _db->add_item("i-temperature", "21.5");
+        _db->add_element("e-lamp", "Lamp", 1, {{"execute", "i-lamp"}});
+        _db->add_element("e-temperature", "Temperature", 5, {{"temperature", "i-temperature"}});
+        _db->add_element("e-unconnected", "Socket", 4, {{"execute", QVariant()}});
+        _db->add_user("u-a", "alice");
+        _db->add_user("u-b", "bob");
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_first_request_t)
+#include "tst_first_request_t.moc"

@@ -1,0 +1,75 @@
+#include "options_t.h"
+
+#include <QDir>
+#include <QTest>
+
+using torlan::parse_options;
+
+class tst_options_t : public QObject {
+    Q_OBJECT
+
+ private Q_SLOTS:
+    void nothing_given_is_the_shipped_default() {
+        const auto parsed = parse({});
+        QCOMPARE(parsed.error, QString());
+        QCOMPARE(parsed.options.data, QDir(QStringLiteral("var")).absolutePath());
+        QCOMPARE(parsed.options.port, quint16(1883));
+        QCOMPARE(parsed.options.ws_port, quint16(0));
+        QCOMPARE(parsed.options.stdout_level, 4);
+        QVERIFY(!parsed.options.simulate);
+        QVERIFY(parsed.options.plugins.endsWith(QStringLiteral("/lib/drivers")));
+    }
+
+    void every_option_is_taken() {
+        const auto parsed = parse({"--data", "/a/b", "--port", "2", "--ws-port=3", "--plugins", "p",
+                                   "--simulate", "--log-level-std", "-1", "--broker-program", "m",
+                                   "--import", "i", "--sample", "s"});
+        QCOMPARE(parsed.error, QString());
+        QCOMPARE(parsed.options.data, QStringLiteral("/a/b"));
+        QCOMPARE(parsed.options.port, quint16(2));
+        QCOMPARE(parsed.options.ws_port, quint16(3));
+        QCOMPARE(parsed.options.plugins, QStringLiteral("p"));
+        QVERIFY(parsed.options.simulate);
+        QCOMPARE(parsed.options.stdout_level, -1);
+        QCOMPARE(parsed.options.broker_program, QStringLiteral("m"));
+        QCOMPARE(parsed.options.import_file, QStringLiteral("i"));
+        QCOMPARE(parsed.options.sample_file, QStringLiteral("s"));
+    }
+
+    void what_makes_no_sense_is_one_sentence_that_names_it_data() {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("named");
+        QTest::newRow("port of letters") << QStringList{"--port", "x"} << "--port";
+        QTest::newRow("port 0") << QStringList{"--port", "0"} << "--port";
+        QTest::newRow("port too high") << QStringList{"--port", "65536"} << "65536";
+        QTest::newRow("empty port") << QStringList{"--port="} << "--port";
+        QTest::newRow("negative WebSockets port") << QStringList{"--ws-port", "-1"} << "--ws-port";
+        QTest::newRow("one port twice") << QStringList{"--ws-port", "1883"} << "1883";
+        QTest::newRow("level") << QStringList{"--log-level-std", "7"} << "--log-level-std";
+        QTest::newRow("unknown option") << QStringList{"--frob"} << "frob";
+        QTest::newRow("stray word") << QStringList{"word"} << "\"word\"";
+        QTest::newRow("missing value") << QStringList{"--data"} << "data";
+    }
+    void what_makes_no_sense_is_one_sentence_that_names_it() {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, named);
+        const QString error = parse(arguments).error;
+        QVERIFY2(error.contains(named), qPrintable(error));
+        QVERIFY(error.endsWith(QLatin1Char('.')));
+        QVERIFY(!error.contains(QLatin1Char('\n')));
+    }
+
+    void help_is_text_and_no_error() {
+        const auto parsed = parse({"--help"});
+        QCOMPARE(parsed.error, QString());
+        QVERIFY(parsed.text.contains(QStringLiteral("--ws-port")));
+    }
+
+ private:
+    static torlan::options_result_t parse(const QStringList& _arguments) {
+        return parse_options(QStringList("torlan-server") + _arguments);
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_options_t)
+#include "tst_options_t.moc"
