@@ -122,6 +122,16 @@ class tst_data_api_element_object_acl : public QObject {
         QCOMPARE(events->take(), QStringList("value e [] {}"));
     }
 
+    void a_load_is_announced_before_the_initialisation_ends() {
+        load();
+        bool silent = false;
+        connect(element.get(), &data_api_element_object_t::value_change, this,
+                [&] { silent = !element->send_signals_acl("alice", "read"); });
+        element->init();
+        QVERIFY(silent);
+        QVERIFY(element->send_signals_acl("alice", "read"));
+    }
+
     void afterwards_each_change_of_a_word_is_announced_once() {
         load();
         database->add_user("u-alice", "alice");

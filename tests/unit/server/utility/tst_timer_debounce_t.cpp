@@ -1,6 +1,6 @@
 #include <QElapsedTimer>
-#include <QSignalSpy>
 #include <QTest>
+#include <array>
 #include <memory>
 
 #include "utility/timer_debounce_t.h"
@@ -213,32 +213,39 @@ class tst_timer_debounce_t : public QObject {
     }
 
     void it_may_be_destroyed_inside_its_own_action_data() {
-        QTest::addColumn<bool>("by_limit");
-        QTest::newRow("by the timer") << false;
-        QTest::newRow("by the limit") << true;
+        QTest::addColumn<int>("limit");
+        QTest::addColumn<bool>("by_hand");
+        QTest::newRow("by the timer") << 0 << false;
+        QTest::newRow("by the limit") << 1 << false;
+        QTest::newRow("by hand") << 0 << true;
     }
     void it_may_be_destroyed_inside_its_own_action() {
-        QFETCH(const bool, by_limit);
-        // The capture is larger than the function's own store, so that a use after the
-        // destruction is seen by the sanitizers.
+        QFETCH(const int, limit);
+        QFETCH(const bool, by_hand);
+        // Larger than the function's own store, so that the sanitizers see a use after the
+        // destruction.
         const QByteArray payload(200, 'x');
+        const std::array<char, 64> ballast{};
         int seen = 0;
-        auto* debounce = new debounce_t*(nullptr);
-        *debounce = new debounce_t(
+        std::unique_ptr<debounce_t> debounce;
+        debounce = std::make_unique<debounce_t>(
             owner.get(), 0,
-            [payload, debounce, &seen] {
-                delete *debounce;
-                *debounce = nullptr;
-                seen += static_cast<int>(payload.size());
+            [payload, ballast, &debounce, &seen] {
+                debounce.reset();
+                seen += static_cast<int>(payload.size()) + ballast.front();
             },
-            by_limit ? 1 : 0);
-        (*debounce)->trigger();
-        if (by_limit) {
-            (*debounce)->trigger();
+            limit);
+        debounce_t* const raw = debounce.get();
+        raw->trigger();
+        if (limit > 0) {
+            raw->trigger();
+        }
+        if (by_hand) {
+            raw->doFire();
         }
         QTRY_COMPARE(seen, 200);
+        QCOMPARE(debounce, nullptr);
         QCOMPARE(timer(), nullptr);
-        delete debounce;
     }
 
     void its_owner_may_be_destroyed_inside_the_action() {
