@@ -44,4 +44,10 @@ std::string log_text(const QString& _text) {
     return escaped.toStdString();
 }
 
+std::string log_line_text(const QString& _message, int _level, const QString& _function,
+                          const QString& _source, int _line) {
+    return '[' + std::to_string(_level) + "] " + log_text(_source) + ':' + std::to_string(_line) +
+           ' ' + log_text(_function) + ' ' + log_text(_message);
+}
+
 }  // namespace utility::logs

@@ -12,4 +12,8 @@ constexpr qsizetype max_log_text = 16 * 1024;
 /// paragraph separators) are escaped, so that one call is one line, whoever sent the text.
 std::string log_text(const QString& _text);
 
+/// One line of the log without its time: "[level] source:line function message".
+std::string log_line_text(const QString& _message, int _level, const QString& _function,
+                          const QString& _source, int _line);
+
 }  // namespace utility::logs

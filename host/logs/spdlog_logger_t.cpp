@@ -91,9 +91,7 @@ void spdlog_logger_t::log_asynch(const QString& _message, int _level, const QStr
     if (_level > parts->highest_level) {
         return;
     }
-    const std::string line = '[' + std::to_string(_level) + "] " + log_text(_source) + ':' +
-                             std::to_string(_line) + ' ' + log_text(_function) + ' ' +
-                             log_text(_message);
+    const std::string line = log_line_text(_message, _level, _function, _source, _line);
     parts->logger->log(on_spdlog_scale(_level), spdlog::string_view_t(line));
     if (_level <= 0) {
         parts->logger->flush();  // the scale's top is never flushed on its own

@@ -1,0 +1,53 @@
+#include "logs/early_logger_t.h"
+
+#include <cstdio>
+#include <utility>
+
+#include "logs/log_text.h"
+
+namespace utility::logs {
+
+early_logger_t::~early_logger_t() {
+    if (classlogs::getInstance() == this) {
+        classlogs::setInstance(nullptr);
+    }
+    for (const line_t& line : std::as_const(lines)) {
+        if (line.level <= level) {
+            const std::string text =
+                log_line_text(line.message, line.level, line.function, line.source, line.line);
+            std::fprintf(stdout, "%s\n", text.c_str());
+        }
+    }
+    std::fflush(stdout);
+}
+
+void early_logger_t::set_level(int _level) {
+    const QMutexLocker locker(&mutex);
+    level = _level;
+}
+
+void early_logger_t::log_asynch(const QString& _message, int _level, const QString& _function,
+                                const QString& _source, int _line) {
+    const QMutexLocker locker(&mutex);
+    if (lines.size() < max_lines) {
+        lines.append({_message, _level, _function, _source, _line});
+    } else {
+        ++lost;
+    }
+}
+
+void early_logger_t::hand_over(classlogs* _logger) {
+    QMutexLocker locker(&mutex);
+    const QList<line_t> taken = std::exchange(lines, {});
+    const qsizetype missing = std::exchange(lost, 0);
+    locker.unlock();
+    for (const line_t& line : taken) {
+        _logger->log_asynch(line.message, line.level, line.function, line.source, line.line);
+    }
+    if (missing > 0) {
+        _logger->log_asynch(QStringLiteral("%1 lines of the start are lost").arg(missing), 3,
+                            "hand_over", "host/logs/early_logger_t", __LINE__);
+    }
+}
+
+}  // namespace utility::logs
