@@ -10,6 +10,7 @@
 #include "comunication/host_log.h"
 #include "first_request_t.h"
 #include "ready_probe_t.h"
+#include "utility/torlan_option_t.h"
 
 namespace torlan {
 
@@ -32,8 +33,15 @@ QString connection_topic(const database::database_t& _database) {
 
 }  // namespace
 
-host_t::host_t(const options_t& _options, QObject* _parent)
-    : QObject(_parent), options(_options), folder(_options.data) {}
+host_t::host_t(const options_t& _options, utility::logs::early_logger_t* _early, QObject* _parent)
+    : QObject(_parent),
+      options(_options),
+      early(_early),
+      folder(_options.data),
+      settings(_options) {
+    connect(&settings, &settings_t::waiting, this, &host_t::waiting);
+    connect(this, &host_t::broken_off, &settings, &settings_t::give_up);
+}
 
 host_t::~host_t() {
     stop();
@@ -43,9 +51,10 @@ QString host_t::start() {
     using step_t = QString (host_t::*)();
     QString error;
     for (const step_t step :
-         {&host_t::read_import, &host_t::open_folder, &host_t::open_log, &host_t::load_drivers,
-          &host_t::open_database, &host_t::start_broker, &host_t::check_rights,
-          &host_t::connect_endpoint, &host_t::start_drivers, &host_t::ask_api}) {
+         {&host_t::read_import, &host_t::open_folder, &host_t::read_settings, &host_t::open_log,
+          &host_t::load_drivers, &host_t::open_database, &host_t::start_broker,
+          &host_t::check_rights, &host_t::connect_endpoint, &host_t::start_drivers,
+          &host_t::ask_api}) {
         if (error.isEmpty() && given_up) {
             error = QStringLiteral("The start was broken off.");
         }
@@ -89,21 +98,28 @@ QString host_t::open_folder() {
     return folder.open();
 }
 
+QString host_t::read_settings() {
+    return settings.read();
+}
+
 QString host_t::open_log() {
-    utility::logs::log_settings_t settings;
-    settings.folder = folder.file(QStringLiteral("logs"));
-    settings.stdout_level = options.stdout_level;
-    if (!QDir().mkpath(settings.folder)) {
-        return QStringLiteral("The folder %1 cannot be made.").arg(settings.folder);
+    const utility::logs::log_settings_t log = settings.log(folder.file(QStringLiteral("logs")));
+    if (!QDir().mkpath(log.folder)) {
+        return QStringLiteral("The folder %1 cannot be made.").arg(log.folder);
     }
-    spdlog_logger_t::opened_t opened = spdlog_logger_t::open(settings);
+    spdlog_logger_t::opened_t opened = spdlog_logger_t::open(log);
+    if (!opened.logger) {
+        return opened.error;
+    }
     logger = std::move(opened.logger);
     classlogs::setInstance(logger.get());
-    return opened.error;
+    early->hand_over(logger.get());
+    utility::torlan_option_t::print();
+    return {};
 }
 
 QString host_t::load_drivers() {
-    return drivers.load(options.plugins);
+    return drivers.load(settings.plugin_folder());
 }
 
 QString host_t::open_database() {
@@ -113,8 +129,10 @@ QString host_t::open_database() {
         }
     }
     database = std::make_unique<database::database_t>();
-    live = std::make_unique<database::live::live_database_t>(
-        database.get(), database::live::live_database_t::options_t());
+    database::live::live_database_t::options_t live_options;
+    live_options.save_delay_ms = settings.save_delay_ms();
+    live_options.save_iterations = settings.save_iterations();
+    live = std::make_unique<database::live::live_database_t>(database.get(), live_options);
     bus = std::make_unique<database::live::simulated_bus_t>(database.get(), live->writer());
     bus->simulate(options.simulate);
     const QString file = folder.file(database_name);
@@ -123,34 +141,34 @@ QString host_t::open_database() {
 }
 
 QString host_t::start_broker() {
-    broker::broker_settings_t settings;
-    settings.port = options.port;
-    settings.websocket_port = options.ws_port;
-    settings.connection_topic = connection_topic(*database);
-    settings.executable = options.broker_program;
-    broker = std::make_unique<broker::broker_process_t>(settings);
+    broker::broker_settings_t given;
+    given.port = options.port;
+    given.websocket_port = options.ws_port;
+    given.connection_topic = connection_topic(*database);
+    given.executable = options.broker_program;
+    broker = std::make_unique<broker::broker_process_t>(given);
     accounts = std::make_unique<account_keeper_t>(broker.get(), live.get());
     return accounts->start_broker();
 }
 
 QString host_t::check_rights() {
-    broker::rights_check_settings_t settings;
-    settings.port = options.port;
-    settings.host_account = broker::broker_settings_t().host_account;
-    settings.host_password = broker->host_password();
-    settings.probe_account = accounts->check_account();
-    settings.probe_password = accounts->check_password();
-    settings.connection_topic = connection_topic(*database);
-    return broker::broker_rights_check_t(settings).run().error;
+    broker::rights_check_settings_t given;
+    given.port = options.port;
+    given.host_account = broker::broker_settings_t().host_account;
+    given.host_password = broker->host_password();
+    given.probe_account = accounts->check_account();
+    given.probe_password = accounts->check_password();
+    given.connection_topic = connection_topic(*database);
+    return broker::broker_rights_check_t(given).run().error;
 }
 
 QString host_t::connect_endpoint() {
-    comunication::endpoint_settings_t settings;
-    settings.port = options.port;
-    settings.username = broker::broker_settings_t().host_account;
-    settings.password = broker->host_password();
-    settings.connection_topic = connection_topic(*database);
-    endpoint = std::make_unique<comunication::endpoint_thread_t>(settings);
+    comunication::endpoint_settings_t given;
+    given.port = options.port;
+    given.username = broker::broker_settings_t().host_account;
+    given.password = broker->host_password();
+    given.connection_topic = connection_topic(*database);
+    endpoint = std::make_unique<comunication::endpoint_thread_t>(given);
 
     QString error = QStringLiteral("The broker did not let the host in in time.");
     QEventLoop loop;
@@ -175,11 +193,11 @@ QString host_t::start_drivers() {
 }
 
 QString host_t::ask_api() {
-    ready_probe_t::settings_t settings;
-    settings.port = options.port;
-    settings.account = accounts->check_account();
-    settings.password = accounts->check_password();
-    ready_probe_t probe(settings);
+    ready_probe_t::settings_t given;
+    given.port = options.port;
+    given.account = accounts->check_account();
+    given.password = accounts->check_password();
+    ready_probe_t probe(given);
     connect(this, &host_t::broken_off, &probe, &ready_probe_t::give_up);
     QString error = probe.run();
     accounts->end_checks();

@@ -11,9 +11,11 @@
 #include "database/live/simulated_bus_t.h"
 #include "driver_set_t.h"
 #include "installation_import_t.h"
+#include "logs/early_logger_t.h"
 #include "logs/spdlog_logger_t.h"
 #include "options_t.h"
 #include "retained_sweep_t.h"
+#include "settings_t.h"
 
 namespace torlan {
 
@@ -23,7 +25,9 @@ class host_t : public QObject {
     Q_OBJECT
 
  public:
-    explicit host_t(const options_t& _options, QObject* _parent = nullptr);
+    /// @param _early the logger of the start; what it has kept goes into the log. Not owned.
+    host_t(const options_t& _options, utility::logs::early_logger_t* _early,
+           QObject* _parent = nullptr);
     /// stop().
     ~host_t() override;
 
@@ -42,11 +46,14 @@ class host_t : public QObject {
     QString ready_text() const;
 
  Q_SIGNALS:
+    /// start() has to wait for another program; one sentence.
+    void waiting(const QString& _sentence);
     void broken_off();
 
  private:
     QString read_import();
     QString open_folder();
+    QString read_settings();
     QString open_log();
     QString load_drivers();
     QString open_database();
@@ -58,9 +65,11 @@ class host_t : public QObject {
     void set_up_connections();
 
     const options_t options;
+    utility::logs::early_logger_t* const early;
     bool given_up = false;
     installation_import_t import;
     data_folder_t folder;
+    settings_t settings;
     // What stands above outlives what stands below.
     std::unique_ptr<utility::logs::spdlog_logger_t> logger;
     std::unique_ptr<database::database_t> database;

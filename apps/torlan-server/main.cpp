@@ -7,9 +7,12 @@
 #include <cstdio>
 
 #include "host_t.h"
+#include "logs/early_logger_t.h"
 #include "signal_watch_t.h"
 
 namespace {
+
+using utility::logs::early_logger_t;
 
 enum status_t { done = 0, failed = 1, usage = 2 };
 
@@ -26,9 +29,22 @@ void print(std::FILE* _stream, const QString& _text) {
     std::fflush(_stream);
 }
 
+/// Lives until the process ends, by whatever way.
+early_logger_t& early_log(const torlan::options_t& _options) {
+    static early_logger_t logger;
+    if (_options.stdout_level) {
+        logger.set_level(static_cast<int>(*_options.stdout_level));
+    }
+    utility::logs::classlogs::setInstance(&logger);
+    return logger;
+}
+
 int run(const torlan::options_t& _options) {
     torlan::signal_watch_t signal_watch;
-    torlan::host_t host(_options);
+    torlan::host_t host(_options, &early_log(_options));
+    QObject::connect(&host, &torlan::host_t::waiting, &host, [](const QString& _sentence) {
+        print(stdout, QStringLiteral("torlan: ") + _sentence + QLatin1Char('\n'));
+    });
     bool asked = false;
     QObject::connect(&signal_watch, &torlan::signal_watch_t::asked_to_stop, &host, [&]() {
         asked = true;

@@ -8,25 +8,6 @@ namespace torlan {
 
 namespace {
 
-/// Takes the option's number if it was given; false and a sentence when it is none of the range.
-bool take_number(const QCommandLineParser& _parser, const char* _option, int _lowest, int _highest,
-                 int* _value, QString* _error) {
-    const QString name = QLatin1String(_option);
-    if (!_parser.isSet(name)) {
-        return true;
-    }
-    bool is_number = false;
-    const int value = _parser.value(name).toInt(&is_number);
-    if (!is_number || value < _lowest || value > _highest) {
-        *_error = QStringLiteral("--%1 takes a number from %2 to %3, not \"%4\".")
-                      .arg(name, QString::number(_lowest), QString::number(_highest),
-                           _parser.value(name));
-        return false;
-    }
-    *_value = value;
-    return true;
-}
-
 void describe(QCommandLineParser& _parser) {
     _parser.setApplicationDescription(
         QStringLiteral("Runs an installation: database, broker and drivers, on loopback."));
@@ -37,12 +18,27 @@ void describe(QCommandLineParser& _parser) {
          QStringLiteral("N")},
         {QStringLiteral("ws-port"),
          QStringLiteral("Broker's WebSockets port; 0, the default: none."), QStringLiteral("N")},
-        {QStringLiteral("plugins"), QStringLiteral("Folder of drivers."), QStringLiteral("DIR"),
-         QDir::cleanPath(QCoreApplication::applicationDirPath() +
-                         QStringLiteral("/../lib/drivers"))},
+        {QStringLiteral("config-port"),
+         QStringLiteral("Port of the configuration server on 127.0.0.1 (default: 4321)."),
+         QStringLiteral("N")},
+        {QStringLiteral("config-wait"),
+         QStringLiteral("Seconds to wait for it at the start, 0 to 3600 (default: 15)."),
+         QStringLiteral("N")},
+        {QStringLiteral("plugins"),
+         QStringLiteral("Folder of drivers (default: the settings', else the build's)."),
+         QStringLiteral("DIR")},
         {QStringLiteral("simulate"), QStringLiteral("Let temperatures drift.")},
         {QStringLiteral("log-level-std"),
-         QStringLiteral("Highest level on standard output, -1 to 6 (default: 4)."),
+         QStringLiteral("Highest level on standard output, 0 to 6 (default: 4)."),
+         QStringLiteral("N")},
+        {QStringLiteral("log-level-file"),
+         QStringLiteral("Highest level in the log file, 0 to 6 (default: 5)."),
+         QStringLiteral("N")},
+        {QStringLiteral("log-size"),
+         QStringLiteral("Size of a log file in megabytes, 1 to 1024 (default: 25)."),
+         QStringLiteral("N")},
+        {QStringLiteral("log-rotate"),
+         QStringLiteral("Former log files that are kept, 0 to 1000 (default: 5)."),
          QStringLiteral("N")},
         {QStringLiteral("broker-program"), QStringLiteral("Mosquitto to run (default: installed)."),
          QStringLiteral("PATH")},
@@ -57,19 +53,54 @@ void describe(QCommandLineParser& _parser) {
     _parser.addVersionOption();
 }
 
+/// Takes the option's number if it was given; false and a sentence when it is none of the range.
+template <class Number>
+bool take(const QCommandLineParser& _parser, const char* _option, int _lowest, int _highest,
+          Number* _value, QString* _error) {
+    const QString name = QLatin1String(_option);
+    if (!_parser.isSet(name)) {
+        return true;
+    }
+    bool is_number = false;
+    const int value = _parser.value(name).toInt(&is_number);
+    if (!is_number || value < _lowest || value > _highest) {
+        *_error = QStringLiteral("--%1 takes a number from %2 to %3, not \"%4\".")
+                      .arg(name, QString::number(_lowest), QString::number(_highest),
+                           _parser.value(name));
+        return false;
+    }
+    *_value = static_cast<quint16>(value);
+    return true;
+}
+
+/// Each port once: names the two options that share one.
+QString check_ports(const options_t& _options) {
+    const auto shared = [](const char* _one, const char* _other, int _port) {
+        return QStringLiteral("%1 and %2 are both %3.")
+            .arg(QLatin1String(_one), QLatin1String(_other), QString::number(_port));
+    };
+    if (_options.port == _options.ws_port) {
+        return shared("--port", "--ws-port", _options.port);
+    }
+    if (_options.port == _options.config_port) {
+        return shared("--port", "--config-port", _options.port);
+    }
+    return _options.ws_port == _options.config_port
+               ? shared("--ws-port", "--config-port", _options.ws_port)
+               : QString();
+}
+
 QString read_numbers(const QCommandLineParser& _parser, options_t* _options) {
     QString error;
-    int port = _options->port;
-    int ws_port = _options->ws_port;
-    if (take_number(_parser, "port", 1, 65535, &port, &error) &&
-        take_number(_parser, "ws-port", 0, 65535, &ws_port, &error) &&
-        take_number(_parser, "log-level-std", -1, 6, &_options->stdout_level, &error) &&
-        port == ws_port) {
-        error = QStringLiteral("--port and --ws-port are both %1.").arg(port);
-    }
-    _options->port = static_cast<quint16>(port);
-    _options->ws_port = static_cast<quint16>(ws_port);
-    return error;
+    const bool taken = take(_parser, "port", 1, 65535, &_options->port, &error) &&
+                       take(_parser, "ws-port", 0, 65535, &_options->ws_port, &error) &&
+                       take(_parser, "config-port", 1, 65535, &_options->config_port, &error) &&
+                       take(_parser, "config-wait", 0, 3600, &_options->config_wait, &error) &&
+                       take(_parser, "log-level-std", 0, 6, &_options->stdout_level, &error) &&
+                       take(_parser, "log-level-file", 0, 6, &_options->file_level, &error) &&
+                       take(_parser, "log-size", 1, 1024, &_options->log_size, &error) &&
+                       take(_parser, "log-rotate", 0, 1000, &_options->log_rotate, &error);
+    return taken ? check_ports(*_options) : error;
 }
 
 }  // namespace

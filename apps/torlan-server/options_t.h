@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <optional>
 
 namespace torlan {
 
@@ -9,13 +10,19 @@ namespace torlan {
 struct options_t {
     QString data = QStringLiteral("var");
     quint16 port = 1883;
-    quint16 ws_port = 0;  ///< 0: no WebSockets
-    QString plugins;      ///< folder of drivers
+    quint16 ws_port = 0;         ///< 0: no WebSockets
+    quint16 config_port = 4321;  ///< of the configuration server, on loopback
+    int config_wait = 15;        ///< seconds to wait for it, 0 to 3600
+    QString plugins;             ///< folder of drivers; empty: the settings'
     bool simulate = false;
-    int stdout_level = 4;
-    QString broker_program;  ///< empty: the system's
-    QString import_file;     ///< replaces the installation; empty: none
-    QString sample_file;     ///< imported when there is no installation yet; empty: none
+    // As shipped when nothing is given.
+    std::optional<unsigned> stdout_level;  ///< 0 to 6
+    std::optional<unsigned> file_level;    ///< 0 to 6
+    std::optional<unsigned> log_size;      ///< megabytes, 1 to 1024
+    std::optional<unsigned> log_rotate;    ///< files, 0 to 1000
+    QString broker_program;                ///< empty: the system's
+    QString import_file;                   ///< replaces the installation; empty: none
+    QString sample_file;  ///< imported when there is no installation yet; empty: none
 };
 
 /// Options that were read, or what to say instead of starting.

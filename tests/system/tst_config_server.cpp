@@ -1,4 +1,3 @@
-#include <signal.h>
 #include <sys/stat.h>
 
 #include <QFile>
@@ -13,40 +12,12 @@
 #include <thread>
 
 #include "http/http_t.h"
+#include "system/support/config_process_t.h"
+
+using support::config_process_t;
+using support::process_timeout_ms;
 
 namespace {
-
-constexpr int process_timeout_ms = 20000;
-
-/// A torlan-config of the test's own; killed with it.
-class config_process_t {
- public:
-    config_process_t(const QString& _file, const QStringList& _more = {}) {
-        process.setProcessChannelMode(QProcess::SeparateChannels);
-        process.start(QStringLiteral(TORLAN_CONFIG),
-                      QStringList{"--file", _file, "--port", "0"} + _more);
-        while (!process.canReadLine() && process.waitForReadyRead(process_timeout_ms)) {
-        }
-        ready_line = process.readLine().trimmed();
-    }
-    ~config_process_t() { kill(); }
-
-    void kill() {
-        process.kill();
-        process.waitForFinished(process_timeout_ms);
-    }
-    /// Its exit status; -1 when it did not end by itself.
-    int end(int _signal) {
-        ::kill(pid_t(process.processId()), _signal);
-        const bool ended = process.waitForFinished(process_timeout_ms);
-        return ended && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    }
-    QString url() const { return QString::fromUtf8(ready_line.mid(ready_line.indexOf("http://"))); }
-    quint16 port() const { return url().section(':', 2).chopped(1).toUShort(); }
-
-    QProcess process;
-    QByteArray ready_line;
-};
 
 struct ended_t {
     int status = -1;

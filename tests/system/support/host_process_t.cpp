@@ -49,16 +49,32 @@ int host_process_t::control(const QStringList& _arguments, const QByteArray& _in
     return torlanctl.exitCode();
 }
 
+void host_process_t::use_settings(const QJsonObject& _settings) {
+    QFile file(settings_file());
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write(QJsonDocument(_settings).toJson());
+    }
+}
+
 bool host_process_t::start(const QStringList& _more_arguments) {
+    if (!QFile::exists(settings_file())) {
+        use_settings({{QStringLiteral("static"), QJsonObject()}});
+    }
+    config.reset();  // it holds the file
+    config = std::make_unique<config_process_t>(settings_file());
     server.start(QStringLiteral(TORLAN_SERVER),
                  QStringList{QStringLiteral("--data"), folder.path(), QStringLiteral("--port"),
-                             QString::number(broker_port)} +
+                             QString::number(broker_port), QStringLiteral("--config-port"),
+                             QString::number(config->port())} +
                      _more_arguments);
+    shown.clear();
     QEventLoop loop;
     bool ready = false;
     const auto read = QObject::connect(&server, &QProcess::readyReadStandardOutput, &loop, [&]() {
         while (server.canReadLine()) {
-            ready = server.readLine().startsWith("torlan: ready") || ready;
+            const QByteArray line = server.readLine();
+            shown += line;
+            ready = line.startsWith("torlan: ready") || ready;
         }
         if (ready) {
             loop.quit();

@@ -4,10 +4,14 @@
 #include <QProcess>
 #include <QStringList>
 #include <QTemporaryDir>
+#include <memory>
+
+#include "system/support/config_process_t.h"
 
 namespace support {
 
-/// A torlan-server of the test's own: a temporary data folder, a free loopback port.
+/// A torlan-server of the test's own: a temporary data folder, a free loopback port, its own
+/// configuration server.
 class host_process_t {
  public:
     host_process_t();
@@ -15,12 +19,18 @@ class host_process_t {
 
     /// Writes @p _installation into the data folder with torlanctl; false and error() when refused.
     bool import(const QJsonObject& _installation);
-    /// Starts the server and waits for its "torlan: ready" line.
+    /// Starts both servers, and waits for the "torlan:
+    /// ready" line.
     bool start(const QStringList& _more_arguments = {});
     /// Asks it to end (SIGTERM) and waits; its exit status, -1 when it had to be killed.
     int stop();
     /// Runs torlanctl on the data folder; its exit status.
     int control(const QStringList& _arguments, const QByteArray& _input = {});
+
+    /// The settings' file in the data folder.
+    QString settings_file() const { return folder.filePath(QStringLiteral("settings.json")); }
+    /// Settings to start with; without, the file's, or none.
+    void use_settings(const QJsonObject& _settings);
 
     quint16 port() const { return broker_port; }
     QString data() const { return folder.path(); }
@@ -34,16 +44,20 @@ class host_process_t {
     /// Process id of the server's broker child; 0 when there is none.
     qint64 broker_pid() const;
     QProcess& process() { return server; }
+    /// Standard output up to and with the ready line.
+    QByteArray start_output() const { return shown; }
 
     /// A loopback port that was free a moment ago.
     static quint16 free_port();
 
  private:
     QTemporaryDir folder;
+    std::unique_ptr<config_process_t> config;
     QProcess server;
     quint16 broker_port;
     QString last_error;
     QByteArray last_output;
+    QByteArray shown;
 };
 
 }  // namespace support

@@ -15,22 +15,53 @@ class tst_options_t : public QObject {
         QCOMPARE(parsed.options.data, QDir(QStringLiteral("var")).absolutePath());
         QCOMPARE(parsed.options.port, quint16(1883));
         QCOMPARE(parsed.options.ws_port, quint16(0));
-        QCOMPARE(parsed.options.stdout_level, 4);
+        QCOMPARE(parsed.options.config_port, quint16(4321));
+        QCOMPARE(parsed.options.config_wait, 15);
+        QVERIFY(!parsed.options.stdout_level && !parsed.options.file_level);
+        QVERIFY(!parsed.options.log_size && !parsed.options.log_rotate);
         QVERIFY(!parsed.options.simulate);
-        QVERIFY(parsed.options.plugins.endsWith(QStringLiteral("/lib/drivers")));
+        QCOMPARE(parsed.options.plugins, QString());
     }
 
     void every_option_is_taken() {
-        const auto parsed = parse({"--data", "/a/b", "--port", "2", "--ws-port=3", "--plugins", "p",
-                                   "--simulate", "--log-level-std", "-1", "--broker-program", "m",
-                                   "--import", "i", "--sample", "s"});
+        const auto parsed = parse({"--data",
+                                   "/a/b",
+                                   "--port",
+                                   "2",
+                                   "--ws-port=3",
+                                   "--plugins",
+                                   "p",
+                                   "--simulate",
+                                   "--log-level-std",
+                                   "0",
+                                   "--broker-program",
+                                   "m",
+                                   "--log-level-file",
+                                   "6",
+                                   "--log-size",
+                                   "1024",
+                                   "--log-rotate",
+                                   "0",
+                                   "--config-port",
+                                   "4322",
+                                   "--config-wait",
+                                   "0",
+                                   "--import",
+                                   "i",
+                                   "--sample",
+                                   "s"});
         QCOMPARE(parsed.error, QString());
         QCOMPARE(parsed.options.data, QStringLiteral("/a/b"));
         QCOMPARE(parsed.options.port, quint16(2));
         QCOMPARE(parsed.options.ws_port, quint16(3));
         QCOMPARE(parsed.options.plugins, QStringLiteral("p"));
         QVERIFY(parsed.options.simulate);
-        QCOMPARE(parsed.options.stdout_level, -1);
+        QCOMPARE(parsed.options.stdout_level, 0u);
+        QCOMPARE(parsed.options.file_level, 6u);
+        QCOMPARE(parsed.options.log_size, 1024u);
+        QCOMPARE(parsed.options.log_rotate, 0u);
+        QCOMPARE(parsed.options.config_port, quint16(4322));
+        QCOMPARE(parsed.options.config_wait, 0);
         QCOMPARE(parsed.options.broker_program, QStringLiteral("m"));
         QCOMPARE(parsed.options.import_file, QStringLiteral("i"));
         QCOMPARE(parsed.options.sample_file, QStringLiteral("s"));
@@ -46,6 +77,16 @@ class tst_options_t : public QObject {
         QTest::newRow("negative WebSockets port") << QStringList{"--ws-port", "-1"} << "--ws-port";
         QTest::newRow("one port twice") << QStringList{"--ws-port", "1883"} << "1883";
         QTest::newRow("level") << QStringList{"--log-level-std", "7"} << "--log-level-std";
+        QTest::newRow("no level") << QStringList{"--log-level-std", "-1"} << "--log-level-std";
+        QTest::newRow("file level") << QStringList{"--log-level-file", "x"} << "--log-level-file";
+        QTest::newRow("log size") << QStringList{"--log-size", "0"} << "--log-size";
+        QTest::newRow("log rotation") << QStringList{"--log-rotate", "1001"} << "--log-rotate";
+        QTest::newRow("settings' port") << QStringList{"--config-port", "0"} << "--config-port";
+        QTest::newRow("settings' port is the broker's")
+            << QStringList{"--config-port", "1883"} << "--config-port";
+        QTest::newRow("settings' port is WebSockets'")
+            << QStringList{"--ws-port", "4321"} << "--config-port";
+        QTest::newRow("wait") << QStringList{"--config-wait", "3601"} << "--config-wait";
         QTest::newRow("unknown option") << QStringList{"--frob"} << "frob";
         QTest::newRow("stray word") << QStringList{"word"} << "\"word\"";
         QTest::newRow("missing value") << QStringList{"--data"} << "data";

@@ -1,0 +1,296 @@
+#include <sys/stat.h>
+
+#include <QJsonArray>
+#include <QTcpServer>
+#include <QtTest>
+#include <atomic>
+#include <thread>
+
+#include "fakes/tiny_http_server_t.h"
+#include "http/http_t.h"
+#include "system/support/small_home.h"
+
+using namespace support;
+
+/// The server takes its settings from the configuration server, and keeps the installation's id
+/// there.
+class tst_settings : public QObject {
+    Q_OBJECT
+
+ private Q_SLOTS:
+    void init();
+    void cleanup();
+    void a_new_id_is_kept_and_told_to_clients();
+    void an_id_that_is_there_stays();
+    void the_client_file_tells_the_broker_of_this_start();
+    void the_client_file_is_readable_for_all_and_the_rest_is_not();
+    void a_kill_in_the_middle_of_a_put_leaves_a_document_to_start_from();
+    void the_log_is_where_and_how_the_settings_say();
+    void the_options_stand_in_the_log_from_the_first_line_on();
+    void drivers_are_where_the_settings_say();
+    void a_missing_configuration_server_is_one_sentence_after_a_visible_wait();
+    void a_configuration_server_that_is_late_is_waited_for();
+    void a_stop_while_waiting_ends_at_once_with_status_zero();
+    void an_empty_document_is_one_sentence();
+    void an_id_that_cannot_be_kept_ends_the_server_with_status_zero_and_its_reason();
+
+ private:
+    QJsonObject settings(const QString& _id = {}) const {
+        return {{"installation", QJsonObject{{"installation_id", _id}}},
+                {"static",
+                 QJsonObject{{"torlan",
+                              QJsonObject{{"comunication", QJsonObject{{"global", QJsonObject()}}},
+                                          {"paths", QJsonObject{{"client_communication", clients()},
+                                                                {"logs", logs()}}}}}}}};
+    }
+    /// Const, so that chained reads do not make references into a temporary.
+    static const QJsonObject read(const QString& _file) {
+        QFile file(_file);
+        return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object()
+                                              : QJsonObject();
+    }
+    QString clients() const { return host->data() + "/for/clients"; }
+    QString client_file() const { return clients() + "/config/comunication.json"; }
+    QString logs() const { return host->data() + "/the logs"; }
+    QStringList log_lines() const {
+        QFile file(logs() + "/server-torlan.log");
+        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).split('\n')
+                                              : QStringList();
+    }
+    QString stored_id() const {
+        return read(host->settings_file())["installation"]["installation_id"].toString();
+    }
+    QString told_id() const { return read(client_file())["global"]["installation_id"].toString(); }
+
+    std::unique_ptr<host_process_t> host;
+};
+
+void tst_settings::init() {
+    host = std::make_unique<host_process_t>();
+    QVERIFY(host->import(small_home()));
+}
+
+void tst_settings::cleanup() {
+    host.reset();
+}
+
+void tst_settings::a_new_id_is_kept_and_told_to_clients() {
+    host->use_settings(settings("  "));
+    QVERIFY2(host->start(), qPrintable(host->error()));
+    const QString id = told_id();
+    QVERIFY2(QRegularExpression("^[0-9a-f]{32}$").match(id).hasMatch(), qPrintable(id));
+    QCOMPARE(stored_id(), id);
+    QCOMPARE(host->stop(), 0);
+    // The second start finds it, and tells it again.
+    QVERIFY2(host->start(), qPrintable(host->error()));
+    QCOMPARE(stored_id(), id);
+    QCOMPARE(told_id(), id);
+}
+
+void tst_settings::an_id_that_is_there_stays() {
+    host->use_settings(settings(" given "));
+    QVERIFY2(host->start(), qPrintable(host->error()));
+    QCOMPARE(stored_id(), QString(" given "));
+    QCOMPARE(told_id(), QString(" given "));
+}
+
+void tst_settings::the_client_file_tells_the_broker_of_this_start() {
+    host->use_settings(settings());
+    const int ws_port = host_process_t::free_port();
+    QVERIFY2(host->start({"--ws-port", QString::number(ws_port)}), qPrintable(host->error()));
+    QCOMPARE(read(client_file())["mqtt"].toObject(),
+             (QJsonObject{{"host", "127.0.0.1"}, {"port", host->port()}, {"ws_port", ws_port}}));
+    QCOMPARE(host->stop(), 0);
+    QVERIFY2(host->start(), qPrintable(host->error()));
+    QCOMPARE(read(client_file())["mqtt"].toObject(),
+             (QJsonObject{{"host", "127.0.0.1"}, {"port", host->port()}}));
+}
+
+void tst_settings::the_client_file_is_readable_for_all_and_the_rest_is_not() {
+    host->use_settings(settings());
+    QVERIFY2(host->start(), qPrintable(host->error()));
+    const auto mode = [](const QString& path) {
+        struct stat status = {};
+        return ::stat(QFile::encodeName(path).constData(), &status) == 0
+                   ? int(status.st_mode & 07777)
+                   : -1;
+    };
+    QCOMPARE(mode(client_file()), 0644);
+    QCOMPARE(mode(clients() + "/config"), 0755);
+    QCOMPARE(mode(clients()), 0755);
+    QCOMPARE(mode(host->settings_file()), 0600);
+    QCOMPARE(mode(logs()) & 0007, 0);
+}
+
+void tst_settings::a_kill_in_the_middle_of_a_put_leaves_a_document_to_start_from() {
+    const QString file = host->settings_file();
+    const QString padding(200'000, u'x');
+    host->use_settings(settings());
+    {
+        config_process_t config(file);
+        std::atomic<int> written = 0;
+        std::thread writer([&]() {
+            const http_t http(config.url(), false);
+            while (http.put(QStringLiteral("padding/%1").arg(written % 4), padding).getError() ==
+                   0) {
+                ++written;
+            }
+        });
+        QElapsedTimer clock;
+        clock.start();
+        while (written < 5 && clock.elapsed() < process_timeout_ms) {
+            std::this_thread::yield();
+        }
+        ::kill(pid_t(config.process.processId()), SIGKILL);
+        writer.join();
+        QVERIFY(written >= 5);
+    }
+    const QJsonObject left = read(file);
+    QCOMPARE(left["padding"].toObject().size(), 4);
+    for (const auto& text : left["padding"].toObject()) {
+        QCOMPARE(text.toString(), padding);
+    }
+    QVERIFY2(host->start(), qPrintable(host->error()));
+    QCOMPARE(told_id(), stored_id());
+    QVERIFY(!told_id().isEmpty());
+    QCOMPARE(read(file)["padding"].toObject(), left["padding"].toObject());
+}
+
+void tst_settings::the_log_is_where_and_how_the_settings_say() {
+    host->use_settings(settings());
+    QVERIFY2(host->start({"--log-level-std", "6", "--log-level-file", "2"}),
+             qPrintable(host->error()));
+    QVERIFY(host->start_output().contains("] server/"));
+    QVERIFY(host->start_output().contains("[6] "));
+    QCOMPARE(host->stop(), 0);
+    QVERIFY(QFile::exists(logs() + "/server-torlan.log"));
+    QCOMPARE(log_lines().filter("[3] ") + log_lines().filter("[4] "), QStringList());
+    QVERIFY(!QFile::exists(host->data() + "/logs"));
+}
+
+void tst_settings::the_options_stand_in_the_log_from_the_first_line_on() {
+    host->use_settings(settings("the id"));
+    QVERIFY2(host->start({"--log-level-file", "6", "--log-size", "7", "--log-rotate", "3"}),
+             qPrintable(host->error()));
+    QCOMPARE(host->stop(), 0);
+    const QStringList lines = log_lines();
+    // Before there was a log, the device was asked and the settings were read.
+    QVERIFY2(lines.value(0).contains("server/utility/"), qPrintable(lines.value(0)));
+    const auto line = [&lines](const QString& text) {
+        const QStringList found = lines.filter(QRegularExpression(" print " + text + "$"));
+        return found.size() == 1 ? lines.indexOf(found.first()) : -1;
+    };
+    const QStringList expected{"Build commit: [0-9a-z-]+",
+                               "Build time: \\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\dZ",
+                               "Url config server: http://127.0.0.1:4321/",
+                               "Installation id: the id",
+                               "Folder Log: " + QRegularExpression::escape(logs()),
+                               "Folder client: " + QRegularExpression::escape(clients()),
+                               "Starting server with log level file: 6",
+                               "Starting server with log size: 7 MB",
+                               "Starting server with log rotation: 3",
+                               "Dalay to save: 500 msec.",
+                               "Iteration force save: 5"};
+    qsizetype before = 0;
+    for (const QString& text : expected) {
+        QVERIFY2(line(text) > before, qPrintable(text));
+        before = line(text);
+    }
+    QVERIFY(lines.indexOf(lines.filter("Loaded driver").value(0)) > before);
+}
+
+void tst_settings::drivers_are_where_the_settings_say() {
+    QJsonObject document = settings();
+    QJsonObject statics = document["static"].toObject();
+    QJsonObject torlan = statics["torlan"].toObject();
+    QJsonObject paths = torlan["paths"].toObject();
+    paths["plugins"] = host->data() + "/for";
+    torlan["paths"] = paths;
+    statics["torlan"] = torlan;
+    document["static"] = statics;
+    host->use_settings(document);
+    QVERIFY(!host->start());
+    QCOMPARE(host->process().exitCode(), 1);
+    QVERIFY2(host->error().contains(host->data() + "/for"), qPrintable(host->error()));
+}
+
+void tst_settings::a_missing_configuration_server_is_one_sentence_after_a_visible_wait() {
+    const QString port = QString::number(host_process_t::free_port());
+    QProcess server;
+    QElapsedTimer clock;
+    clock.start();
+    server.start(TORLAN_SERVER,
+                 {"--data", host->data() + "/new", "--config-port", port, "--config-wait", "1",
+                  "--sample", TORLAN_TEST_DATA "/small_home.json"});
+    QVERIFY(server.waitForFinished(process_timeout_ms));
+    QVERIFY(clock.elapsed() >= 1000);
+    QCOMPARE(server.exitCode(), 1);
+    const QByteArray error = server.readAllStandardError();
+    QCOMPARE(error.count('\n'), 1);
+    QVERIFY2(error.contains("configuration server") && error.contains(port.toUtf8()), error);
+    const QByteArray shown = server.readAllStandardOutput();
+    QVERIFY2(shown.startsWith("torlan: waiting up to 1 s") && shown.contains(port.toUtf8()), shown);
+    QVERIFY(!QFile::exists(host->data() + "/new"));
+}
+
+void tst_settings::a_configuration_server_that_is_late_is_waited_for() {
+    host->use_settings(settings("late"));
+    const quint16 port = host_process_t::free_port();
+    QProcess server;
+    server.start(TORLAN_SERVER, {"--data", host->data(), "--port", QString::number(host->port()),
+                                 "--config-port", QString::number(port), "--log-level-std", "0"});
+    QVERIFY(server.waitForReadyRead(process_timeout_ms));
+    QVERIFY(server.readLine().startsWith("torlan: waiting"));
+    const config_process_t config(host->settings_file(), {"--port", QString::number(port)});
+    while (!server.canReadLine() && server.waitForReadyRead(process_timeout_ms)) {
+    }
+    const QByteArray line = server.readLine();
+    QVERIFY2(line.startsWith("torlan: ready"), line);
+    server.terminate();
+    QVERIFY(server.waitForFinished(process_timeout_ms));
+    QCOMPARE(server.exitCode(), 0);
+}
+
+void tst_settings::a_stop_while_waiting_ends_at_once_with_status_zero() {
+    QProcess server;
+    server.start(TORLAN_SERVER,
+                 {"--data", host->data(), "--config-port",
+                  QString::number(host_process_t::free_port()), "--config-wait", "3600"});
+    QVERIFY(server.waitForReadyRead(process_timeout_ms));
+    QElapsedTimer clock;
+    clock.start();
+    server.terminate();
+    QVERIFY(server.waitForFinished(process_timeout_ms));
+    QVERIFY2(clock.elapsed() < 3000, qPrintable(QString::number(clock.elapsed())));
+    QCOMPARE(server.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(server.exitCode(), 0);
+}
+
+void tst_settings::an_empty_document_is_one_sentence() {
+    host->use_settings({});
+    QVERIFY(!host->start());
+    QCOMPARE(host->process().exitCode(), 1);
+    QCOMPARE(host->error().count('\n'), 1);
+    QVERIFY2(host->error().contains("no settings"), qPrintable(host->error()));
+}
+
+void tst_settings::an_id_that_cannot_be_kept_ends_the_server_with_status_zero_and_its_reason() {
+    const QByteArray document = QJsonDocument(settings()).toJson();
+    const fakes::tiny_http_server_t refusing([&document](const auto& request) {
+        return fakes::tiny_http_server_t::json(
+            document, request.method == "PUT" ? "500 Internal Server Error" : "200 OK");
+    });
+    QProcess server;
+    server.start(TORLAN_SERVER,
+                 {"--data", host->data(), "--config-port", QString::number(refusing.port())});
+    QVERIFY(server.waitForFinished(process_timeout_ms));
+    QCOMPARE(server.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(server.exitCode(), 0);
+    const QByteArray shown = server.readAllStandardOutput();
+    QVERIFY2(shown.contains("check_HTTP_InstallationId Unable to genarate installation id ...\n"),
+             shown);
+    QVERIFY(!shown.contains("torlan: ready"));
+}
+
+QTEST_GUILESS_MAIN(tst_settings)
+#include "tst_settings.moc"
