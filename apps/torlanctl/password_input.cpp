@@ -1,7 +1,9 @@
 #include "password_input.h"
 
+#include <poll.h>
 #include <termios.h>
 #include <unistd.h>
+
 #include <QFile>
 #include <QStringDecoder>
 #include <array>
@@ -17,11 +19,16 @@ namespace {
 /// More than the longest password takes in UTF-8.
 constexpr qint64 max_line_bytes = 2048;
 
-/// While it lives, the terminal shows nothing that is typed, and an interruption ends the read
+/// While it lives, the terminal shows nothing that is typed, and an interruption ends the wait
 /// instead of the program, so that the echo comes back.
 class silent_terminal_t {
  public:
     silent_terminal_t() {
+        // Delivered within wait_for_line() only: one that came just before it would be lost.
+        sigset_t interruption;
+        sigemptyset(&interruption);
+        sigaddset(&interruption, SIGINT);
+        sigprocmask(SIG_BLOCK, &interruption, &former_mask);
         struct sigaction action {};
         action.sa_handler = [](int) {};
         sigaction(SIGINT, &action, &former_action);
@@ -33,10 +40,20 @@ class silent_terminal_t {
     ~silent_terminal_t() {
         tcsetattr(STDIN_FILENO, TCSAFLUSH, &former_terminal);
         sigaction(SIGINT, &former_action, nullptr);
+        sigprocmask(SIG_SETMASK, &former_mask, nullptr);
     }
     Q_DISABLE_COPY_MOVE(silent_terminal_t)
 
+    /// False when it was interrupted.
+    bool wait_for_line() const {
+        sigset_t mask = former_mask;
+        sigdelset(&mask, SIGINT);
+        pollfd input{STDIN_FILENO, POLLIN, 0};
+        return ::ppoll(&input, 1, nullptr, &mask) == 1;
+    }
+
  private:
+    sigset_t former_mask{};
     struct sigaction former_action {};
     termios former_terminal{};
 };
@@ -46,7 +63,8 @@ QByteArray terminal_line() {
     const silent_terminal_t silent;
     write_message("Password: ");  // not before: what was typed until now is dropped
     std::array<char, max_line_bytes> buffer;
-    const ssize_t count = ::read(STDIN_FILENO, buffer.data(), buffer.size());
+    const ssize_t count =
+        silent.wait_for_line() ? ::read(STDIN_FILENO, buffer.data(), buffer.size()) : 0;
     write_message("\n");
     return QByteArray(buffer.data(), std::max<ssize_t>(count, 0));
 }

@@ -103,8 +103,8 @@ class tst_includes : public QObject {
             "^(drivers|utility)/");
         row("the loader includes the driver interface only", "host/loader", "",
             "^(drivers/plugins|utility)/");
-        row("programs include the driver interface only", "apps", "",
-            "^(drivers/plugins|utility)/");
+        row("programs include the driver interface only", "apps", "", "^drivers/plugins/");
+        row("only the server reads the settings", "apps", "^apps/(?!torlan-server/)", "^utility/");
         row("the plugin uses no third party", "server", "",
             "^(mosquitto|spdlog|valijson|curl|fmt|QSql|QtSql|sqlite)");
         row("data knows nothing of mqtt", "server/drivers/plugins/plugin_driver_api/data", "",
