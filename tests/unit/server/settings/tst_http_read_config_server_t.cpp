@@ -179,17 +179,36 @@ class tst_http_read_config_server_t : public QObject {
         if (QFile::exists(QStringLiteral("/config"))) {
             QSKIP("the client file would be written at the root of this machine");
         }
+        serve(document(QStringLiteral("id-0"), folder()));
+        QVERIFY(client->read_configuration());
         serve({{QStringLiteral("installation"),
                 QJsonObject{{QStringLiteral("installation_id"), QStringLiteral("id-1")}}}});
         const recording_logger_t logger;
         QVERIFY(client->read_configuration());
-        QCOMPARE(torlan_option_t::ClientFolder(), QString());
-        QCOMPARE(torlan_option_t::CloudWeb(), QString());
+        for (const QString& text : {torlan_option_t::LogsFolder(), torlan_option_t::PluginFolder(),
+                                    torlan_option_t::SystemCaCerts(),
+                                    torlan_option_t::ClientFolder(), torlan_option_t::Serial(),
+                                    torlan_option_t::ProductName(), torlan_option_t::CloudService(),
+                                    torlan_option_t::CloudWeb(), torlan_option_t::CloudMQTTUrl()}) {
+            QCOMPARE(text, QString());
+        }
         QVERIFY(torlan_option_t::CaCertsFile().isEmpty());
+        QCOMPARE(torlan_option_t::InstallationId(), QStringLiteral("id-1"));
         const QList<entry_t> expected{
             {4, QStringLiteral("Save client configuration file to: /config/comunication.json"),
              QStringLiteral("generate_HTTP_ClientFileConfig")}};
         QCOMPARE(client_lines(logger), expected);
+    }
+
+    void certificates_that_are_no_list_leave_none() {
+        serve(document(QStringLiteral("id-1"), folder()));
+        QVERIFY(client->read_configuration());
+        serve(
+            json("{'installation':{'installation_id':'i'},"
+                 "'static':{'torlan':{'paths':{'client_communication':'/none',"
+                 "'cacerts':'a.pem'}}}}"));
+        QVERIFY(client->read_configuration());
+        QVERIFY(torlan_option_t::CaCertsFile().isEmpty());
     }
 
     void values_that_are_no_text_become_empty() {
@@ -255,7 +274,11 @@ class tst_http_read_config_server_t : public QObject {
     void without_options_nothing_is_read() {
         options.reset();
         serve(document(QStringLiteral(" "), folder()));
+        const recording_logger_t logger;
         QVERIFY(!client->read_configuration());
+        const QList<entry_t> expected{{0, QStringLiteral("Config server - no options to fill"),
+                                       QStringLiteral("read_configuration")}};
+        QCOMPARE(client_lines(logger), expected);
         const http_read_config_server_t early(nullptr);
         QCOMPARE(server->requests().size(), 1);
     }
@@ -304,6 +327,25 @@ class tst_http_read_config_server_t : public QObject {
                                    QJsonObject{{QStringLiteral("name"), QStringLiteral("house")},
                                                {QStringLiteral("installation_id"), id}}}};
         QCOMPARE(client_file(), written);
+    }
+
+    void an_id_that_is_no_text_is_replaced_too() {
+        QJsonObject config = document(QString(), folder());
+        config[QLatin1String("installation")] =
+            QJsonObject{{QStringLiteral("installation_id"), 12345}};
+        serve(config);
+        QVERIFY(client->read_configuration());
+        QCOMPARE(torlan_option_t::InstallationId().size(), 32);
+        QCOMPARE(server->requests().size(), 2);
+    }
+
+    void a_repeated_creation_of_the_options_keeps_the_settings() {
+        serve(document(QStringLiteral("id-1"), folder()));
+        QVERIFY(client->read_configuration());
+        options_guard_t::create();
+        QCOMPARE(torlan_option_t::LogsFolder(), QStringLiteral("/l"));
+        QCOMPARE(torlan_option_t::CaCertsFile().size(), 3);
+        QCOMPARE(torlan_option_t::InstallationId(), QStringLiteral("id-1"));
     }
 
     void a_stored_id_stands_in_both_places_of_the_document() {
