@@ -62,7 +62,9 @@ QString utility_t::getHash(const QJsonObject& object) {
 QString utility_t::getHash(const QString& path, QCryptographicHash::Algorithm algorithm) {
     QFile file(path);
     QCryptographicHash hash(algorithm);
-    if (!file.open(QIODevice::ReadOnly) || !hash.addData(&file)) {
+    // A read that fails looks like the end of the file to the hash.
+    if (!file.open(QIODevice::ReadOnly) || !hash.addData(&file) ||
+        file.error() != QFileDevice::NoError) {
         return {};
     }
     return QString::fromLatin1(hash.result().toHex());

@@ -4,6 +4,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
+#include <thread>
 
 #include "fakes/recording_logger_t.h"
 #include "utility/utility_t.h"
@@ -89,6 +90,10 @@ class tst_utility_t_system : public QObject {
         QCOMPARE(utility_t::getHash(folder.filePath(QStringLiteral("no")), QCryptographicHash::Md5),
                  QString());
         QCOMPARE(utility_t::getHash(folder.path(), QCryptographicHash::Md5), QString());
+        // It opens, but its first byte cannot be read.
+        const QString memory = QStringLiteral("/proc/self/mem");
+        QVERIFY(QFile(memory).open(QIODevice::ReadOnly));
+        QCOMPARE(utility_t::getHash(memory, QCryptographicHash::Md5), QString());
         QVERIFY(logger.lines().isEmpty());
     }
 
@@ -102,6 +107,14 @@ class tst_utility_t_system : public QObject {
         QVERIFY(logger.contains(QStringLiteral("Have event loop"), 2, function, source, 479));
         QVERIFY(logger.contains(QStringLiteral("Not have event loop"), 2, function, source, 474));
         QCOMPARE(logger.count(QStringLiteral("Not have event loop")), 2);
+    }
+
+    void a_running_thread_without_a_dispatcher_has_no_event_loop() {
+        bool has_one = true;
+        std::thread plain(
+            [&has_one]() { has_one = utility_t::HaveEventLoop(QThread::currentThread()); });
+        plain.join();
+        QVERIFY(!has_one);
     }
 
     void nothing_needs_a_logger() { QVERIFY(utility_t::HaveEventLoop(QThread::currentThread())); }
