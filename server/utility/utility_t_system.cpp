@@ -61,10 +61,13 @@ QString utility_t::getHash(const QJsonObject& object) {
 
 QString utility_t::getHash(const QString& path, QCryptographicHash::Algorithm algorithm) {
     QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return {};
+    }
     QCryptographicHash hash(algorithm);
-    // A read that fails looks like the end of the file to the hash.
-    if (!file.open(QIODevice::ReadOnly) || !hash.addData(&file) ||
-        file.error() != QFileDevice::NoError) {
+    hash.addData(&file);
+    // The hash takes a read that fails for the end of the file.
+    if (file.error() != QFileDevice::NoError) {
         return {};
     }
     return QString::fromLatin1(hash.result().toHex());

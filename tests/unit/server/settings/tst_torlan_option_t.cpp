@@ -5,7 +5,9 @@
 #include <QSemaphore>
 #include <QTest>
 #include <QThread>
+#include <functional>
 #include <memory>
+#include <utility>
 
 #include "fakes/recording_logger_t.h"
 #include "unit/server/settings/support/fake_getprop_t.h"
@@ -18,18 +20,19 @@ using utility::type_configuration_mode_t;
 
 namespace {
 
-/// A logger that tells another thread when the first line came.
-class opening_logger_t : public utility::logs::classlogs {
+/// A logger that calls back at each line.
+class calling_logger_t : public utility::logs::classlogs {
  public:
-    opening_logger_t() { setInstance(this); }
-    ~opening_logger_t() override { setInstance(nullptr); }
-    Q_DISABLE_COPY_MOVE(opening_logger_t)
-
-    void log_asynch(const QString&, int, const QString&, const QString&, int) override {
-        first_line.release();
+    explicit calling_logger_t(std::function<void()> _call) : call(std::move(_call)) {
+        setInstance(this);
     }
+    ~calling_logger_t() override { setInstance(nullptr); }
+    Q_DISABLE_COPY_MOVE(calling_logger_t)
 
-    QSemaphore first_line;
+    void log_asynch(const QString&, int, const QString&, const QString&, int) override { call(); }
+
+ private:
+    const std::function<void()> call;
 };
 
 void verify_shipped_defaults() {
@@ -97,10 +100,39 @@ class tst_torlan_option_t : public QObject {
         QVERIFY(logger.lines().isEmpty());
     }
 
-    void a_new_object_is_empty() {
+    void a_new_object_is_not_the_instance() {
         const torlan_option_t options(nullptr);
         QCOMPARE(torlan_option_t::getInstance(), nullptr);
         QVERIFY(options.parent() == nullptr);
+    }
+
+    void a_new_instance_is_empty_until_it_is_filled() {
+        fake_getprop_t device;
+        device.answer_all();
+        // The first line comes from the run for the language: everything else is still to come.
+        bool is_first = true;
+        const calling_logger_t logger([&is_first]() {
+            if (std::exchange(is_first, false)) {
+                QCOMPARE(torlan_option_t::Version(), QStringLiteral("1.2.3"));
+                QCOMPARE(torlan_option_t::Language(), QString());
+                QCOMPARE(torlan_option_t::Manufacturer(), QString());
+                QVERIFY(torlan_option_t::Brand() == type_brand_t::KELMA);
+                QCOMPARE(torlan_option_t::ImageVersions(), QStringList());
+                QCOMPARE(torlan_option_t::LogLevelStd(), 0U);
+                QCOMPARE(torlan_option_t::LogLevelFile(), 0U);
+                QCOMPARE(torlan_option_t::LogSize(), 0U);
+                QCOMPARE(torlan_option_t::LogRotate(), 0U);
+                QCOMPARE(torlan_option_t::LogFileName(), QString());
+                QCOMPARE(torlan_option_t::Avahi_browse_option(), false);
+                QCOMPARE(torlan_option_t::DelayToSave(), 0);
+                QCOMPARE(torlan_option_t::DelayIterationToForceSave(), 0);
+                QCOMPARE(torlan_option_t::UpdateDateTimeToDatabase(), 0);
+                QCOMPARE(torlan_option_t::LevelBusMonitor(), 0);
+                QCOMPARE(torlan_option_t::ConfigurationMode(), type_configuration_mode_t::http);
+            }
+        });
+        options_guard_t::create();
+        QVERIFY(!is_first);
     }
 
     void what_the_host_hands_in_is_told_by_the_getters() {
@@ -240,11 +272,12 @@ class tst_torlan_option_t : public QObject {
         fake_getprop_t device;
         device.answer_all();
         device.answer("ro.product.manufacturer", "sleep 0.3; echo Acme");
-        opening_logger_t logger;
+        QSemaphore first_line;
+        const calling_logger_t logger([&first_line]() { first_line.release(); });
         torlan_option_t* seen = nullptr;
         QString manufacturer;
         const std::unique_ptr<QThread> other(QThread::create([&]() {
-            logger.first_line.acquire();
+            first_line.acquire();
             seen = torlan_option_t::getInstance();
             manufacturer = torlan_option_t::Manufacturer();
         }));

@@ -1,5 +1,6 @@
 #include <QDir>
 #include <QTest>
+#include <algorithm>
 
 #include "fakes/recording_logger_t.h"
 #include "http/http_t.h"
@@ -179,6 +180,11 @@ class tst_torlan_option_t_print : public QObject {
         const QList<entry_t> listed = printed(logger, "print_dir");
         QVERIFY(!listed.constFirst().text.startsWith(QLatin1Char(' ')));
         QCOMPARE(logger.count(QStringLiteral(":/settings/sub/deep/three.txt")), 1);
+        const bool from_the_root =
+            std::any_of(listed.cbegin(), listed.cend(), [](const entry_t& entry) {
+                return entry.text.trimmed() == QLatin1String(":/settings");
+            });
+        QVERIFY(from_the_root);
     }
 
     void false_flags_and_an_empty_instance_are_printed_too() {
