@@ -93,6 +93,7 @@ void tst_settings_file_durability::disk_that_fails_is_told() {
     failing = call == "sync" ? "sync " + folder->path().section('/', -1) : call;
     QVERIFY(file->write("{\"a\":1}").startsWith(error));
     QCOMPARE(bytes(), left);
+    QVERIFY(!QFile::exists(file->path() + ".new"));
 }
 
 QTEST_GUILESS_MAIN(tst_settings_file_durability)

@@ -34,6 +34,7 @@ class tst_http_t : public QObject {
     void nobody_listening_is_an_error();
     void unusable_address_is_an_error_data();
     void unusable_address_is_an_error();
+    void other_protocols_are_never_spoken();
     void address_is_encoded_and_kept_as_given();
     void redirect_is_not_followed();
     void proxy_of_the_environment_is_never_used_for_loopback();
@@ -264,6 +265,15 @@ void tst_http_t::unusable_address_is_an_error() {
     QVERIFY(http.put("a", 1).getError() != 0);
 }
 
+void tst_http_t::other_protocols_are_never_spoken() {
+    QTcpServer probe;
+    QVERIFY(probe.listen(QHostAddress::LocalHost));
+    http_t http(QStringLiteral("ftp://127.0.0.1:%1/").arg(probe.serverPort()), false);
+    http.set_timeout(500);
+    QVERIFY(http.get("a").getError() != 0);
+    QVERIFY(!probe.waitForNewConnection(50));
+}
+
 void tst_http_t::address_is_encoded_and_kept_as_given() {
     tiny_http_server_t server(tiny_http_server_t::json("{}"));
     const http_t http(server.url(), false);
@@ -377,6 +387,7 @@ void tst_http_t::fresh_response_is_an_error() {
 
 void tst_http_t::shipped_constants() {
     QCOMPARE(http_t::LIBHTTP_VERSION, "1.0.1");
+    QCOMPARE(http_t::max_answer_bytes, 16777216);
     http_t http("http://127.0.0.1/", false, this);
     QCOMPARE(http.parent(), this);
     QCOMPARE(http.timeout(), 5000);

@@ -1,9 +1,15 @@
 #include "utility/http_read_config_server_t.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <QCoreApplication>
 #include <QPointer>
+#include <QThread>
 
 #include "unit/server/settings/support/client_test_t.h"
+#include "unit/server/settings/support/fake_getprop_t.h"
 
 using client_test::client_lines;
 using client_test::document;
@@ -183,6 +189,25 @@ class tst_http_read_config_server_t : public client_test_t {
         options_guard_t::create();
         QCOMPARE(torlan_option_t::LogsFolder(), QStringLiteral("/l"));
         QCOMPARE(torlan_option_t::CaCertsFile().size(), 3);
+        QCOMPARE(torlan_option_t::InstallationId(), QStringLiteral("id-1"));
+    }
+
+    void settings_are_copied_while_the_options_are_locked() {
+        fake_getprop_t device;
+        const QString fifo = clients->filePath(QStringLiteral("fifo"));
+        QCOMPARE(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+        const int hold = ::open(QFile::encodeName(fifo).constData(), O_RDWR | O_CLOEXEC);
+        device.answer("persist.sys.locale", "exec cat '" + QFile::encodeName(fifo) + '\'');
+        serve(document(QStringLiteral("id-1"), folder()));
+
+        const std::unique_ptr<QThread> creation(
+            QThread::create([]() { options_guard_t::create(); }));
+        creation->start();
+        QTRY_COMPARE(device.calls().size(), 1);
+        QVERIFY(client->read_configuration());
+        QVERIFY(!creation->isFinished());
+        ::close(hold);
+        QVERIFY(creation->wait());
         QCOMPARE(torlan_option_t::InstallationId(), QStringLiteral("id-1"));
     }
 

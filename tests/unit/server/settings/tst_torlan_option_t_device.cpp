@@ -182,8 +182,11 @@ class tst_torlan_option_t_device : public QObject {
     void without_getprop_the_fallbacks_apply() {
         fake_getprop_t device;
         device.take_away();
+        const recording_logger_t logger;
         const options_guard_t options;
         QCOMPARE(torlan_option_t::Language(), QStringLiteral("en_EN"));
+        QCOMPARE(
+            warnings(logger, "read_language", QStringLiteral("Set unknown language ... en_EN")), 1);
         QCOMPARE(torlan_option_t::Brand().ToString(), QStringLiteral("Kelma"));
 
         // Whether this is a failure is the process library's word for a program that never ran.
@@ -194,6 +197,14 @@ class tst_torlan_option_t_device : public QObject {
         QCOMPARE(torlan_option_t::Manufacturer(), failed ? QStringLiteral("unknown") : QString());
         QCOMPARE(torlan_option_t::ImageVersion(), QString());
         QCOMPARE(torlan_option_t::ImageVersions().size(), failed ? 3 : 1);
+        const int told = failed ? 1 : 0;
+        QCOMPARE(warnings(logger, "read_manufacture", QStringLiteral("Unknown manufacturer ... ")),
+                 told);
+        QCOMPARE(warnings(logger, "read_brand", QStringLiteral("Unknown brand apply Kelma ... ")),
+                 told);
+        QCOMPARE(
+            warnings(logger, "read_image_version", QStringLiteral("Unknown image version ... ")),
+            told);
     }
 
     void a_new_language_removes_every_translator() {
