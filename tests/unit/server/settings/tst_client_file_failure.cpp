@@ -27,6 +27,9 @@ void* operator new(std::size_t _size) {
     }
     throw std::bad_alloc();
 }
+void* operator new(std::size_t _size, const std::nothrow_t&) noexcept {
+    return std::malloc(_size == 0 ? 1 : _size);
+}
 void operator delete(void* _memory) noexcept {
     std::free(_memory);
 }
