@@ -129,13 +129,16 @@ QString settings_file_t::check_writable() const {
 
 QString settings_file_t::write(const QByteArray& _text) const {
     const QString next = file + QStringLiteral(".new");
+    QString error;
     if (!write_whole(next, _text)) {
-        const QString error = sentence(QStringLiteral("cannot write"), next);
+        error = sentence(QStringLiteral("cannot write"), next);
+    } else if (::rename(QFile::encodeName(next).constData(), QFile::encodeName(file).constData()) !=
+               0) {
+        error = sentence(QStringLiteral("cannot replace"), file);
+    }
+    if (!error.isEmpty()) {
         ::unlink(QFile::encodeName(next).constData());
         return error;
-    }
-    if (::rename(QFile::encodeName(next).constData(), QFile::encodeName(file).constData()) != 0) {
-        return sentence(QStringLiteral("cannot replace"), file);
     }
     const QString folder_path = QFileInfo(file).absolutePath();
     const descriptor_t folder(folder_path, O_RDONLY | O_DIRECTORY);

@@ -61,8 +61,13 @@ QString utility_t::getHash(const QJsonObject& object) {
 
 QString utility_t::getHash(const QString& path, QCryptographicHash::Algorithm algorithm) {
     QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return {};
+    }
     QCryptographicHash hash(algorithm);
-    if (!file.open(QIODevice::ReadOnly) || !hash.addData(&file)) {
+    hash.addData(&file);
+    // The hash takes a read that fails for the end of the file.
+    if (file.error() != QFileDevice::NoError) {
         return {};
     }
     return QString::fromLatin1(hash.result().toHex());

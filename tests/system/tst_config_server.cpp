@@ -64,6 +64,7 @@ class tst_config_server : public QObject {
     void start_that_fails_is_one_sentence();
     void port_in_use_is_one_sentence();
     void second_server_on_a_file_is_refused();
+    void without_options_port_4321_and_a_file_here_are_used();
 
  private:
     QJsonObject document_on_disk() const {
@@ -263,6 +264,24 @@ void tst_config_server::second_server_on_a_file_is_refused() {
     QCOMPARE(second.status, 1);
     QVERIFY(second.error.contains("another server"));
     QCOMPARE(http_t(first.url(), false).get("a").getData(), 1);
+}
+
+// The port is taken here, or by whoever had it before: nothing is served on it.
+void tst_config_server::without_options_port_4321_and_a_file_here_are_used() {
+    QTcpServer other;
+    other.listen(QHostAddress::LocalHost, 4321);
+    const ended_t ended = run({"--file", file});
+    QCOMPARE(ended.status, 1);
+    QVERIFY2(ended.error.contains("127.0.0.1, port 4321:"), ended.error.constData());
+
+    QProcess process;
+    process.setWorkingDirectory(folder->path());
+    process.start(QStringLiteral(TORLAN_CONFIG), {"--port", "0"});
+    QVERIFY(process.waitForReadyRead(process_timeout_ms));
+    QCOMPARE(document_on_disk(), QJsonObject());
+    QVERIFY(QFile::exists(file));
+    process.kill();
+    QVERIFY(process.waitForFinished(process_timeout_ms));
 }
 
 QTEST_GUILESS_MAIN(tst_config_server)

@@ -33,6 +33,8 @@ class tst_gated_listener_t : public QObject {
     void too_many_connections_are_refused_and_recover();
     void only_loopback_is_listened_on();
     void request_in_pieces_is_served();
+    void no_connection_is_kept();
+    void shipped_limits();
 
  private:
     QByteArray exchange(const QByteArray& _bytes) const {
@@ -156,6 +158,22 @@ void tst_gated_listener_t::request_in_pieces_is_served() {
     }
     QCOMPARE(status_of(all_of(socket.get())), 200);
     QCOMPARE(document(), "{\"a\":\"in pieces\"}");
+}
+
+void tst_gated_listener_t::no_connection_is_kept() {
+    gated_listener_t alone;
+    QVERIFY(alone.listen(QHostAddress::LocalHost));
+    QCOMPARE(status_of(raw_http::exchange(alone.serverPort(), request("DELETE /"))), 405);
+    {
+        const auto socket = connected(alone.serverPort());
+        QTRY_VERIFY(!alone.findChildren<QTcpSocket*>().isEmpty());
+    }
+    QTRY_VERIFY(alone.findChildren<QTcpSocket*>().isEmpty());
+}
+
+void tst_gated_listener_t::shipped_limits() {
+    QCOMPARE(gated_listener_t::default_limit_ms, 10000);
+    QCOMPARE(gated_listener_t::max_connections, 64);
 }
 
 QTEST_GUILESS_MAIN(tst_gated_listener_t)

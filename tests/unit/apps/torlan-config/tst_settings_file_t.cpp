@@ -27,6 +27,7 @@ class tst_settings_file_t : public QObject {
     void link_stays_a_link();
     void unusable_document_is_one_sentence_data();
     void unusable_document_is_one_sentence();
+    void file_above_the_limit_is_not_read_further();
     void unusable_folder_is_one_sentence();
     void folder_without_write_permission_is_one_sentence();
 
@@ -189,6 +190,15 @@ void tst_settings_file_t::unusable_document_is_one_sentence() {
     QVERIFY(error.contains(path));
     QVERIFY(!error.contains('\n'));
     QVERIFY(bytes() == text);
+}
+
+// What was read of it would do.
+void tst_settings_file_t::file_above_the_limit_is_not_read_further() {
+    QCOMPARE(settings_file_t::max_bytes, 4194304);
+    put_bytes("{}" + QByteArray(settings_file_t::max_bytes - 2, ' '));
+    QCOMPARE(settings_file_t().open(path), QString());
+    put_bytes("{}" + QByteArray(settings_file_t::max_bytes - 1, ' '));
+    QVERIFY(settings_file_t().open(path).contains("is larger than 4194304 bytes"));
 }
 
 void tst_settings_file_t::unusable_folder_is_one_sentence() {

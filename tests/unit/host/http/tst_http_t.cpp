@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "fakes/tiny_http_server_t.h"
+#include "http/http_exchange_t.h"
 #include "http/http_t.h"
 
 using fakes::tiny_http_server_t;
@@ -29,9 +30,11 @@ class tst_http_t : public QObject {
     void whole_exchange_ends_within_the_timeout();
     void answer_above_the_limit_is_refused();
     void endless_head_is_refused();
+    void head_above_the_limit_is_refused();
     void nobody_listening_is_an_error();
     void unusable_address_is_an_error_data();
     void unusable_address_is_an_error();
+    void other_protocols_are_never_spoken();
     void address_is_encoded_and_kept_as_given();
     void redirect_is_not_followed();
     void proxy_of_the_environment_is_never_used_for_loopback();
@@ -201,7 +204,8 @@ void tst_http_t::whole_exchange_ends_within_the_timeout() {
     QElapsedTimer timer;
     timer.start();
     QCOMPARE(http.get({}).getError(), int(httpresponse_t::timed_out));
-    QVERIFY2(timer.elapsed() >= 290, "it gave up early");
+    QCOMPARE(http.put("a", 1).getError(), int(httpresponse_t::timed_out));
+    QVERIFY2(timer.elapsed() >= 590, "it gave up early");
     QVERIFY2(timer.elapsed() < 5000, "it did not give up in time");
 }
 
@@ -222,6 +226,14 @@ void tst_http_t::endless_head_is_refused() {
         answer_t{"HTTP/1.1 200 OK\r\n" + line.repeated(20000) + "\r\n{}", false});
     const int error = http_t(server.url(), false).get({}).getError();
     QVERIFY(error == httpresponse_t::too_large || error == httpresponse_t::broken_answer);
+}
+
+void tst_http_t::head_above_the_limit_is_refused() {
+    tiny_http_server_t server(tiny_http_server_t::json("5"));
+    http_exchange_t exchange{"GET", server.url().toUtf8(), {}, 5000, false, 200};
+    QCOMPARE(exchange.run().error, 0);
+    exchange.max_bytes = 20;
+    QCOMPARE(exchange.run().error, int(httpresponse_t::too_large));
 }
 
 void tst_http_t::nobody_listening_is_an_error() {
@@ -251,6 +263,15 @@ void tst_http_t::unusable_address_is_an_error() {
     const http_t http(base, false);
     QVERIFY(http.get("a").getError() != 0);
     QVERIFY(http.put("a", 1).getError() != 0);
+}
+
+void tst_http_t::other_protocols_are_never_spoken() {
+    QTcpServer probe;
+    QVERIFY(probe.listen(QHostAddress::LocalHost));
+    http_t http(QStringLiteral("ftp://127.0.0.1:%1/").arg(probe.serverPort()), false);
+    http.set_timeout(500);
+    QVERIFY(http.get("a").getError() != 0);
+    QVERIFY(!probe.waitForNewConnection(50));
 }
 
 void tst_http_t::address_is_encoded_and_kept_as_given() {
@@ -366,6 +387,7 @@ void tst_http_t::fresh_response_is_an_error() {
 
 void tst_http_t::shipped_constants() {
     QCOMPARE(http_t::LIBHTTP_VERSION, "1.0.1");
+    QCOMPARE(http_t::max_answer_bytes, 16777216);
     http_t http("http://127.0.0.1/", false, this);
     QCOMPARE(http.parent(), this);
     QCOMPARE(http.timeout(), 5000);

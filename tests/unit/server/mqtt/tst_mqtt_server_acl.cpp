@@ -7,7 +7,7 @@
 #include "drivers/plugins/plugin_driver_api/mqtt/api_v1/mqtt_server_api_v1_t.h"
 #include "drivers/plugins/plugin_driver_api/mqtt/mqtt_server_t.h"
 #include "fakes/settle.h"
-#include "fakes/small_home.h"
+#include "unit/server/mqtt/support/furnished_test_t.h"
 
 using interfaces::data_api_elements_t;
 using interfaces::mqtt_server_api_v1_t;
@@ -34,21 +34,17 @@ QStringList first_arguments(const QSignalSpy& _spy) {
 
 }  // namespace
 
-class tst_mqtt_server_acl : public QObject {
+class tst_mqtt_server_acl : public furnished_test_t {
     Q_OBJECT
 
  private Q_SLOTS:
     void init() {
-        home = std::make_unique<fakes::memory_database_t>();
-        fakes::furnish(*home);
-        elements = std::make_unique<data_api_elements_t>(home->get(), nullptr);
-        elements->setEnabled(false);
+        furnish(false);
         server = std::make_unique<mqtt_server_t>(elements.get(), nullptr);
     }
     void cleanup() {
         server.reset();
-        elements.reset();
-        home.reset();
+        clear();
     }
 
     void enabling_has_an_order() {
@@ -284,8 +280,6 @@ class tst_mqtt_server_acl : public QObject {
         timer()->setInterval(10000);
     }
 
-    std::unique_ptr<fakes::memory_database_t> home;
-    std::unique_ptr<data_api_elements_t> elements;
     std::unique_ptr<mqtt_server_t> server;
 };
 

@@ -5,9 +5,7 @@
 #include <memory>
 
 #include "drivers/plugins/plugin_driver_api/mqtt/api_v1/mqtt_server_api_v1_t.h"
-#include "fakes/small_home.h"
-
-using interfaces::data_api_elements_t;
+#include "unit/server/mqtt/support/furnished_test_t.h"
 
 namespace {
 
@@ -26,21 +24,17 @@ constexpr const char* invalid = R"({"error":405,"message":"Topic not valid"})";
 
 }  // namespace
 
-class tst_mqtt_server_api_v1_routes : public QObject {
+class tst_mqtt_server_api_v1_routes : public furnished_test_t {
     Q_OBJECT
 
  private Q_SLOTS:
     void init() {
-        home = std::make_unique<fakes::memory_database_t>();
-        fakes::furnish(*home);
-        elements = std::make_unique<data_api_elements_t>(home->get(), nullptr);
-        elements->setEnabled(true);
+        furnish(true);
         handler = std::make_unique<probe_t>(elements.get(), nullptr);
     }
     void cleanup() {
         handler.reset();
-        elements.reset();
-        home.reset();
+        clear();
     }
 
     void before_the_routes_are_set_nothing_is_answered() {
@@ -166,8 +160,6 @@ class tst_mqtt_server_api_v1_routes : public QObject {
         return QJsonDocument(spy[0][1].toJsonObject()).toJson(QJsonDocument::Compact);
     }
 
-    std::unique_ptr<fakes::memory_database_t> home;
-    std::unique_ptr<data_api_elements_t> elements;
     std::unique_ptr<probe_t> handler;
     QByteArray answer_topic;
     bool answer_retained = false;

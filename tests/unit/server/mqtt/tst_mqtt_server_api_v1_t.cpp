@@ -7,9 +7,8 @@
 #include <memory>
 
 #include "fakes/recording_logger_t.h"
-#include "fakes/small_home.h"
+#include "unit/server/mqtt/support/furnished_test_t.h"
 
-using interfaces::data_api_elements_t;
 using interfaces::mqtt_server_api_v1_t;
 
 namespace {
@@ -42,21 +41,17 @@ constexpr const char* lamp_empty = R"({"functions":{},"name":"Kitchen lamp","typ
 
 }  // namespace
 
-class tst_mqtt_server_api_v1_t : public QObject {
+class tst_mqtt_server_api_v1_t : public furnished_test_t {
     Q_OBJECT
 
  private Q_SLOTS:
     void init() {
-        home = std::make_unique<fakes::memory_database_t>();
-        fakes::furnish(*home);
-        elements = std::make_unique<data_api_elements_t>(home->get(), nullptr);
-        elements->setEnabled(true);
+        furnish(true);
         handler = std::make_unique<mqtt_server_api_v1_t>(elements.get(), nullptr);
     }
     void cleanup() {
         handler.reset();
-        elements.reset();
-        home.reset();
+        clear();
     }
 
     void its_version_word_is_v1() {
@@ -249,8 +244,6 @@ class tst_mqtt_server_api_v1_t : public QObject {
     }
 
  private:
-    std::unique_ptr<fakes::memory_database_t> home;
-    std::unique_ptr<data_api_elements_t> elements;
     std::unique_ptr<mqtt_server_api_v1_t> handler;
 };
 

@@ -8,9 +8,8 @@
 #include "drivers/plugins/plugin_driver_api/mqtt/api_v1/mqtt_server_api_v1_t.h"
 #include "fakes/recording_logger_t.h"
 #include "fakes/settle.h"
-#include "fakes/small_home.h"
+#include "unit/server/mqtt/support/furnished_test_t.h"
 
-using interfaces::data_api_elements_t;
 using interfaces::mqtt_server_api_v1_t;
 using interfaces::mqtt_server_t;
 
@@ -35,22 +34,18 @@ class queued_calls_t : public QObject {
 
 }  // namespace
 
-class tst_mqtt_server_t : public QObject {
+class tst_mqtt_server_t : public furnished_test_t {
     Q_OBJECT
 
  private Q_SLOTS:
     void init() {
         logger = std::make_unique<fakes::recording_logger_t>();
-        home = std::make_unique<fakes::memory_database_t>();
-        fakes::furnish(*home);
-        elements = std::make_unique<data_api_elements_t>(home->get(), nullptr);
-        elements->setEnabled(false);
+        furnish(false);
         server = std::make_unique<mqtt_server_t>(elements.get(), nullptr);
     }
     void cleanup() {
         server.reset();
-        elements.reset();
-        home.reset();
+        clear();
         logger.reset();
     }
 
@@ -268,8 +263,6 @@ class tst_mqtt_server_t : public QObject {
     }
 
     std::unique_ptr<fakes::recording_logger_t> logger;
-    std::unique_ptr<fakes::memory_database_t> home;
-    std::unique_ptr<data_api_elements_t> elements;
     std::unique_ptr<mqtt_server_t> server;
 };
 

@@ -3,8 +3,11 @@
 #include <cstdlib>
 #include <new>
 
+#include "http/http_t.h"
 #include "logs/classlogs.h"
+#include "unit/server/settings/support/config_server_t.h"
 #include "unit/server/settings/support/options_guard_t.h"
+#include "utility/cnfserver.h"
 #include "utility/http_read_config_server_t.h"
 
 namespace {
@@ -23,6 +26,9 @@ void* operator new(std::size_t _size) {
         return memory;
     }
     throw std::bad_alloc();
+}
+void* operator new(std::size_t _size, const std::nothrow_t&) noexcept {
+    return std::malloc(_size == 0 ? 1 : _size);
 }
 void operator delete(void* _memory) noexcept {
     std::free(_memory);
@@ -68,6 +74,17 @@ class tst_client_file_failure : public QObject {
         QCOMPARE(logger.lines.at(2),
                  QStringLiteral("2 generate_HTTP_ClientFileConfig Error to craete mqtt "
                                 "configuration client /config/comunication.json"));
+    }
+
+    void a_file_that_could_not_be_written_is_no_failure_of_the_whole() {
+        const options_guard_t options;
+        config_server_t server;
+        server.answer("GET", "200 OK", R"({"installation":{"installation_id":"i"}})");
+        QVERIFY(http_t::map_base(utility::cnfserver::base, server.port()));
+        utility::http_read_config_server_t client(nullptr);
+        const exhausting_logger_t logger;
+        QVERIFY(client.read_configuration());
+        QVERIFY(logger.lines.constLast().contains(QLatin1String("Error to craete")));
     }
 };
 

@@ -30,6 +30,9 @@ static_assert(is_plain_group<statics_o::mosquitto_o>);
 static_assert(is_plain_group<cnfserver::realtime_o::torlan_o>);
 static_assert(is_plain_group<cnfserver::realtime_o::torlan_o::database_o>);
 static_assert(is_plain_group<cnfserver::torlan_o>);
+static_assert(!std::is_same_v<statics_o::torlan_o, cnfserver::realtime_o::torlan_o> &&
+              !std::is_same_v<statics_o::torlan_o, cnfserver::torlan_o> &&
+              !std::is_same_v<cnfserver::realtime_o::torlan_o, cnfserver::torlan_o>);
 static_assert(std::is_constructible_v<statics_o::mosquitto_o, QString> &&
               !std::is_convertible_v<QString, statics_o::mosquitto_o>);
 
@@ -295,6 +298,13 @@ class tst_cnfserver : public QObject {
         QCOMPARE(cnfserver::realtime_o::base + cnfserver::realtime_o::torlan_o::base +
                      cnfserver::realtime_o::torlan_o::database,
                  QStringLiteral("realtime/torlan/database"));
+        QCOMPARE(cnfserver::realtime_o::base + cnfserver::realtime_o::torlan_o::base +
+                     cnfserver::realtime_o::torlan_o::database_o::base +
+                     cnfserver::realtime_o::torlan_o::database_o::installation,
+                 QStringLiteral("realtime/torlan/database/installation"));
+        QCOMPARE(cnfserver::installation_o::base + cnfserver::installation_o::cloud_o::base +
+                     cnfserver::installation_o::cloud_o::cloud_api_token,
+                 QStringLiteral("installation/cloud/cloud_api_token"));
     }
 
     void equal_keys_of_two_groups_stay_two_constants() {
@@ -308,6 +318,8 @@ class tst_cnfserver : public QObject {
         const QString& realtime = cnfserver::realtime_o::torlan_o::database;
         QCOMPARE(database, realtime);
         QVERIFY(&database != &realtime);
+        QCOMPARE(cnfserver::torlan_o::base + cnfserver::torlan_o::database,
+                 QStringLiteral("torlan/database"));
     }
 
     // One translation unit constructs its constants in the order of their definitions.

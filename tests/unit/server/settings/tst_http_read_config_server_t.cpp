@@ -1,130 +1,30 @@
 #include "utility/http_read_config_server_t.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <QCoreApplication>
-#include <QDir>
-#include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QPointer>
-#include <QTemporaryDir>
-#include <QTest>
-#include <memory>
+#include <QThread>
 
-#include "fakes/recording_logger_t.h"
-#include "http/http_t.h"
-#include "unit/server/settings/support/config_server_t.h"
-#include "unit/server/settings/support/options_guard_t.h"
-#include "utility/cnfserver.h"
+#include "unit/server/settings/support/client_test_t.h"
+#include "unit/server/settings/support/fake_getprop_t.h"
 
+using client_test::client_lines;
+using client_test::document;
+using client_test::entry_t;
+using client_test::json;
 using fakes::recording_logger_t;
-using utility::cnfserver;
 using utility::http_read_config_server_t;
 using utility::torlan_option_t;
 
-namespace {
-
-const QString source = QStringLiteral("server/utility/http_read_config_server_t");
-
-/// A line without its number, which is any.
-struct entry_t {
-    int level;
-    QString text;
-    QString function;
-
-    bool operator==(const entry_t&) const = default;
-};
-
-QList<entry_t> client_lines(const recording_logger_t& _logger) {
-    QList<entry_t> list;
-    for (const recording_logger_t::line_t& line : _logger.lines()) {
-        if (line.source == source && line.line > 0) {
-            list.append({line.level, line.message, line.function});
-        }
-    }
-    return list;
-}
-
-/// @p _text with double quotes for its single ones: easier to read here.
-QByteArray quoted(QByteArray _text) {
-    return _text.replace('\'', '"');
-}
-
-QJsonObject json(const QByteArray& _text) {
-    return QJsonDocument::fromJson(quoted(_text)).object();
-}
-
-QJsonObject document(const QString& _id, const QString& _client_folder) {
-    QJsonObject config = json(
-        "{ "
-        "'installation': {'master': 'yes'}, "
-        "'static': { "
-        "'drdconf': {'serial': 'S-77'}, "
-        "'device': {'product_name': 'Box'}, "
-        "'mosquitto': {'mqtt_cloud_url': 'mqtts://cloud'}, "
-        "'torlan': { "
-        "'comunication': {'port': 1883, 'global': {'name': 'house'}}, "
-        "'paths': {'logs': '/l', 'plugins': '/p', 'system_ca_certs': '/ca', "
-        "'cacerts': ['b.pem', 7, 'a.pem']}, "
-        "'urls': {'cloud_service': 'https://service', 'cloud_web': 'https://web'}}}} ");
-    QJsonObject installation = config[QLatin1String("installation")].toObject();
-    installation[QLatin1String("installation_id")] = _id;
-    config[QLatin1String("installation")] = installation;
-    QJsonObject statics = config[QLatin1String("static")].toObject();
-    QJsonObject torlan = statics[QLatin1String("torlan")].toObject();
-    QJsonObject paths = torlan[QLatin1String("paths")].toObject();
-    paths[QLatin1String("client_communication")] = _client_folder;
-    torlan[QLatin1String("paths")] = paths;
-    statics[QLatin1String("torlan")] = torlan;
-    config[QLatin1String("static")] = statics;
-    return config;
-}
-
-QByteArray bytes(const QJsonObject& _object) {
-    return QJsonDocument(_object).toJson(QJsonDocument::Compact);
-}
-
-}  // namespace
-
-class tst_http_read_config_server_t : public QObject {
+class tst_http_read_config_server_t : public client_test_t {
     Q_OBJECT
 
- private:
-    QString folder() const { return clients->path(); }
-    QString file_name() const {
-        return clients->filePath(QStringLiteral("config/comunication.json"));
-    }
-
-    QJsonObject client_file() const {
-        QFile file(file_name());
-        return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object()
-                                              : QJsonObject{{QStringLiteral("missing"), true}};
-    }
-
-    void serve(const QJsonObject& _config) { server->answer("GET", "200 OK", bytes(_config)); }
-
-    std::unique_ptr<config_server_t> server;
-    std::unique_ptr<QTemporaryDir> clients;
-    std::unique_ptr<options_guard_t> options;
-    std::unique_ptr<http_read_config_server_t> client;
-
  private Q_SLOTS:
-    void init() {
-        server = std::make_unique<config_server_t>();
-        server->answer("PUT", "200 OK", "{}");
-        QVERIFY(http_t::map_base(cnfserver::base, server->port()));
-        clients = std::make_unique<QTemporaryDir>();
-        QVERIFY(QDir(folder()).mkdir(QStringLiteral("config")));
-        options = std::make_unique<options_guard_t>();
-        client = std::make_unique<http_read_config_server_t>(nullptr);
-    }
-
-    void cleanup() {
-        client.reset();
-        http_read_config_server_t::destroyInstance();
-        options.reset();
-        server.reset();
-        clients.reset();
-    }
+    void init() { build(); }
+    void cleanup() { take_down(); }
 
     void settings_are_copied_into_the_options() {
         serve(document(QStringLiteral("id-1"), folder()));
@@ -179,17 +79,36 @@ class tst_http_read_config_server_t : public QObject {
         if (QFile::exists(QStringLiteral("/config"))) {
             QSKIP("the client file would be written at the root of this machine");
         }
+        serve(document(QStringLiteral("id-0"), folder()));
+        QVERIFY(client->read_configuration());
         serve({{QStringLiteral("installation"),
                 QJsonObject{{QStringLiteral("installation_id"), QStringLiteral("id-1")}}}});
         const recording_logger_t logger;
         QVERIFY(client->read_configuration());
-        QCOMPARE(torlan_option_t::ClientFolder(), QString());
-        QCOMPARE(torlan_option_t::CloudWeb(), QString());
+        for (const QString& text : {torlan_option_t::LogsFolder(), torlan_option_t::PluginFolder(),
+                                    torlan_option_t::SystemCaCerts(),
+                                    torlan_option_t::ClientFolder(), torlan_option_t::Serial(),
+                                    torlan_option_t::ProductName(), torlan_option_t::CloudService(),
+                                    torlan_option_t::CloudWeb(), torlan_option_t::CloudMQTTUrl()}) {
+            QCOMPARE(text, QString());
+        }
         QVERIFY(torlan_option_t::CaCertsFile().isEmpty());
+        QCOMPARE(torlan_option_t::InstallationId(), QStringLiteral("id-1"));
         const QList<entry_t> expected{
             {4, QStringLiteral("Save client configuration file to: /config/comunication.json"),
              QStringLiteral("generate_HTTP_ClientFileConfig")}};
         QCOMPARE(client_lines(logger), expected);
+    }
+
+    void certificates_that_are_no_list_leave_none() {
+        serve(document(QStringLiteral("id-1"), folder()));
+        QVERIFY(client->read_configuration());
+        serve(
+            json("{'installation':{'installation_id':'i'},"
+                 "'static':{'torlan':{'paths':{'client_communication':'/none',"
+                 "'cacerts':'a.pem'}}}}"));
+        QVERIFY(client->read_configuration());
+        QVERIFY(torlan_option_t::CaCertsFile().isEmpty());
     }
 
     void values_that_are_no_text_become_empty() {
@@ -255,159 +174,41 @@ class tst_http_read_config_server_t : public QObject {
     void without_options_nothing_is_read() {
         options.reset();
         serve(document(QStringLiteral(" "), folder()));
+        const recording_logger_t logger;
         QVERIFY(!client->read_configuration());
+        const QList<entry_t> expected{{0, QStringLiteral("Config server - no options to fill"),
+                                       QStringLiteral("read_configuration")}};
+        QCOMPARE(client_lines(logger), expected);
         const http_read_config_server_t early(nullptr);
         QCOMPARE(server->requests().size(), 1);
     }
 
-    void an_id_around_characters_is_kept_with_its_blanks() {
-        const QString id = QStringLiteral("  id 1 ");
-        serve(document(id, folder()));
-        const recording_logger_t logger;
-        QVERIFY(client->read_configuration());
-        QCOMPARE(torlan_option_t::InstallationId(), id);
-        QCOMPARE(server->requests().size(), 1);
-        QCOMPARE(client_lines(logger).size(), 1);
-    }
-
-    void a_blank_id_is_replaced_and_stored_data() {
-        QTest::addColumn<QString>("blank");
-        QTest::newRow("empty") << QString();
-        QTest::newRow("blanks") << QStringLiteral("   ");
-        QTest::newRow("white space") << QStringLiteral("\t\n ");
-    }
-
-    void a_blank_id_is_replaced_and_stored() {
-        QFETCH(const QString, blank);
-        serve(document(blank, folder()));
-        const recording_logger_t logger;
-        QVERIFY(client->read_configuration());
-
-        const QString id = torlan_option_t::InstallationId();
-        QCOMPARE(id.size(), 32);
-        const config_server_t::request_t put = server->requests().value(1);
-        QCOMPARE(put.method, QByteArray("PUT"));
-        QCOMPARE(put.target, QByteArray("/installation/installation_id?runtriggers=true"));
-        QCOMPARE(put.body, '"' + id.toUtf8() + '"');
-        QCOMPARE(server->requests().size(), 2);
-
-        const QString check = QStringLiteral("check_HTTP_InstallationId");
-        const QList<entry_t> expected{
-            {6, QStringLiteral("Generate new installation_id"), check},
-            {6, QStringLiteral("Save new instalaltion_id in config server: ") + id, check},
-            {4, QStringLiteral("Save client configuration file to: ") + file_name(),
-             QStringLiteral("generate_HTTP_ClientFileConfig")}};
-        QCOMPARE(client_lines(logger), expected);
-
-        const QJsonObject written{{QStringLiteral("port"), 1883},
-                                  {QStringLiteral("global"),
-                                   QJsonObject{{QStringLiteral("name"), QStringLiteral("house")},
-                                               {QStringLiteral("installation_id"), id}}}};
-        QCOMPARE(client_file(), written);
-    }
-
-    void a_stored_id_stands_in_both_places_of_the_document() {
-        QJsonObject config = document(QString(), folder());
-        http_t http(cnfserver::base, false, nullptr);
-        const QString id = client->check_HTTP_InstallationId(config, &http, QString());
-        QCOMPARE(config[QLatin1String("installation")][QLatin1String("installation_id")].toString(),
-                 id);
-        QCOMPARE(config[QLatin1String("installation")][QLatin1String("master")].toString(),
-                 QStringLiteral("yes"));
-        const QJsonValue comunication =
-            config[QLatin1String("static")][QLatin1String("torlan")][QLatin1String("comunication")];
-        QCOMPARE(comunication[QLatin1String("global")][QLatin1String("installation_id")].toString(),
-                 id);
-        QCOMPARE(comunication[QLatin1String("global")][QLatin1String("name")].toString(),
-                 QStringLiteral("house"));
-    }
-
-    void an_id_in_use_leaves_the_document_alone() {
-        QJsonObject config{{QStringLiteral("a"), 1}};
-        const QJsonObject before = config;
-        QCOMPARE(client->check_HTTP_InstallationId(config, nullptr, QStringLiteral(" x ")),
-                 QStringLiteral(" x "));
-        QCOMPARE(config, before);
-    }
-
-    // Updates make no missing objects: the id takes the place of the first one that is missing.
-    void an_id_lands_where_the_document_ends_data() {
-        QTest::addColumn<QByteArray>("before");
-        QTest::addColumn<QByteArray>("after");
-
-        QTest::newRow("no global")
-            << quoted("{'installation':{},'static':{'torlan':{'comunication':{'a':1}}}}")
-            << quoted(
-                   "{'installation':{'installation_id':'ID'},'static':{'torlan':{'comunication':{'"
-                   "a':1,'global':'ID'}}}}");
-        QTest::newRow("no comunication") << quoted("{'installation':{},'static':{'torlan':{}}}")
-                                         << quoted(
-                                                "{'installation':{'installation_id':'ID'},'static':"
-                                                "{'torlan':{'comunication':'ID'}}}");
-        QTest::newRow("nothing") << quoted("{'a':1}")
-                                 << quoted("{'a':1,'installation':'ID','static':'ID'}");
-    }
-
-    void an_id_lands_where_the_document_ends() {
-        QFETCH(const QByteArray, before);
-        QFETCH(QByteArray, after);
-        QJsonObject config = QJsonDocument::fromJson(before).object();
-        http_t http(cnfserver::base, false, nullptr);
-        const QString id = client->check_HTTP_InstallationId(config, &http, QString());
-        QCOMPARE(bytes(config), after.replace("ID", id.toUtf8()));
-    }
-
-    void the_client_file_is_readable_by_all_and_indented() {
+    void a_repeated_creation_of_the_options_keeps_the_settings() {
         serve(document(QStringLiteral("id-1"), folder()));
         QVERIFY(client->read_configuration());
-        QFile file(file_name());
-        const QFileDevice::Permissions expected = QFileDevice::ReadOwner | QFileDevice::WriteOwner |
-                                                  QFileDevice::ReadGroup | QFileDevice::ReadOther;
-        QCOMPARE(file.permissions() & ~(QFileDevice::ReadUser | QFileDevice::WriteUser), expected);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QVERIFY(file.readAll().startsWith("{\n    \"global\""));
+        options_guard_t::create();
+        QCOMPARE(torlan_option_t::LogsFolder(), QStringLiteral("/l"));
+        QCOMPARE(torlan_option_t::CaCertsFile().size(), 3);
+        QCOMPARE(torlan_option_t::InstallationId(), QStringLiteral("id-1"));
     }
 
-    void a_folder_with_a_slash_at_its_end_gives_two() {
-        serve(document(QStringLiteral("id-1"), folder() + QLatin1Char('/')));
-        const recording_logger_t logger;
-        QVERIFY(client->read_configuration());
-        QCOMPARE(logger.count(QStringLiteral("Save client configuration file to: ") + folder() +
-                              QStringLiteral("//config/comunication.json")),
-                 1);
-        QVERIFY(QFile::exists(file_name()));
-    }
-
-    void settings_that_are_no_object_are_written_as_an_empty_one_data() {
-        QTest::addColumn<QByteArray>("config");
-        QTest::newRow("missing") << quoted("{'a':1}");
-        QTest::newRow("text") << quoted("{'static':{'torlan':{'comunication':'x'}}}");
-        QTest::newRow("array") << quoted("{'static':{'torlan':{'comunication':[1]}}}");
-    }
-
-    void settings_that_are_no_object_are_written_as_an_empty_one() {
-        QFETCH(const QByteArray, config);
+    void settings_are_copied_while_the_options_are_locked() {
+        fake_getprop_t device;
+        const QString fifo = clients->filePath(QStringLiteral("fifo"));
+        QCOMPARE(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+        const int hold = ::open(QFile::encodeName(fifo).constData(), O_RDWR | O_CLOEXEC);
+        device.answer("persist.sys.locale", "exec cat '" + QFile::encodeName(fifo) + '\'');
         serve(document(QStringLiteral("id-1"), folder()));
-        QVERIFY(client->read_configuration());
-        client->generate_HTTP_ClientFileConfig(QJsonDocument::fromJson(config).object());
-        QCOMPARE(client_file(), QJsonObject());
-    }
 
-    void a_client_file_that_cannot_be_opened_goes_unnoticed() {
-        serve(document(QStringLiteral("id-1"), folder() + QStringLiteral("/none")));
-        const recording_logger_t logger;
+        const std::unique_ptr<QThread> creation(
+            QThread::create([]() { options_guard_t::create(); }));
+        creation->start();
+        QTRY_COMPARE(device.calls().size(), 1);
         QVERIFY(client->read_configuration());
-        QCOMPARE(client_lines(logger).size(), 1);
-    }
-
-    void nothing_needs_a_logger() {
-        serve(document(QString(), folder()));
-        QVERIFY(client->read_configuration());
-        QCOMPARE(
-            client_file()[QLatin1String("global")][QLatin1String("installation_id")].toString(),
-            torlan_option_t::InstallationId());
-        server->answer("GET", "200 OK", "{}");
-        QVERIFY(!client->read_configuration());
+        QVERIFY(!creation->isFinished());
+        ::close(hold);
+        QVERIFY(creation->wait());
+        QCOMPARE(torlan_option_t::InstallationId(), QStringLiteral("id-1"));
     }
 
     void there_is_one_instance_until_it_is_destroyed() {

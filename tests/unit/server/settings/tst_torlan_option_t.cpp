@@ -5,11 +5,12 @@
 #include <QSemaphore>
 #include <QTest>
 #include <QThread>
+#include <functional>
 #include <memory>
+#include <utility>
 
 #include "fakes/recording_logger_t.h"
 #include "unit/server/settings/support/fake_getprop_t.h"
-#include "unit/server/settings/support/loaded_translator_t.h"
 #include "unit/server/settings/support/options_guard_t.h"
 
 using database::definition::type_brand_t;
@@ -19,31 +20,19 @@ using utility::type_configuration_mode_t;
 
 namespace {
 
-const QString source = QStringLiteral("server/utility/torlan_option_t");
-
-bool logged(const recording_logger_t& _logger, const char* _text, int _level,
-            const char* _function) {
-    for (const recording_logger_t::line_t& line : _logger.lines()) {
-        if (line.message == QLatin1String(_text) && line.level == _level &&
-            line.function == QLatin1String(_function) && line.source == source && line.line > 0) {
-            return true;
-        }
-    }
-    return false;
-}
-
-/// A logger that tells another thread when the first line came.
-class opening_logger_t : public utility::logs::classlogs {
+/// A logger that calls back at each line.
+class calling_logger_t : public utility::logs::classlogs {
  public:
-    opening_logger_t() { setInstance(this); }
-    ~opening_logger_t() override { setInstance(nullptr); }
-    Q_DISABLE_COPY_MOVE(opening_logger_t)
-
-    void log_asynch(const QString&, int, const QString&, const QString&, int) override {
-        first_line.release();
+    explicit calling_logger_t(std::function<void()> _call) : call(std::move(_call)) {
+        setInstance(this);
     }
+    ~calling_logger_t() override { setInstance(nullptr); }
+    Q_DISABLE_COPY_MOVE(calling_logger_t)
 
-    QSemaphore first_line;
+    void log_asynch(const QString&, int, const QString&, const QString&, int) override { call(); }
+
+ private:
+    const std::function<void()> call;
 };
 
 void verify_shipped_defaults() {
@@ -71,12 +60,31 @@ class tst_torlan_option_t : public QObject {
     void getters_are_empty_without_an_instance() {
         const int numbers = type_configuration_mode_t::maxI;
         QCOMPARE(torlan_option_t::getInstance(), nullptr);
-        QCOMPARE(torlan_option_t::Platform(), QString());
+        for (const QString& text :
+             {torlan_option_t::Platform(), torlan_option_t::Manufacturer(),
+              torlan_option_t::Language(), torlan_option_t::ProductName(),
+              torlan_option_t::CloudService(), torlan_option_t::CloudWeb(),
+              torlan_option_t::CloudMQTTUrl(), torlan_option_t::Version(),
+              torlan_option_t::BuildBranch(), torlan_option_t::BuildCommit(),
+              torlan_option_t::BuildTime(), torlan_option_t::ImageVersion(),
+              torlan_option_t::PluginFolder(), torlan_option_t::SystemCaCerts(),
+              torlan_option_t::ClientFolder(), torlan_option_t::InstallationId(),
+              torlan_option_t::Serial(), torlan_option_t::LogFileName(),
+              torlan_option_t::LogsFolder()}) {
+            QCOMPARE(text, QString());
+        }
         QCOMPARE(torlan_option_t::Versions(), QJsonObject());
+        QCOMPARE(torlan_option_t::ImageVersions(), QStringList());
         QCOMPARE(torlan_option_t::CaCertsFile(), QStringList());
+        QCOMPARE(torlan_option_t::LevelBusMonitor(), 0);
+        QCOMPARE(torlan_option_t::LogLevelStd(), 0U);
+        QCOMPARE(torlan_option_t::LogLevelFile(), 0U);
         QCOMPARE(torlan_option_t::LogSize(), 0U);
+        QCOMPARE(torlan_option_t::LogRotate(), 0U);
         QCOMPARE(torlan_option_t::Avahi_browse_option(), false);
         QCOMPARE(torlan_option_t::DelayToSave(), 0);
+        QCOMPARE(torlan_option_t::DelayIterationToForceSave(), 0);
+        QCOMPARE(torlan_option_t::UpdateDateTimeToDatabase(), 0);
         QVERIFY(torlan_option_t::Brand() == type_brand_t::KELMA);
         QCOMPARE(torlan_option_t::ConfigurationMode(), type_configuration_mode_t::http);
         QCOMPARE(type_configuration_mode_t::maxI, numbers);
@@ -92,10 +100,39 @@ class tst_torlan_option_t : public QObject {
         QVERIFY(logger.lines().isEmpty());
     }
 
-    void a_new_object_is_empty() {
+    void a_new_object_is_not_the_instance() {
         const torlan_option_t options(nullptr);
         QCOMPARE(torlan_option_t::getInstance(), nullptr);
         QVERIFY(options.parent() == nullptr);
+    }
+
+    void a_new_instance_is_empty_until_it_is_filled() {
+        fake_getprop_t device;
+        device.answer_all();
+        // The first line comes from the run for the language: everything else is still to come.
+        bool is_first = true;
+        const calling_logger_t logger([&is_first]() {
+            if (std::exchange(is_first, false)) {
+                QCOMPARE(torlan_option_t::Version(), QStringLiteral("1.2.3"));
+                QCOMPARE(torlan_option_t::Language(), QString());
+                QCOMPARE(torlan_option_t::Manufacturer(), QString());
+                QVERIFY(torlan_option_t::Brand() == type_brand_t::KELMA);
+                QCOMPARE(torlan_option_t::ImageVersions(), QStringList());
+                QCOMPARE(torlan_option_t::LogLevelStd(), 0U);
+                QCOMPARE(torlan_option_t::LogLevelFile(), 0U);
+                QCOMPARE(torlan_option_t::LogSize(), 0U);
+                QCOMPARE(torlan_option_t::LogRotate(), 0U);
+                QCOMPARE(torlan_option_t::LogFileName(), QString());
+                QCOMPARE(torlan_option_t::Avahi_browse_option(), false);
+                QCOMPARE(torlan_option_t::DelayToSave(), 0);
+                QCOMPARE(torlan_option_t::DelayIterationToForceSave(), 0);
+                QCOMPARE(torlan_option_t::UpdateDateTimeToDatabase(), 0);
+                QCOMPARE(torlan_option_t::LevelBusMonitor(), 0);
+                QCOMPARE(torlan_option_t::ConfigurationMode(), type_configuration_mode_t::http);
+            }
+        });
+        options_guard_t::create();
+        QVERIFY(!is_first);
     }
 
     void what_the_host_hands_in_is_told_by_the_getters() {
@@ -154,6 +191,45 @@ class tst_torlan_option_t : public QObject {
         verify_shipped_defaults();
     }
 
+    void creating_twice_takes_every_argument_and_fact_anew() {
+        fake_getprop_t device;
+        device.answer_all();
+        options_guard_t::create();
+        device.answer("persist.sys.locale", "echo fr-FR");
+        device.answer("ro.product.brand", "echo Domivra");
+        device.answer("ro.build.display.id", "echo next-2");
+        torlan_option_t::createInstance(nullptr, QStringLiteral("other"), QStringLiteral("9"),
+                                        QJsonObject{{QStringLiteral("k"), QStringLiteral("v")}},
+                                        QStringLiteral("side"), QStringLiteral("fedc"),
+                                        QStringLiteral("now"), nullptr);
+        QCOMPARE(torlan_option_t::Platform(), QStringLiteral("other"));
+        QCOMPARE(torlan_option_t::Version(), QStringLiteral("9"));
+        const QJsonObject versions{{QStringLiteral("k"), QStringLiteral("v")}};
+        QCOMPARE(torlan_option_t::Versions(), versions);
+        QCOMPARE(torlan_option_t::BuildBranch(), QStringLiteral("side"));
+        QCOMPARE(torlan_option_t::BuildCommit(), QStringLiteral("fedc"));
+        QCOMPARE(torlan_option_t::BuildTime(), QStringLiteral("now"));
+        QCOMPARE(torlan_option_t::Language(), QStringLiteral("fr_FR"));
+        QCOMPARE(torlan_option_t::Brand().ToString(), QStringLiteral("Domivra"));
+        QCOMPARE(torlan_option_t::ImageVersion(), QStringLiteral("next-2"));
+    }
+
+    void the_testing_flag_is_off_until_it_is_set() {
+        const options_guard_t options;
+        const auto warnings = []() {
+            const recording_logger_t logger;
+            torlan_option_t::print();
+            return logger.count(QStringLiteral("SPECIAL FUNCTION FOR TESTING ENABLE"));
+        };
+        QCOMPARE(warnings(), 0);
+        options->set_special_fuction_for_testing(true);
+        QCOMPARE(warnings(), 1);
+        options_guard_t::create();
+        QCOMPARE(warnings(), 1);
+        options->set_special_fuction_for_testing(false);
+        QCOMPARE(warnings(), 0);
+    }
+
     void the_defaults_leave_the_testing_flag_alone() {
         const recording_logger_t logger;
         const options_guard_t options;
@@ -196,11 +272,12 @@ class tst_torlan_option_t : public QObject {
         fake_getprop_t device;
         device.answer_all();
         device.answer("ro.product.manufacturer", "sleep 0.3; echo Acme");
-        opening_logger_t logger;
+        QSemaphore first_line;
+        const calling_logger_t logger([&first_line]() { first_line.release(); });
         torlan_option_t* seen = nullptr;
         QString manufacturer;
         const std::unique_ptr<QThread> other(QThread::create([&]() {
-            logger.first_line.acquire();
+            first_line.acquire();
             seen = torlan_option_t::getInstance();
             manufacturer = torlan_option_t::Manufacturer();
         }));
@@ -209,77 +286,6 @@ class tst_torlan_option_t : public QObject {
         QVERIFY(other->wait());
         QCOMPARE(seen, made);
         QCOMPARE(manufacturer, QStringLiteral("Acme"));
-    }
-
-    void translators_are_installed_recorded_and_removed() {
-        const recording_logger_t logger;
-        loaded_translator_t translator;
-        const QString name = QStringLiteral("app");
-        QVERIFY(torlan_option_t::installTranslator(&translator, QStringLiteral("it_IT"), name));
-        const QMap<QString, QTranslator*> expected{{name, &translator}};
-        QCOMPARE(torlan_option_t::Traslators(), expected);
-        QCOMPARE(QCoreApplication::translate("any", "word"), QStringLiteral("parola"));
-        QVERIFY(logged(logger, "Loaded translation for app for language: it_IT", 4,
-                       "installTranslator"));
-
-        QVERIFY(torlan_option_t::removeTranslator(name, &translator));
-        QVERIFY(torlan_option_t::Traslators().isEmpty());
-        QCOMPARE(QCoreApplication::translate("any", "word"), QStringLiteral("word"));
-        QVERIFY(!torlan_option_t::removeTranslator(name, &translator));
-    }
-
-    void a_refused_translator_is_logged_and_not_recorded() {
-        const recording_logger_t logger;
-        QTranslator empty;
-        QVERIFY(!torlan_option_t::installTranslator(&empty, QStringLiteral("it_IT"),
-                                                    QStringLiteral("%2")));
-        QVERIFY(torlan_option_t::Traslators().isEmpty());
-        QCOMPARE(logger.lines().size(), 2);
-        QVERIFY(logged(logger, "Failed to install translation for %2 langauge it_IT", 3,
-                       "installTranslator"));
-        QVERIFY(logged(logger, "Loading translation for default language", 2, "installTranslator"));
-    }
-
-    void removal_takes_the_pointer_given_not_the_one_recorded() {
-        loaded_translator_t recorded;
-        loaded_translator_t given;
-        const QString name = QStringLiteral("app");
-        QVERIFY(torlan_option_t::installTranslator(&recorded, {}, name));
-        QVERIFY(torlan_option_t::removeTranslator(name, &given));
-        QVERIFY(torlan_option_t::Traslators().isEmpty());
-        QCOMPARE(QCoreApplication::translate("any", "word"), QStringLiteral("parola"));
-        QCoreApplication::removeTranslator(&recorded);
-    }
-
-    void an_unknown_name_leaves_the_application_alone() {
-        loaded_translator_t translator;
-        QVERIFY(QCoreApplication::installTranslator(&translator));
-        QVERIFY(!torlan_option_t::removeTranslator(QStringLiteral("app"), &translator));
-        QCOMPARE(QCoreApplication::translate("any", "word"), QStringLiteral("parola"));
-    }
-
-    void an_update_removes_and_installs_for_the_present_language() {
-        fake_getprop_t device;
-        device.answer_all();
-        const options_guard_t options;
-        const recording_logger_t logger;
-        loaded_translator_t translator;
-        const QString name = QStringLiteral("app");
-        QVERIFY(torlan_option_t::installTranslator(&translator, QStringLiteral("x"), name));
-        QVERIFY(torlan_option_t::update_traslator(name, &translator));
-        QVERIFY(logged(logger, "Loaded translation for app for language: it_IT", 4,
-                       "installTranslator"));
-        QCoreApplication::removeTranslator(&translator);  // were it twice, one would be left
-        QCOMPARE(QCoreApplication::translate("any", "word"), QStringLiteral("word"));
-        QVERIFY(torlan_option_t::removeTranslator(name, &translator));
-    }
-
-    void an_update_with_a_bad_translator_loses_the_name() {
-        loaded_translator_t translator;
-        const QString name = QStringLiteral("app");
-        QVERIFY(torlan_option_t::installTranslator(&translator, {}, name));
-        QVERIFY(!torlan_option_t::update_traslator(name, nullptr));
-        QVERIFY(torlan_option_t::Traslators().isEmpty());
     }
 };
 

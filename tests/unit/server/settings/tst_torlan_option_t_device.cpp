@@ -13,6 +13,9 @@ using utility::torlan_option_t;
 
 namespace {
 
+/// Says "late-or-never" after 3 s, a second too late.
+const QByteArray late = "exec bash -c 'read -t 3; echo late-or-never'";
+
 /// How many warnings the reader wrote, and that each is this one.
 int warnings(const recording_logger_t& _logger, const char* _function, const QString& _text) {
     int count = 0;
@@ -49,7 +52,7 @@ class tst_torlan_option_t_device : public QObject {
         QTest::newRow("nothing") << QByteArray("exit 0") << fallback << 1;
         QTest::newRow("white space") << QByteArray("echo '  '") << fallback << 1;
         QTest::newRow("failure") << QByteArray("echo it-IT; exit 3") << fallback << 1;
-        QTest::newRow("late") << QByteArray("exec sleep 3") << fallback << 1;
+        QTest::newRow("late") << late << fallback << 1;
     }
 
     void the_language_is_written_twice_and_the_region_ignored() {
@@ -79,7 +82,7 @@ class tst_torlan_option_t_device : public QObject {
         QTest::newRow("empty") << QByteArray("exit 0") << QString() << 0;
         QTest::newRow("failure") << QByteArray("echo Acme; exit 1") << QStringLiteral("unknown")
                                  << 1;
-        QTest::newRow("late") << QByteArray("exec sleep 3") << QString() << 0;
+        QTest::newRow("late") << late << QString() << 0;
     }
 
     void a_manufacturer_may_be_empty_but_not_a_failure() {
@@ -109,6 +112,7 @@ class tst_torlan_option_t_device : public QObject {
         QTest::newRow("empty") << QByteArray("exit 0") << QStringLiteral("Kelma") << 0;
         QTest::newRow("failure") << QByteArray("echo Lunora; exit 1") << QStringLiteral("Kelma")
                                  << 1;
+        QTest::newRow("late") << late << QStringLiteral("Kelma") << 0;
     }
 
     void an_unknown_brand_is_the_makers_own() {
@@ -141,6 +145,7 @@ class tst_torlan_option_t_device : public QObject {
         QTest::newRow("empty") << QByteArray("exit 0") << QString() << QStringList{QString()} << 0;
         QTest::newRow("failure") << QByteArray("echo a-b-c; exit 1") << QString() << list("0|0|0")
                                  << 1;
+        QTest::newRow("late") << late << QString() << QStringList{QString()} << 0;
     }
 
     void an_image_version_is_split_at_hyphens() {
@@ -177,8 +182,11 @@ class tst_torlan_option_t_device : public QObject {
     void without_getprop_the_fallbacks_apply() {
         fake_getprop_t device;
         device.take_away();
+        const recording_logger_t logger;
         const options_guard_t options;
         QCOMPARE(torlan_option_t::Language(), QStringLiteral("en_EN"));
+        QCOMPARE(
+            warnings(logger, "read_language", QStringLiteral("Set unknown language ... en_EN")), 1);
         QCOMPARE(torlan_option_t::Brand().ToString(), QStringLiteral("Kelma"));
 
         // Whether this is a failure is the process library's word for a program that never ran.
@@ -189,6 +197,14 @@ class tst_torlan_option_t_device : public QObject {
         QCOMPARE(torlan_option_t::Manufacturer(), failed ? QStringLiteral("unknown") : QString());
         QCOMPARE(torlan_option_t::ImageVersion(), QString());
         QCOMPARE(torlan_option_t::ImageVersions().size(), failed ? 3 : 1);
+        const int told = failed ? 1 : 0;
+        QCOMPARE(warnings(logger, "read_manufacture", QStringLiteral("Unknown manufacturer ... ")),
+                 told);
+        QCOMPARE(warnings(logger, "read_brand", QStringLiteral("Unknown brand apply Kelma ... ")),
+                 told);
+        QCOMPARE(
+            warnings(logger, "read_image_version", QStringLiteral("Unknown image version ... ")),
+            told);
     }
 
     void a_new_language_removes_every_translator() {

@@ -1,9 +1,14 @@
 #include <QDir>
 #include <QTest>
+#include <algorithm>
 
 #include "fakes/recording_logger_t.h"
+#include "http/http_t.h"
+#include "unit/server/settings/support/config_server_t.h"
 #include "unit/server/settings/support/fake_getprop_t.h"
 #include "unit/server/settings/support/options_guard_t.h"
+#include "utility/cnfserver.h"
+#include "utility/http_read_config_server_t.h"
 
 using fakes::recording_logger_t;
 using utility::torlan_option_t;
@@ -105,7 +110,9 @@ class tst_torlan_option_t_print : public QObject {
         fake_getprop_t device;
         device.answer_all();
         const options_guard_t options;
-        options->set_special_fuction_for_testing(testing);
+        if (testing) {
+            options->set_special_fuction_for_testing(true);
+        }
         options->set_avahi_browse_option(true);
         options->set_level_bus_monitor(2);
         options->set_log_level_std(1);
@@ -127,6 +134,42 @@ class tst_torlan_option_t_print : public QObject {
         compare(printed(logger, "print"), expected);
     }
 
+    void each_setting_stands_behind_its_own_label() {
+        fake_getprop_t device;
+        device.answer_all();
+        const options_guard_t options;
+        config_server_t server;
+        server.answer("GET", "200 OK",
+                      R"({"installation":{"installation_id":"i-id"},"static":{)"
+                      R"("drdconf":{"serial":"s-no"},"device":{"product_name":"p-name"},)"
+                      R"("mosquitto":{"mqtt_cloud_url":"c-mqtt"},"torlan":{)"
+                      R"("paths":{"logs":"f-logs","plugins":"f-plugins","system_ca_certs":"f-ca",)"
+                      R"("cacerts":["one","two"],"client_communication":"/nowhere"},)"
+                      R"("urls":{"cloud_service":"c-service","cloud_web":"c-web"}}}})");
+        QVERIFY(http_t::map_base(utility::cnfserver::base, server.port()));
+        QVERIFY(utility::http_read_config_server_t(nullptr).read_configuration());
+
+        const recording_logger_t logger;
+        torlan_option_t::print();
+        const QStringList expected{
+            QStringLiteral("Serial device: s-no"),
+            QStringLiteral("Brand: Lunora"),
+            QStringLiteral("Product name: p-name"),
+            QStringLiteral("Url config server: http://127.0.0.1:4321/"),
+            QStringLiteral("Installation id: i-id"),
+            QStringLiteral("Folder Log: f-logs"),
+            QStringLiteral("Folder plugin: f-plugins"),
+            QStringLiteral("System CA certs: f-ca"),
+            QStringLiteral("Folder client: /nowhere"),
+            QStringLiteral("File certs: one - two"),
+            QStringLiteral("Bus monitor: 0"),
+            QStringLiteral("Cloud Web url: c-web"),
+            QStringLiteral("Cloud Service url: c-service"),
+            QStringLiteral("Cloud MQTT url: c-mqtt"),
+        };
+        compare(printed(logger, "print").mid(10, expected.size()), entries(4, expected));
+    }
+
     void the_resources_stand_between_the_last_two_dashed_lines() {
         const options_guard_t options;
         const recording_logger_t logger;
@@ -137,6 +180,11 @@ class tst_torlan_option_t_print : public QObject {
         const QList<entry_t> listed = printed(logger, "print_dir");
         QVERIFY(!listed.constFirst().text.startsWith(QLatin1Char(' ')));
         QCOMPARE(logger.count(QStringLiteral(":/settings/sub/deep/three.txt")), 1);
+        const bool from_the_root =
+            std::any_of(listed.cbegin(), listed.cend(), [](const entry_t& entry) {
+                return entry.text.trimmed() == QLatin1String(":/settings");
+            });
+        QVERIFY(from_the_root);
     }
 
     void false_flags_and_an_empty_instance_are_printed_too() {

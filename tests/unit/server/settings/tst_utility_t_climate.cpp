@@ -67,6 +67,16 @@ class tst_utility_t_climate : public QObject {
         QVERIFY(utility_t::calculate_dew_point(20.0F, 200.0F, false, 1) > 20.0F);
     }
 
+    void nothing_is_logged_as_an_error() {
+        const recording_logger_t logger;
+        utility_t::calculate_dew_point(20.0F, 0.0F, false, 1);
+        utility_t::calculate_dew_point(-500.0F, -1.0F, false, 1);
+        const QList<recording_logger_t::line_t> expected{
+            line("Calculate dew point", 548), line("Dew point in celsius nan", 561),
+            line("Calculate dew point", 548), line("Dew point in celsius nan", 561)};
+        QCOMPARE(logger.lines(), expected);
+    }
+
     void a_celsius_result_is_not_logged() {
         const recording_logger_t logger;
         utility_t::calculate_dew_point(20.0F, 50.0F, false, 1);

@@ -1,22 +1,15 @@
-#include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
-#include <QTimer>
-#include <cerrno>
-#include <csignal>
+#include <thread>
 
 #include "fakes/recording_logger_t.h"
-#include "utility/torlan_option_t.h"
 #include "utility/utility_t.h"
 
 using fakes::recording_logger_t;
-using utility::torlan_option_t;
 using utility::utility_t;
 
 namespace {
@@ -27,46 +20,6 @@ bool matches(const QString& _text, const char* _pattern) {
     return QRegularExpression(QRegularExpression::anchoredPattern(QLatin1String(_pattern)))
         .match(_text)
         .hasMatch();
-}
-
-struct execution_t {
-    int code = -1;
-    QString output;
-    QString error;
-};
-
-execution_t run(const QString& _program, const QStringList& _arguments, int _timeout = 20000) {
-    execution_t result;
-    result.code =
-        utility_t::execProcess(_program, _arguments, _timeout, result.output, result.error);
-    return result;
-}
-
-execution_t shell(const char* _script, int _timeout = 20000) {
-    return run(QStringLiteral("sh"), {QStringLiteral("-c"), QLatin1String(_script)}, _timeout);
-}
-
-/// Keeps the event loop of this thread busy without a pause from start() on.
-class flood_t : public QObject {
- public:
-    void start() {
-        running = true;
-        QMetaObject::invokeMethod(this, &flood_t::again, Qt::QueuedConnection);
-    }
-    void stop() { running = false; }
-
- private:
-    void again() {
-        if (running) {
-            start();
-        }
-    }
-
-    bool running = false;
-};
-
-bool midnight_is_near() {
-    return QTime::currentTime() > QTime(23, 59, 50);
 }
 
 }  // namespace
@@ -137,138 +90,11 @@ class tst_utility_t_system : public QObject {
         QCOMPARE(utility_t::getHash(folder.filePath(QStringLiteral("no")), QCryptographicHash::Md5),
                  QString());
         QCOMPARE(utility_t::getHash(folder.path(), QCryptographicHash::Md5), QString());
+        // It opens, but its first byte cannot be read.
+        const QString memory = QStringLiteral("/proc/self/mem");
+        QVERIFY(QFile(memory).open(QIODevice::ReadOnly));
+        QCOMPARE(utility_t::getHash(memory, QCryptographicHash::Md5), QString());
         QVERIFY(logger.lines().isEmpty());
-    }
-
-    void the_outputs_of_a_program_come_simplified() {
-        const execution_t done = shell("printf 'a  b\\n'; printf ' c\\n\\td ' >&2");
-        QCOMPARE(done.output, QStringLiteral("a b"));
-        QCOMPARE(done.error, QStringLiteral("c d"));
-        QCOMPARE(done.code, 0);
-    }
-
-    void the_exit_code_and_the_environment_are_the_programs() {
-        qputenv("TORLAN_TEST_WORD", "found");
-        const execution_t done = shell("echo $TORLAN_TEST_WORD; exit 7");
-        QCOMPARE(done.output, QStringLiteral("found"));
-        QCOMPARE(done.code, 7);
-    }
-
-    void a_run_is_logged_in_three_lines() {
-        const recording_logger_t logger;
-        shell("echo  %1; echo %2 >&2; exit 4");
-        const QString run = QStringLiteral("sh -c echo  %1; echo %2 >&2; exit 4 ");
-        const auto line = [&run](const char* _rest, int _line) {
-            return recording_logger_t::line_t{run + QLatin1String(_rest), 6,
-                                              QStringLiteral("execProcess"), source, _line};
-        };
-        const QList<recording_logger_t::line_t> expected{line("EXIT CODE: 4", 539),
-                                                         line("STANDARD OUTPUT: %1", 540),
-                                                         line("STANDARD ERROR : %2", 541)};
-        QCOMPARE(logger.lines(), expected);
-    }
-
-    void a_late_program_is_ended_and_counts_as_success() {
-        QElapsedTimer timer;
-        timer.start();
-        const execution_t done = shell("echo $$; exec sleep 30", 500);
-        QCOMPARE(done.code, 0);
-        QVERIFY(timer.elapsed() >= 490);
-        QVERIFY(timer.elapsed() < 15000);
-        const int pid = done.output.toInt();
-        QVERIFY(pid > 0);
-        QCOMPARE(kill(pid, 0), -1);
-        QCOMPARE(errno, ESRCH);
-    }
-
-    void without_a_limit_a_program_may_take_its_time() {
-        QCOMPARE(shell("sleep 0.2; echo done", -1).output, QStringLiteral("done"));
-    }
-
-    void a_program_that_is_not_there_has_the_exit_code_of_qprocess() {
-        const recording_logger_t logger;
-        const QString program = QStringLiteral("torlan-no-such-program");
-        QProcess process;
-        process.start(program, QStringList());
-        QVERIFY(!process.waitForFinished(2000));
-
-        const execution_t done = run(program, {});
-        QCOMPARE(done.code, process.exitCode());
-        QVERIFY(done.output.isEmpty());
-        QVERIFY(done.error.isEmpty());
-        QCOMPARE(logger.lines().size(), 3);
-    }
-
-    void only_the_embedded_platform_runs_programs_in_its_folder_data() {
-        QTest::addColumn<QString>("platform");
-        QTest::addColumn<QString>("folder");
-
-        // Where the folder is missing the program cannot start and tells nothing.
-        const QString data = QStringLiteral("/data/local");
-        QTest::newRow("embedded") << QStringLiteral("android_embedded")
-                                  << (QDir(data).exists() ? data : QString());
-        QTest::newRow("android") << QStringLiteral("android") << QDir::currentPath();
-        QTest::newRow("desktop") << QStringLiteral("linux") << QDir::currentPath();
-    }
-
-    void only_the_embedded_platform_runs_programs_in_its_folder() {
-        QFETCH(const QString, platform);
-        QFETCH(const QString, folder);
-        torlan_option_t::createInstance(nullptr, platform, {}, {}, {}, {}, {}, nullptr);
-        QCOMPARE(shell("pwd").output, folder);
-        torlan_option_t::destroyInstance();
-    }
-
-    void waits_serve_events_and_are_logged() {
-        if (midnight_is_near()) {
-            QSKIP("waits end at once behind midnight");
-        }
-        const recording_logger_t logger;
-        int served = 0;
-        QTimer::singleShot(20, this, [&served]() { ++served; });
-        QElapsedTimer timer;
-        timer.start();
-        utility_t::amSleep(150);
-        QCOMPARE(served, 1);
-        QVERIFY(timer.elapsed() >= 149);
-        utility_t::aSleep(0);
-        QCOMPARE(logger.lines().size(), 2);
-        QVERIFY(logger.contains(QStringLiteral("Wait 150 millisec...."), 6,
-                                QStringLiteral("amSleep"), source, 124));
-        QVERIFY(logger.contains(QStringLiteral("Wait 0 sec...."), 6, QStringLiteral("aSleep"),
-                                source, 117));
-    }
-
-    void a_wait_of_seconds_serves_events_in_slices_of_100_ms() {
-        if (midnight_is_near()) {
-            QSKIP("waits end at once behind midnight");
-        }
-        flood_t flood;
-        QTimer::singleShot(std::chrono::milliseconds(985), Qt::PreciseTimer, &flood,
-                           [&flood]() { flood.start(); });
-        QElapsedTimer timer;
-        timer.start();
-        utility_t::aSleep(1);
-        flood.stop();
-        // The flood fills the slice that began before the end.
-        QVERIFY2(timer.elapsed() >= 1080, qPrintable(QString::number(timer.elapsed())));
-    }
-
-    void a_wait_of_milliseconds_serves_events_in_slices_of_50_ms() {
-        if (midnight_is_near()) {
-            QSKIP("waits end at once behind midnight");
-        }
-        qint64 shortest = 1000;
-        for (int i = 0; i < 5; ++i) {
-            flood_t flood;
-            flood.start();
-            QElapsedTimer timer;
-            timer.start();
-            utility_t::amSleep(2);
-            flood.stop();
-            shortest = qMin(shortest, timer.elapsed());
-        }
-        QVERIFY2(shortest >= 50 && shortest < 100, qPrintable(QString::number(shortest)));
     }
 
     void a_thread_with_a_dispatcher_has_an_event_loop() {
@@ -283,11 +109,15 @@ class tst_utility_t_system : public QObject {
         QCOMPARE(logger.count(QStringLiteral("Not have event loop")), 2);
     }
 
-    void nothing_needs_a_logger() {
-        QCOMPARE(shell("exit 3").code, 3);
-        utility_t::amSleep(0);
-        QVERIFY(utility_t::HaveEventLoop(QThread::currentThread()));
+    void a_running_thread_without_a_dispatcher_has_no_event_loop() {
+        bool has_one = true;
+        std::thread plain(
+            [&has_one]() { has_one = utility_t::HaveEventLoop(QThread::currentThread()); });
+        plain.join();
+        QVERIFY(!has_one);
     }
+
+    void nothing_needs_a_logger() { QVERIFY(utility_t::HaveEventLoop(QThread::currentThread())); }
 };
 
 QTEST_GUILESS_MAIN(tst_utility_t_system)
