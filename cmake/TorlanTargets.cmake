@@ -60,6 +60,7 @@ function(add_torlan_program _name)
 endfunction()
 
 # add_torlan_test(<path of tst_x.cpp below tests/> [LINK ...] [LABELS ...] [SOURCES ...] [SERIAL])
+# The label starts_programs: starts programs of this build by their path, which an emulator cannot.
 # One class, one file, one executable. The test's name is its path without "tst_" and ".cpp".
 function(add_torlan_test _source)
     cmake_parse_arguments(arg "SERIAL" "" "LINK;LABELS;SOURCES;ENVIRONMENT" ${ARGN})
