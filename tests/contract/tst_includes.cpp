@@ -64,7 +64,7 @@ class tst_includes : public QObject {
             "drivers/plugins/plugin_driver_api/data/");
         row("server/drivers/plugins/plugin_driver_api",
             "base/|logs/|utility/|comunication/|router/|database/|drivers/");
-        row("host/base", "");
+        row("base", "base/");
         row("host/logs", "base/");
         row("host/comunication", "base/|logs/");
         row("host/router", "base/|logs/");
@@ -100,6 +100,7 @@ class tst_includes : public QObject {
         };
         row("third parties leak from no host header", "host", "\\.h$",
             "^(mosquitto|spdlog|valijson|curl|fmt|QSql|QtSql|sqlite)");
+        row("base includes nothing of the project", "base", "", "^(?!base/|Q[A-Z]\\w+$)");
         row("the host includes nothing of the plugin", "host", "^host/(?!loader/)",
             "^(drivers|utility)/");
         row("the loader includes the driver interface only", "host/loader", "",

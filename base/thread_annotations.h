@@ -19,6 +19,8 @@
 #define TORLAN_REQUIRES(...) TORLAN_THREAD_ANNOTATION(requires_capability(__VA_ARGS__))
 /// On a function: the caller does not hold the locks, the function takes them.
 #define TORLAN_EXCLUDES(...) TORLAN_THREAD_ANNOTATION(locks_excluded(__VA_ARGS__))
+/// On a function that means to go without a lock; say why beside it.
+#define TORLAN_NO_THREAD_SAFETY_ANALYSIS TORLAN_THREAD_ANNOTATION(no_thread_safety_analysis)
 
 /// On the operations of locks and lockers.
 #define TORLAN_ACQUIRE(...) TORLAN_THREAD_ANNOTATION(acquire_capability(__VA_ARGS__))
