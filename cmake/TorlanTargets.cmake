@@ -59,8 +59,23 @@ function(add_torlan_program _name)
     set_target_properties(${_name} PROPERTIES BUILD_RPATH_USE_ORIGIN ON)
 endfunction()
 
+# torlan_start_path(<variable> <target>): what a test starts to run the program. That is the program
+# itself or, in a build for another machine, a script that hands it to the emulator.
+function(torlan_start_path _variable _target)
+    set(_path $<TARGET_FILE:${_target}>)
+    if(CMAKE_CROSSCOMPILING_EMULATOR)
+        list(JOIN CMAKE_CROSSCOMPILING_EMULATOR "' '" _emulator)
+        set(_script ${CMAKE_BINARY_DIR}/emulated/${_target})
+        file(GENERATE OUTPUT ${_script}
+            CONTENT "#!/bin/sh\nexec '${_emulator}' '${_path}' \"$@\"\n"
+            FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE
+                             WORLD_READ WORLD_EXECUTE)
+        set(_path ${_script})
+    endif()
+    set(${_variable} ${_path} PARENT_SCOPE)
+endfunction()
+
 # add_torlan_test(<path of tst_x.cpp below tests/> [LINK ...] [LABELS ...] [SOURCES ...] [SERIAL])
-# The label starts_programs: starts programs of this build by their path, which an emulator cannot.
 # One class, one file, one executable. The test's name is its path without "tst_" and ".cpp".
 function(add_torlan_test _source)
     cmake_parse_arguments(arg "SERIAL" "" "LINK;LABELS;SOURCES;ENVIRONMENT" ${ARGN})

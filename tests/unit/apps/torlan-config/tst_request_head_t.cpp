@@ -69,6 +69,8 @@ void tst_request_head_t::body_bytes_of_the_headers_data() {
     QTest::newRow("none") << QList<QByteArray>{} << qint64(0);
     QTest::newRow("zero") << QList<QByteArray>{"0"} << qint64(0);
     QTest::newRow("large") << QList<QByteArray>{"123456789012345"} << qint64(123456789012345);
+    QTest::newRow("above 31 bits") << QList<QByteArray>{"2147483648"} << qint64(2147483648);
+    QTest::newRow("above 32 bits") << QList<QByteArray>{"4294967297"} << qint64(4294967297);
     QTest::newRow("larger than any number")
         << QList<QByteArray>{"9999999999999999999"} << qint64(-1);
     QTest::newRow("negative") << QList<QByteArray>{"-1"} << qint64(-1);
