@@ -1,5 +1,6 @@
 #include "password_input.h"
 
+#include <poll.h>
 #include <termios.h>
 #include <unistd.h>
 #include <QFile>
@@ -17,11 +18,15 @@ namespace {
 /// More than the longest password takes in UTF-8.
 constexpr qint64 max_line_bytes = 2048;
 
-/// While it lives, the terminal shows nothing that is typed, and an interruption ends the read
-/// instead of the program, so that the echo comes back.
+/// While it lives, the terminal shows nothing that is typed, and an interruption ends
+/// wait_for_line() instead of the program, so that the echo comes back.
 class silent_terminal_t {
  public:
     silent_terminal_t() {
+        sigset_t interruption;
+        sigemptyset(&interruption);
+        sigaddset(&interruption, SIGINT);
+        pthread_sigmask(SIG_BLOCK, &interruption, &former_mask);
         struct sigaction action {};
         action.sa_handler = [](int) {};
         sigaction(SIGINT, &action, &former_action);
@@ -33,11 +38,19 @@ class silent_terminal_t {
     ~silent_terminal_t() {
         tcsetattr(STDIN_FILENO, TCSAFLUSH, &former_terminal);
         sigaction(SIGINT, &former_action, nullptr);
+        pthread_sigmask(SIG_SETMASK, &former_mask, nullptr);
     }
     Q_DISABLE_COPY_MOVE(silent_terminal_t)
 
+    /// False: interrupted, be it during this call or at any time before it.
+    bool wait_for_line() const {
+        pollfd terminal = {STDIN_FILENO, POLLIN, 0};
+        return ppoll(&terminal, 1, nullptr, &former_mask) > 0;
+    }
+
  private:
     struct sigaction former_action {};
+    sigset_t former_mask{};
     termios former_terminal{};
 };
 
@@ -46,7 +59,8 @@ QByteArray terminal_line() {
     const silent_terminal_t silent;
     write_message("Password: ");  // not before: what was typed until now is dropped
     std::array<char, max_line_bytes> buffer;
-    const ssize_t count = ::read(STDIN_FILENO, buffer.data(), buffer.size());
+    const ssize_t count =
+        silent.wait_for_line() ? ::read(STDIN_FILENO, buffer.data(), buffer.size()) : 0;
     write_message("\n");
     return QByteArray(buffer.data(), std::max<ssize_t>(count, 0));
 }
