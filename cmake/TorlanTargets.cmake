@@ -8,6 +8,7 @@ target_compile_features(torlan_settings INTERFACE cxx_std_20)
 target_compile_definitions(torlan_settings INTERFACE QT_NO_KEYWORDS QT_NO_CAST_TO_ASCII)
 target_compile_options(torlan_settings INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual
+    $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>
     $<$<BOOL:${TORLAN_WERROR}>:-Werror>)
 target_link_options(torlan_settings INTERFACE -Wl,--as-needed)
 if(TORLAN_SANITIZE)
@@ -17,6 +18,12 @@ if(TORLAN_SANITIZE)
 else()
     target_link_options(torlan_settings INTERFACE -Wl,--no-undefined)
 endif()
+
+# What else the product's own code keeps to, wherever it is compiled: it runs on 32-bit machines and
+# on ones that trap on unaligned access.
+add_library(torlan_product INTERFACE)
+target_compile_options(torlan_product INTERFACE -Wconversion -Wno-sign-conversion -Wcast-align)
+target_link_libraries(torlan_product INTERFACE torlan_settings)
 
 # add_torlan_library(<folder name> SOURCES ... [PUBLIC libs...] [PRIVATE libs...])
 # One shared library per folder of host/, alias torlan::<name>; included as "<name>/<header>".
@@ -29,7 +36,7 @@ function(add_torlan_library _name)
         BASE_DIRS ${CMAKE_SOURCE_DIR}/host FILES ${_headers})
     # The settings come first: what a library's interface takes back of them must come later.
     target_link_libraries(torlan_${_name}
-        PRIVATE torlan_settings PUBLIC Qt6::Core ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
+        PRIVATE torlan_product PUBLIC Qt6::Core ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
     set_target_properties(torlan_${_name} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
 endfunction()
 
@@ -50,6 +57,22 @@ function(add_torlan_program _name)
     add_executable(${_name} ${arg_SOURCES})
     target_link_libraries(${_name} PRIVATE torlan_settings ${arg_LINK})
     set_target_properties(${_name} PROPERTIES BUILD_RPATH_USE_ORIGIN ON)
+endfunction()
+
+# torlan_start_path(<variable> <target>): what a test starts to run the program. That is the program
+# itself or, in a build for another machine, a script that hands it to the emulator.
+function(torlan_start_path _variable _target)
+    set(_path $<TARGET_FILE:${_target}>)
+    if(CMAKE_CROSSCOMPILING_EMULATOR)
+        list(JOIN CMAKE_CROSSCOMPILING_EMULATOR "' '" _emulator)
+        set(_script ${CMAKE_BINARY_DIR}/emulated/${_target})
+        file(GENERATE OUTPUT ${_script}
+            CONTENT "#!/bin/sh\nexec '${_emulator}' '${_path}' \"$@\"\n"
+            FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE
+                             WORLD_READ WORLD_EXECUTE)
+        set(_path ${_script})
+    endif()
+    set(${_variable} ${_path} PARENT_SCOPE)
 endfunction()
 
 # add_torlan_test(<path of tst_x.cpp below tests/> [LINK ...] [LABELS ...] [SOURCES ...] [SERIAL])

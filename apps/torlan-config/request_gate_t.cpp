@@ -53,8 +53,10 @@ void request_gate_t::examine() {
         refuse(refusal);
         return;
     }
-    whole_bytes = end + 4 + *head->body_bytes();
-    if (head->expects_go_on && socket->bytesAvailable() < whole_bytes) {
+    head_bytes = end + 4;
+    whole_bytes = head_bytes + *head->body_bytes();
+    expects_go_on = head->expects_go_on;
+    if (expects_go_on && socket->bytesAvailable() < whole_bytes) {
         socket->write("HTTP/1.1 100 Continue\r\n\r\n");
     }
     examine_body();
@@ -71,10 +73,21 @@ void request_gate_t::examine_body() {
 void request_gate_t::pass() {
     is_decided = true;
     disconnect(socket, &QTcpSocket::readyRead, this, nullptr);
+    if (expects_go_on) {
+        take_out_expectation();
+    }
     Q_EMIT passed(socket);
     Q_EMIT socket->readyRead();
     // The server behind has taken its request; whatever follows on this connection is not for it.
     disconnect(socket, &QTcpSocket::readyRead, nullptr, nullptr);
+}
+
+// The client was told to go on or did not wait, but Qt 6.8's HTTP server would tell it again.
+void request_gate_t::take_out_expectation() {
+    const QByteArray head = request_head_t::without_expectation(socket->read(head_bytes));
+    for (qsizetype i = head.size(); i > 0; --i) {
+        socket->ungetChar(head.at(i - 1));
+    }
 }
 
 void request_gate_t::refuse(const refusal_t& _refusal) {

@@ -29,11 +29,14 @@ class request_gate_t : public QObject {
     void examine();
     void examine_body();
     void pass();
+    void take_out_expectation();
     void close_when_sent();
     void on_late();
 
     QTcpSocket* const socket;
     QTimer limit;
     qint64 whole_bytes = 0;  ///< of head and body; 0: the head is not known yet
+    qint64 head_bytes = 0;
+    bool expects_go_on = false;
     bool is_decided = false;
 };

@@ -58,6 +58,19 @@ std::optional<request_head_t> request_head_t::parse(const QByteArray& _head) {
     return head;
 }
 
+QByteArray request_head_t::without_expectation(const QByteArray& _head) {
+    QByteArray rest;
+    for (qsizetype start = 0, end = 0; start < _head.size(); start = end) {
+        const qsizetype line_end = _head.indexOf('\n', start);
+        end = line_end < 0 ? _head.size() : line_end + 1;
+        const QByteArray line = _head.sliced(start, end - start);
+        if (!line.toLower().startsWith("expect:")) {
+            rest += line;
+        }
+    }
+    return rest;
+}
+
 QByteArray request_head_t::path() const {
     const qsizetype query = target.indexOf('?');
     return query < 0 ? target : target.left(query);

@@ -18,6 +18,9 @@ struct request_head_t {
     /// HTTP/1.x with plain header lines: continued lines and odd names are not taken.
     static std::optional<request_head_t> parse(const QByteArray& _head);
 
+    /// @p _head, as above, without its Expect headers.
+    static QByteArray without_expectation(const QByteArray& _head);
+
     /// The target up to the first "?".
     QByteArray path() const;
 

@@ -3,7 +3,6 @@
 #include <poll.h>
 #include <termios.h>
 #include <unistd.h>
-
 #include <QFile>
 #include <QStringDecoder>
 #include <array>
@@ -19,16 +18,15 @@ namespace {
 /// More than the longest password takes in UTF-8.
 constexpr qint64 max_line_bytes = 2048;
 
-/// While it lives, the terminal shows nothing that is typed, and an interruption ends the wait
-/// instead of the program, so that the echo comes back.
+/// While it lives, the terminal shows nothing that is typed, and an interruption ends
+/// wait_for_line() instead of the program, so that the echo comes back.
 class silent_terminal_t {
  public:
     silent_terminal_t() {
-        // Delivered within wait_for_line() only: one that came just before it would be lost.
         sigset_t interruption;
         sigemptyset(&interruption);
         sigaddset(&interruption, SIGINT);
-        sigprocmask(SIG_BLOCK, &interruption, &former_mask);
+        pthread_sigmask(SIG_BLOCK, &interruption, &former_mask);
         struct sigaction action {};
         action.sa_handler = [](int) {};
         sigaction(SIGINT, &action, &former_action);
@@ -40,21 +38,19 @@ class silent_terminal_t {
     ~silent_terminal_t() {
         tcsetattr(STDIN_FILENO, TCSAFLUSH, &former_terminal);
         sigaction(SIGINT, &former_action, nullptr);
-        sigprocmask(SIG_SETMASK, &former_mask, nullptr);
+        pthread_sigmask(SIG_SETMASK, &former_mask, nullptr);
     }
     Q_DISABLE_COPY_MOVE(silent_terminal_t)
 
-    /// False when it was interrupted.
+    /// False: interrupted, be it during this call or at any time before it.
     bool wait_for_line() const {
-        sigset_t mask = former_mask;
-        sigdelset(&mask, SIGINT);
-        pollfd input{STDIN_FILENO, POLLIN, 0};
-        return ::ppoll(&input, 1, nullptr, &mask) == 1;
+        pollfd terminal = {STDIN_FILENO, POLLIN, 0};
+        return ppoll(&terminal, 1, nullptr, &former_mask) > 0;
     }
 
  private:
-    sigset_t former_mask{};
     struct sigaction former_action {};
+    sigset_t former_mask{};
     termios former_terminal{};
 };
 

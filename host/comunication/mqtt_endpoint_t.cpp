@@ -15,8 +15,6 @@ constexpr const char* source = "host/comunication/mqtt_endpoint_t";
 const QString request_filter = QStringLiteral("local/api/+/+/+/request/#");
 const QString status_filter = QStringLiteral("local/api/+/+/status/#");
 
-constexpr quint32 request_subscription = 1;
-
 QString unguessable_id() {
     quint32 words[4];
     QRandomGenerator::system()->fillRange(words);

@@ -30,13 +30,13 @@ size_t take_head(char* _line, size_t _size, size_t _count, void* _received) {
 
 size_t take_body(char* _data, size_t _size, size_t _count, void* _received) {
     auto* received = static_cast<received_t*>(_received);
-    const qint64 bytes = qint64(_size * _count);
-    if (received->body.size() + bytes > received->max_bytes) {
+    const std::size_t bytes = _size * _count;
+    if (qint64(bytes) > received->max_bytes - received->body.size()) {
         received->too_large = true;
         return 0;
     }
-    received->body.append(_data, bytes);
-    return size_t(bytes);
+    received->body.append(_data, qsizetype(bytes));
+    return bytes;
 }
 
 int error_of(CURLcode _code) {

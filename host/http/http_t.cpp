@@ -1,10 +1,10 @@
 #include "http/http_t.h"
 
 #include <QHash>
-#include <QReadWriteLock>
 #include <QUrl>
 #include <optional>
 
+#include "base/locks.h"
 #include "http/http_exchange_t.h"
 #include "http/json_text.h"
 #include "http/loopback.h"
@@ -14,8 +14,8 @@ const QString http_t::LIBHTTP_VERSION = QStringLiteral("1.0.1");
 namespace {
 
 struct base_map_t {
-    QReadWriteLock lock;
-    QHash<QString, quint16> ports;  ///< by origin; guarded by lock
+    base::read_write_lock_t lock;
+    QHash<QString, quint16> ports TORLAN_GUARDED_BY(lock);  ///< by origin
 };
 
 // Built at first use: clients may be made while libraries still load.
@@ -30,7 +30,7 @@ QString origin_of(const QUrl& _url) {
 
 QUrl mapped(QUrl _url) {
     base_map_t& map = base_map();
-    const QReadLocker locker(&map.lock);
+    const base::read_locker_t locker(&map.lock);
     const quint16 port = map.ports.value(origin_of(_url));
     if (port != 0) {
         _url.setPort(port);
@@ -77,7 +77,7 @@ bool http_t::map_base(const QString& _base_url, quint16 _port) {
         return false;
     }
     base_map_t& map = base_map();
-    const QWriteLocker locker(&map.lock);
+    const base::write_locker_t locker(&map.lock);
     if (_port == 0) {
         map.ports.remove(origin_of(url));
     } else {

@@ -18,7 +18,7 @@ bool mqtt_router_t::route(const QString& _pattern, handler_t _handler, PRIORITY_
     expression.optimize();
     entry_t entry{_pattern, expression, std::make_shared<const handler_t>(std::move(_handler)),
                   _priority};
-    const QWriteLocker locker(&lock);
+    const base::write_locker_t locker(&lock);
     std::erase_if(routes, [&_pattern](const entry_t& e) { return e.pattern == _pattern; });
     const auto behind = std::find_if(routes.begin(), routes.end(), [_priority](const entry_t& e) {
         return e.priority < _priority;
@@ -28,13 +28,13 @@ bool mqtt_router_t::route(const QString& _pattern, handler_t _handler, PRIORITY_
 }
 
 void mqtt_router_t::route_remove(const QString& _pattern) {
-    const QWriteLocker locker(&lock);
+    const base::write_locker_t locker(&lock);
     std::erase_if(routes, [&_pattern](const entry_t& e) { return e.pattern == _pattern; });
 }
 
 void mqtt_router_t::no_route(handler_t _handler) {
     auto next = _handler ? std::make_shared<const handler_t>(std::move(_handler)) : nullptr;
-    const QWriteLocker locker(&lock);
+    const base::write_locker_t locker(&lock);
     fallback = std::move(next);
 }
 
@@ -48,7 +48,7 @@ QVariant mqtt_router_t::process(const QString& _topic, const QVariant& _payload,
 }
 
 mqtt_router_t::found_t mqtt_router_t::find(const QString& _topic) const {
-    const QReadLocker locker(&lock);
+    const base::read_locker_t locker(&lock);
     for (const entry_t& entry : routes) {
         const QRegularExpressionMatch match = entry.expression.match(_topic);
         if (match.hasMatch()) {

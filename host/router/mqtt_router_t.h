@@ -4,7 +4,6 @@
 #include <QJsonValue>
 #include <QMap>
 #include <QObject>
-#include <QReadWriteLock>
 #include <QRegularExpression>
 #include <QString>
 #include <QStringList>
@@ -12,6 +11,8 @@
 #include <functional>
 #include <memory>
 #include <vector>
+
+#include "base/locks.h"
 
 namespace mqtt {
 
@@ -64,11 +65,12 @@ class mqtt_router_t : public QObject {
         std::shared_ptr<const handler_t> handler;
         QStringList captures;
     };
-    found_t find(const QString& _topic) const;
+    found_t find(const QString& _topic) const TORLAN_EXCLUDES(lock);
 
-    mutable QReadWriteLock lock;                ///< guards routes and fallback
-    std::vector<entry_t> routes;                ///< highest priority first
-    std::shared_ptr<const handler_t> fallback;  ///< null: none
+    mutable base::read_write_lock_t lock;
+    std::vector<entry_t> routes TORLAN_GUARDED_BY(lock);  ///< highest priority first
+    /// Null: none.
+    std::shared_ptr<const handler_t> fallback TORLAN_GUARDED_BY(lock);
 };
 
 }  // namespace mqtt

@@ -27,7 +27,7 @@ QString text_at(const QJsonObject& _config, const QString& _path) {
 }  // namespace
 
 std::atomic<http_read_config_server_t*> http_read_config_server_t::instance = nullptr;
-QMutex http_read_config_server_t::mutex;
+base::mutex_t http_read_config_server_t::mutex;
 
 http_read_config_server_t::http_read_config_server_t(QObject* _parent)
     : QObject(_parent),
@@ -47,7 +47,7 @@ http_read_config_server_t::~http_read_config_server_t() {
 }
 
 http_read_config_server_t* http_read_config_server_t::createInstance(QObject* _parent) {
-    const QMutexLocker locker(&mutex);
+    const base::mutex_locker_t locker(&mutex);
     if (instance == nullptr) {
         instance = new http_read_config_server_t(_parent);
     }
@@ -62,7 +62,7 @@ http_read_config_server_t* http_read_config_server_t::getInstance(QObject* _pare
 }
 
 void http_read_config_server_t::destroyInstance() {
-    const QMutexLocker locker(&mutex);
+    const base::mutex_locker_t locker(&mutex);
     delete instance.load();
     instance = nullptr;
 }

@@ -1,10 +1,11 @@
 #pragma once
 
 #include <QJsonObject>
-#include <QMutex>
 #include <QObject>
 #include <QPointer>
 #include <atomic>
+
+#include "base/locks.h"
 
 class http_t;
 
@@ -44,7 +45,7 @@ class http_read_config_server_t : public QObject {
 
  private:
     static std::atomic<http_read_config_server_t*> instance;
-    static QMutex mutex;  ///< guards creation and destruction of the instance
+    static base::mutex_t mutex;  ///< guards creation and destruction of the instance
 
     void copy_settings(const QJsonObject& _config);
 

@@ -8,7 +8,7 @@
 namespace utility {
 
 std::atomic<torlan_option_t*> torlan_option_t::instance = nullptr;
-QMutex torlan_option_t::mutex;
+base::mutex_t torlan_option_t::mutex;
 QCoreApplication* torlan_option_t::app = nullptr;
 QMap<QString, QTranslator*> torlan_option_t::traslators;
 
@@ -18,7 +18,7 @@ torlan_option_t* torlan_option_t::createInstance(QCoreApplication* _app, const Q
                                                  const QString& _build_branch,
                                                  const QString& _build_commit,
                                                  const QString& _build_time, QObject* _parent) {
-    const QMutexLocker locker(&mutex);
+    const base::mutex_locker_t locker(&mutex);
     if (instance == nullptr) {
         instance = new torlan_option_t(_parent);
     }
@@ -39,12 +39,12 @@ torlan_option_t* torlan_option_t::createInstance(QCoreApplication* _app, const Q
 }
 
 torlan_option_t* torlan_option_t::getInstance() {
-    const QMutexLocker locker(&mutex);
+    const base::mutex_locker_t locker(&mutex);
     return instance;
 }
 
 void torlan_option_t::destroyInstance() {
-    const QMutexLocker locker(&mutex);
+    const base::mutex_locker_t locker(&mutex);
     delete instance.load();
     instance = nullptr;
 }

@@ -2,11 +2,11 @@
 
 #include <QJsonObject>
 #include <QMap>
-#include <QMutex>
 #include <QObject>
 #include <QStringList>
 #include <atomic>
 
+#include "base/locks.h"
 #include "database/definition/type_brand_t.h"
 #include "utility/type_configuration_mode_t.h"
 
@@ -113,7 +113,7 @@ class torlan_option_t : public QObject {
     static T value(T torlan_option_t::*_field, const T& _empty);
 
     static std::atomic<torlan_option_t*> instance;
-    static QMutex mutex;  ///< guards creation and destruction of the instance
+    static base::mutex_t mutex;  ///< guards creation and destruction of the instance
     static QCoreApplication* app;
     static QMap<QString, QTranslator*> traslators;  ///< by name, not owned
     inline static const QString default_language = QStringLiteral("en_EN");

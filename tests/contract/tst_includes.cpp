@@ -55,21 +55,22 @@ class tst_includes : public QObject {
         };
         // Of quoted includes, those that match the expression from their beginning; a folder's
         // own files are always allowed.
-        row("server/utility", "logs/|http/|database/definition/");
+        row("server/utility", "base/|logs/|http/|database/definition/");
         row("server/drivers/driver",
-            "logs/|utility/log_line|comunication/protoserver_t|database/database_t");
-        row("server/drivers/plugins/plugin_driver_api/data", "logs/|utility/|database/");
+            "base/|logs/|utility/log_line|comunication/protoserver_t|database/database_t");
+        row("server/drivers/plugins/plugin_driver_api/data", "base/|logs/|utility/|database/");
         row("server/drivers/plugins/plugin_driver_api/mqtt",
-            "logs/|utility/|comunication/(qos_t|topic_\\w+)|router/|"
+            "base/|logs/|utility/|comunication/(qos_t|topic_\\w+)|router/|"
             "drivers/plugins/plugin_driver_api/data/");
         row("server/drivers/plugins/plugin_driver_api",
-            "logs/|utility/|comunication/|router/|database/|drivers/");
-        row("host/logs", "");
-        row("host/comunication", "logs/");
-        row("host/router", "logs/");
-        row("host/database", "logs/");
-        row("host/http", "logs/");
-        row("host/loader", "logs/|comunication/|database/|drivers/driver/");
+            "base/|logs/|utility/|comunication/|router/|database/|drivers/");
+        row("base", "base/");
+        row("host/logs", "base/");
+        row("host/comunication", "base/|logs/");
+        row("host/router", "base/|logs/");
+        row("host/database", "base/|logs/");
+        row("host/http", "base/|logs/");
+        row("host/loader", "base/|logs/|comunication/|database/|drivers/driver/");
         row("apps", "[a-z_-]+/|[^/]+\\.h$");
     }
     void allowed() {
@@ -99,6 +100,7 @@ class tst_includes : public QObject {
         };
         row("third parties leak from no host header", "host", "\\.h$",
             "^(mosquitto|spdlog|valijson|curl|fmt|QSql|QtSql|sqlite)");
+        row("base includes nothing of the project", "base", "", "^(?!base/|Q[A-Z]\\w+$)");
         row("the host includes nothing of the plugin", "host", "^host/(?!loader/)",
             "^(drivers|utility)/");
         row("the loader includes the driver interface only", "host/loader", "",

@@ -5,23 +5,12 @@
 
 #include "contract/support/elf_section_t.h"
 #include "contract/support/loaded_plugin_t.h"
+#include "contract/support/metadata_bytes.h"
 #include "fakes/recording_logger_t.h"
 
 namespace {
 
 const QString path = QStringLiteral(PLUGIN_PATH);
-
-/// The descriptor, spelled out: the header, then a map of indefinite length.
-QByteArray descriptor() {
-    return QByteArray::fromHex(
-               "01060500"
-               "bf") +
-           QByteArray::fromHex("02781b") + "org.kelma.torlan.interfaces" +
-           QByteArray::fromHex("0373") + "plugin_driver_api_t" + QByteArray::fromHex("04a169") +
-           "interface" + QByteArray::fromHex("a264") + "port" + QByteArray::fromHex("68") +
-           "dev/xxxx" + QByteArray::fromHex("64") + "type" + QByteArray::fromHex("62") + "TP" +
-           QByteArray::fromHex("ff");
-}
 
 }  // namespace
 
@@ -40,8 +29,8 @@ class tst_plugin_metadata : public QObject {
         QCOMPARE(note.bytes.mid(4, 4), word(92));
         QCOMPARE(note.bytes.mid(8, 4), word(0x74510001));
         QCOMPARE(note.bytes.mid(12, 12), QByteArray("qt-project!\0", 12));
-        QCOMPARE(descriptor().size(), 92);
-        QCOMPARE(note.bytes.mid(24, 92).toHex(), descriptor().toHex());
+        QCOMPARE(support::metadata_bytes().size(), 92);
+        QCOMPARE(note.bytes.mid(24, 92).toHex(), support::metadata_bytes().toHex());
     }
 
     void the_note_is_aligned_and_padded_to_the_pointer() {
@@ -63,14 +52,14 @@ class tst_plugin_metadata : public QObject {
         const auto first = query();
         QCOMPARE(first.size, std::size_t(92));
         QCOMPARE(QByteArray(static_cast<const char*>(first.data), 92).toHex(),
-                 descriptor().toHex());
+                 support::metadata_bytes().toHex());
         QCOMPARE(query().data, first.data);
         QVERIFY(logger.lines().isEmpty());
     }
 
     void the_map_reads_as_qt_writes_it() {
         QCborParserError error;
-        const QCborValue value = QCborValue::fromCbor(descriptor().mid(4), &error);
+        const QCborValue value = QCborValue::fromCbor(support::metadata_bytes().mid(4), &error);
         QCOMPARE(error.error, QCborError::NoError);
         const QCborMap map = value.toMap();
         QCOMPARE(map.size(), 3);

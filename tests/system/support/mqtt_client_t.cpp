@@ -53,24 +53,24 @@ struct mqtt_client_t::library_t {
     }
 
     static void on_connect(mosquitto*, void* _self, int _reason, int, const mosquitto_property*) {
-        post(_self, [_reason](mqtt_client_t* client) {
-            client->signed_in = _reason == 0;
-            Q_EMIT client->connack(_reason);
+        post(_self, [_reason](mqtt_client_t* to) {
+            to->signed_in = _reason == 0;
+            Q_EMIT to->connack(_reason);
         });
     }
     static void on_disconnect(mosquitto*, void* _self, int, const mosquitto_property*) {
-        post(_self, [](mqtt_client_t* client) {
-            client->signed_in = false;
-            Q_EMIT client->disconnected();
+        post(_self, [](mqtt_client_t* to) {
+            to->signed_in = false;
+            Q_EMIT to->disconnected();
         });
     }
     static void on_subscribe(mosquitto*, void* _self, int _id, int, const int*,
                              const mosquitto_property*) {
-        post(_self, [_id](mqtt_client_t* client) { Q_EMIT client->suback(_id); });
+        post(_self, [_id](mqtt_client_t* to) { Q_EMIT to->suback(_id); });
     }
     static void on_publish(mosquitto*, void* _self, int _id, int _reason,
                            const mosquitto_property*) {
-        post(_self, [_id, _reason](mqtt_client_t* client) { Q_EMIT client->puback(_id, _reason); });
+        post(_self, [_id, _reason](mqtt_client_t* to) { Q_EMIT to->puback(_id, _reason); });
     }
     static void on_message(mosquitto*, void* _self, const mosquitto_message* _message,
                            const mosquitto_property*) {
@@ -78,7 +78,7 @@ struct mqtt_client_t::library_t {
             QString::fromUtf8(_message->topic),
             QByteArray(static_cast<const char*>(_message->payload), _message->payloadlen),
             _message->retain};
-        post(_self, [message](mqtt_client_t* client) { client->take(message); });
+        post(_self, [message](mqtt_client_t* to) { to->take(message); });
     }
 };
 

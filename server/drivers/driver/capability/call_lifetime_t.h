@@ -1,8 +1,6 @@
 #pragma once
 
-#include <QReadLocker>
-#include <QReadWriteLock>
-#include <QWriteLocker>
+#include "base/locks.h"
 
 namespace interfaces {
 
@@ -15,7 +13,7 @@ class call_lifetime_t {
     /// Runs @p _call if the object lives; false if it does not.
     template <class Call>
     bool run(const Call& _call) {
-        const QReadLocker locker(&lock);
+        const base::read_locker_t locker(&lock);
         if (alive) {
             _call();
         }
@@ -24,13 +22,13 @@ class call_lifetime_t {
 
     /// To be called before the object's members go. May be called twice.
     void end() {
-        const QWriteLocker locker(&lock);
+        const base::write_locker_t locker(&lock);
         alive = false;
     }
 
  private:
-    QReadWriteLock lock;  ///< guards alive
-    bool alive = true;
+    base::read_write_lock_t lock;
+    bool alive TORLAN_GUARDED_BY(lock) = true;
 };
 
 }  // namespace interfaces

@@ -1,7 +1,5 @@
 #include "drivers/driver/capability/plugin_driver_IComunication.h"
 
-#include <QWriteLocker>
-
 namespace interfaces {
 
 IComunication::IComunication()
@@ -13,7 +11,7 @@ IComunication::~IComunication() {
 
 bool IComunication::init_comunication(comunication::protoserver_t* _comunication) {
     {
-        const QWriteLocker locker(&lock);
+        const base::write_locker_t locker(&lock);
         if (_comunication == nullptr) {
             utility::log_line(QStringLiteral("Error to set comunication is nullptr!"), 2,
                               "init_comunication", comunication_source, 39);
@@ -26,7 +24,7 @@ bool IComunication::init_comunication(comunication::protoserver_t* _comunication
 }
 
 comunication::protoserver_t* IComunication::Comunication() {
-    const QReadLocker locker(&lock);
+    const base::read_locker_t locker(&lock);
     return comunication.load();
 }
 

@@ -1,11 +1,10 @@
 #pragma once
 
 #include <QMetaObject>
-#include <QReadLocker>
-#include <QReadWriteLock>
 #include <atomic>
 #include <memory>
 
+#include "base/locks.h"
 #include "comunication/protoserver_t.h"
 #include "drivers/driver/capability/call_lifetime_t.h"
 #include "utility/log_line.h"
@@ -29,10 +28,10 @@ class IComunication {
     virtual ~IComunication();
     /// Takes the endpoint; it is not owned. Null: logged, the former one stays, false.
     /// Otherwise the result of finalize_comunication_initialization().
-    virtual bool init_comunication(comunication::protoserver_t* comunication);
+    virtual bool init_comunication(comunication::protoserver_t* comunication) TORLAN_EXCLUDES(lock);
 
     /// The endpoint or null. Any thread.
-    comunication::protoserver_t* Comunication();
+    comunication::protoserver_t* Comunication() TORLAN_EXCLUDES(lock);
 
  protected:
     /// Posts @p _call, a callable that takes the endpoint, to the endpoint's own thread. It runs
@@ -48,7 +47,7 @@ class IComunication {
     /// Written under the lock; the early exit of Comunication(call) reads it without. A driver
     /// that outlives its endpoint sets it to null: calls are skipped from then on.
     std::atomic<comunication::protoserver_t*> comunication;
-    QReadWriteLock lock;  ///< guards comunication; non-recursive
+    base::read_write_lock_t lock;  ///< guards comunication; non-recursive
 
  private:
     static constexpr const char* comunication_source =
@@ -67,7 +66,7 @@ void IComunication::Comunication(Call _call) {
     }
     auto guarded = [this, alive = lifetime, call = std::move(_call)]() {
         alive->run([this, &call]() {
-            const QReadLocker locker(&lock);
+            const base::read_locker_t locker(&lock);
             comunication::protoserver_t* current = comunication.load();
             if (current == nullptr) {
                 utility::log_line(QStringLiteral("Comunication is nullptr, operation skipped"), 3,

@@ -26,6 +26,7 @@ class tst_gated_listener_t : public QObject {
     void large_body_is_refused_before_it_is_sent();
     void refusal_reaches_a_client_that_still_sends();
     void client_that_waits_is_told_to_go_on();
+    void client_that_does_not_wait_gets_one_answer();
     void requests_in_one_go_are_refused();
     void bytes_after_a_request_are_not_served();
     void slow_request_is_ended();
@@ -75,6 +76,14 @@ void tst_gated_listener_t::client_that_waits_is_told_to_go_on() {
     QCOMPARE(socket->readAll(), "HTTP/1.1 100 Continue\r\n\r\n");
     socket->write("7");
     QCOMPARE(status_of(all_of(socket.get())), 200);
+    QCOMPARE(document(), "{\"a\":7}");
+}
+
+void tst_gated_listener_t::client_that_does_not_wait_gets_one_answer() {
+    const QByteArray headers = "Host: localhost\r\nExpect: 100-continue\r\n";
+    const QByteArray answer = exchange(request("PUT /a", "7", headers));
+    QCOMPARE(status_of(answer), 200);
+    QCOMPARE(answer.count("HTTP/1.1"), 1);
     QCOMPARE(document(), "{\"a\":7}");
 }
 

@@ -166,6 +166,8 @@ void tst_request_guard_t::body_is_announced_and_bounded_data() {
     QTest::newRow("empty") << put << QList<QByteArray>{"0"} << false << 0;
     QTest::newRow("1 MiB") << put << QList<QByteArray>{"1048576"} << false << 0;
     QTest::newRow("1 MiB and a byte") << put << QList<QByteArray>{"1048577"} << false << 413;
+    QTest::newRow("2 GiB") << put << QList<QByteArray>{"2147483648"} << false << 413;
+    QTest::newRow("4 GiB and a byte") << put << QList<QByteArray>{"4294967297"} << false << 413;
 }
 
 void tst_request_guard_t::body_is_announced_and_bounded() {

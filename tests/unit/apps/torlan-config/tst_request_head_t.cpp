@@ -8,6 +8,8 @@ class tst_request_head_t : public QObject {
  private Q_SLOTS:
     void head_is_read();
     void every_header_of_a_name_is_kept();
+    void expectation_is_taken_out_data();
+    void expectation_is_taken_out();
     void malformed_head_is_refused_data();
     void malformed_head_is_refused();
     void body_bytes_of_the_headers_data();
@@ -36,6 +38,28 @@ void tst_request_head_t::every_header_of_a_name_is_kept() {
     QCOMPARE(head->hosts, (QList<QByteArray>{"a", "b"}));
     QVERIFY(head->is_coded);
     QCOMPARE(head->path(), "/");
+}
+
+void tst_request_head_t::expectation_is_taken_out_data() {
+    QTest::addColumn<QByteArray>("head");
+    QTest::addColumn<QByteArray>("rest");
+    const auto row = [](const char* name, const QByteArray& head, const QByteArray& rest) {
+        QTest::newRow(name) << head << rest;
+    };
+    row("none", "GET / HTTP/1.1\r\nHost: a\r\n\r\n", "GET / HTTP/1.1\r\nHost: a\r\n\r\n");
+    row("inside", "GET / HTTP/1.1\r\nExpect: 100-continue\r\nA: b\r\n\r\n",
+        "GET / HTTP/1.1\r\nA: b\r\n\r\n");
+    row("last", "GET / HTTP/1.1\r\nA: b\r\neXPECT:100-continue\r\n\r\n",
+        "GET / HTTP/1.1\r\nA: b\r\n\r\n");
+    row("twice", "GET / HTTP/1.1\nExpect: a\nExpect: b\n\r\n\r\n", "GET / HTTP/1.1\n\r\n\r\n");
+    row("other names and values", "GET / HTTP/1.1\r\nA: expect:\r\nExpected: b\r\n",
+        "GET / HTTP/1.1\r\nA: expect:\r\nExpected: b\r\n");
+    row("nothing", "", "");
+}
+
+void tst_request_head_t::expectation_is_taken_out() {
+    QFETCH(QByteArray, head);
+    QTEST(request_head_t::without_expectation(head), "rest");
 }
 
 void tst_request_head_t::malformed_head_is_refused_data() {
@@ -69,6 +93,8 @@ void tst_request_head_t::body_bytes_of_the_headers_data() {
     QTest::newRow("none") << QList<QByteArray>{} << qint64(0);
     QTest::newRow("zero") << QList<QByteArray>{"0"} << qint64(0);
     QTest::newRow("large") << QList<QByteArray>{"123456789012345"} << qint64(123456789012345);
+    QTest::newRow("above 31 bits") << QList<QByteArray>{"2147483648"} << qint64(2147483648);
+    QTest::newRow("above 32 bits") << QList<QByteArray>{"4294967297"} << qint64(4294967297);
     QTest::newRow("larger than any number")
         << QList<QByteArray>{"9999999999999999999"} << qint64(-1);
     QTest::newRow("negative") << QList<QByteArray>{"-1"} << qint64(-1);

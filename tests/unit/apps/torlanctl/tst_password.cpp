@@ -26,7 +26,7 @@ namespace {
 class terminal_session_t {
  public:
     explicit terminal_session_t(const torlanctl_t& _torlanctl)
-        : keyboard(posix_openpt(O_RDWR | O_NOCTTY)) {
+        : keyboard(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
         if (grantpt(keyboard) != 0 || unlockpt(keyboard) != 0) {
             return;
         }

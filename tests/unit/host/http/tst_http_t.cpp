@@ -164,6 +164,11 @@ void tst_http_t::misbehaviour_is_an_error_data() {
         << answer_t{"HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\n{\"a\":1}"} << broken;
     QTest::newRow("half a body, valid so far")
         << answer_t{"HTTP/1.1 200 OK\r\nContent-Length: 4\r\n\r\n12"} << broken;
+    // A length cut to 32 bits would be the two bytes that come.
+    QTest::newRow("half a body, length above 32 bits")
+        << answer_t{"HTTP/1.1 200 OK\r\nContent-Length: 4294967298\r\n\r\n12"} << broken;
+    QTest::newRow("half a body, length above 31 bits")
+        << answer_t{"HTTP/1.1 200 OK\r\nContent-Length: 2147483650\r\n\r\n12"} << broken;
     QTest::newRow("length too small")
         << answer_t{"HTTP/1.1 200 OK\r\nContent-Length: 3\r\n\r\n{\"a\":1}"} << not_json;
     QTest::newRow("length not a number")

@@ -50,7 +50,7 @@ void data_api_element_object_t::reset() {
 }
 
 void data_api_element_object_t::populateFunctions() {
-    const QMutexLocker locker(&functions_mutex);
+    const base::mutex_locker_t locker(&functions_mutex);
     if (view.has_element(id_element)) {
         add_functions();
     }
@@ -160,13 +160,13 @@ void data_api_element_object_t::update_value(const QString& _key) {
 }
 
 void data_api_element_object_t::onRealtimeChangeItem(const QJsonObject&, const QString& _key) {
-    const QMutexLocker locker(&events_mutex);
+    const base::mutex_locker_t locker(&events_mutex);
     update_value(_key);
 }
 
 void data_api_element_object_t::onRealtimeChangeScenaryObjects(const QJsonObject&,
                                                                const QString& _key) {
-    const QMutexLocker locker(&events_mutex);
+    const base::mutex_locker_t locker(&events_mutex);
     const auto clone = view.clone_element(id_element);
     if (clone == nullptr || type != type_scenario || clone->getType() != type_scenario) {
         return;
@@ -186,7 +186,7 @@ void data_api_element_object_t::onRealtimeChangeScenaryObjects(const QJsonObject
 }
 
 void data_api_element_object_t::onPersistentStatusThermo(const QJsonObject&, const QString& _key) {
-    const QMutexLocker locker(&events_mutex);
+    const base::mutex_locker_t locker(&events_mutex);
     if (type != type_thermostat) {
         return;
     }

@@ -3,10 +3,10 @@
 #include <QHash>
 #include <QJsonObject>
 #include <QJsonValue>
-#include <QMutex>
 #include <array>
 #include <utility>
 
+#include "base/locks.h"
 #include "drivers/plugins/plugin_driver_api/data/data_api_t.h"
 
 namespace interfaces {
@@ -39,7 +39,7 @@ class data_api_element_object_t : public data_api_t {
     /// Empties the object and stops listening. The ACL is kept.
     void reset();
     /// Adds the functions that are not there yet; nothing is cleared.
-    void populateFunctions();
+    void populateFunctions() TORLAN_EXCLUDES(functions_mutex);
 
     QString getIdElement() const { return id_element; }
     QString getNameElement() const { return name_element; }
@@ -92,19 +92,22 @@ class data_api_element_object_t : public data_api_t {
 
  private Q_SLOTS:
     void update_value(const QString& _key);
-    void onRealtimeChangeScenaryObjects(const QJsonObject&, const QString& _key);
-    void onRealtimeChangeItem(const QJsonObject& _packet, const QString& _key);
-    void onPersistentStatusThermo(const QJsonObject& _packet, const QString& _key);
+    void onRealtimeChangeScenaryObjects(const QJsonObject&, const QString& _key)
+        TORLAN_EXCLUDES(events_mutex);
+    void onRealtimeChangeItem(const QJsonObject& _packet, const QString& _key)
+        TORLAN_EXCLUDES(events_mutex);
+    void onPersistentStatusThermo(const QJsonObject& _packet, const QString& _key)
+        TORLAN_EXCLUDES(events_mutex);
 
  private:
-    void add_functions();
-    void add_mapped_functions();
-    void add_scenario_function();
-    void add_thermostat_functions();
+    void add_functions() TORLAN_REQUIRES(functions_mutex);
+    void add_mapped_functions() TORLAN_REQUIRES(functions_mutex);
+    void add_scenario_function() TORLAN_REQUIRES(functions_mutex);
+    void add_thermostat_functions() TORLAN_REQUIRES(functions_mutex);
 
     bool initialising = false;
-    QMutex events_mutex;     ///< held by the three change slots
-    QMutex functions_mutex;  ///< held by populateFunctions()
+    base::mutex_t events_mutex;     ///< held by the three change slots
+    base::mutex_t functions_mutex;  ///< held by populateFunctions()
     const QString id_element;
     QString name_element;
     int type = -1;

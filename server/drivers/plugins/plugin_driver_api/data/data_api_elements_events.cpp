@@ -1,5 +1,4 @@
 // What data_api_elements_t hears from the database and passes on from its elements.
-#include <QMutexLocker>
 
 #include "drivers/plugins/plugin_driver_api/data/data_api_elements_t.h"
 
@@ -44,7 +43,7 @@ void data_api_elements_t::init_event(bool enable) {
 }
 
 void data_api_elements_t::trigger_reload() {
-    const QMutexLocker locker(&lock);
+    const base::mutex_locker_t locker(&lock);
     reload_timer->trigger();
 }
 
@@ -65,7 +64,7 @@ void data_api_elements_t::onRealtimeChangeItems(const QJsonObject&) {
 }
 
 void data_api_elements_t::onPersistentChangeElement(const QJsonObject&, const QString& _key) {
-    const QMutexLocker locker(&lock);
+    const base::mutex_locker_t locker(&lock);
     if (view.has_element(_key)) {
         addElement(_key);
     } else {

@@ -1,7 +1,5 @@
 #include "drivers/plugins/plugin_driver_api/data/data_api_elements_t.h"
 
-#include <QMutexLocker>
-
 #include "drivers/plugins/plugin_driver_api/data/element_type.h"
 #include "utility/log_line.h"
 
@@ -33,7 +31,7 @@ void data_api_elements_t::reload() {
 }
 
 void data_api_elements_t::init() {
-    const QMutexLocker locker(&lock);
+    const base::mutex_locker_t locker(&lock);
     api_usernames.clear();
     api_usernames = get_api_usernames(true);
     const QStringList ids = view.element_ids();
@@ -45,7 +43,7 @@ void data_api_elements_t::init() {
 }
 
 void data_api_elements_t::reset() {
-    const QMutexLocker locker(&lock);
+    const base::mutex_locker_t locker(&lock);
     init_event(false);
     const QStringList ids = elements.keys();
     Q_EMIT on_reset_api_elements(true, ids);
@@ -58,7 +56,7 @@ void data_api_elements_t::reset() {
 }
 
 void data_api_elements_t::reinit() {
-    const QMutexLocker locker(&lock);
+    const base::mutex_locker_t locker(&lock);
     const QStringList known = elements.keys();
     for (const QString& id : known) {
         if (!view.has_element(id)) {
@@ -74,7 +72,7 @@ void data_api_elements_t::reinit() {
 }
 
 void data_api_elements_t::addElement(const QString& id) {
-    const QMutexLocker locker(&lock);
+    const base::mutex_locker_t locker(&lock);
     const auto* element = view.element(id);
     if (element == nullptr || !is_exposed_element_type(element->getType())) {
         removeElement(id);
@@ -104,7 +102,7 @@ void data_api_elements_t::load_new_element(const QString& _id) {
 }
 
 void data_api_elements_t::removeElement(const QString& id) {
-    const QMutexLocker locker(&lock);
+    const base::mutex_locker_t locker(&lock);
     data_api_element_object_t* element = elements.take(id);
     if (element == nullptr) {
         return;
@@ -115,7 +113,7 @@ void data_api_elements_t::removeElement(const QString& id) {
 }
 
 void data_api_elements_t::check_permission() {
-    const QMutexLocker locker(&lock);
+    const base::mutex_locker_t locker(&lock);
     for_each_element([this](const QString& id, data_api_element_object_t& element) {
         element.update_permission();
         populate_acl(id);
@@ -124,7 +122,7 @@ void data_api_elements_t::check_permission() {
 }
 
 void data_api_elements_t::populate_acl() {
-    const QMutexLocker locker(&lock);
+    const base::mutex_locker_t locker(&lock);
     acl.clear();
     const QStringList ids = elements.keys();
     for (const QString& id : ids) {
@@ -133,7 +131,7 @@ void data_api_elements_t::populate_acl() {
 }
 
 void data_api_elements_t::populate_acl(const QString& id) {
-    const QMutexLocker locker(&lock);
+    const base::mutex_locker_t locker(&lock);
     data_api_element_object_t* element = elements.value(id);
     if (element == nullptr) {
         for (auto user = acl.begin(); user != acl.end(); ++user) {
@@ -158,19 +156,19 @@ void data_api_elements_t::setEnabled(bool enable) {
 }
 
 QHash<QString, data_api_element_object_t*> data_api_elements_t::get_data_api_elements() {
-    const QMutexLocker locker(&lock);
+    const base::mutex_locker_t locker(&lock);
     return elements;
 }
 
 QPointer<data_api_element_object_t> data_api_elements_t::get_data_api_element_object(
     const QString& id) {
-    const QMutexLocker locker(&lock);
+    const base::mutex_locker_t locker(&lock);
     return elements.value(id);
 }
 
 void data_api_elements_t::for_each_element(
     const std::function<void(const QString&, data_api_element_object_t&)>& _visit) {
-    const QMutexLocker locker(&lock);
+    const base::mutex_locker_t locker(&lock);
     for (auto element = elements.cbegin(); element != elements.cend(); ++element) {
         _visit(element.key(), *element.value());
     }

@@ -2,11 +2,11 @@
 
 #include <QHash>
 #include <QJsonObject>
-#include <QRecursiveMutex>
 #include <QScopedPointer>
 #include <QStringList>
 #include <functional>
 
+#include "base/locks.h"
 #include "drivers/plugins/plugin_driver_api/data/data_api_element_object_t.h"
 #include "utility/timer_debounce_t.h"
 
@@ -52,7 +52,8 @@ class data_api_elements_t : public data_api_t {
     QHash<QString, data_api_element_object_t*> get_data_api_elements();
     /// Null when the id is unknown.
     QPointer<data_api_element_object_t> get_data_api_element_object(const QString& id);
-    acl_t get_data_api_elements_acl() { return acl; }
+    /// Takes no lock: callers are in the object's own thread, where alone the table is written.
+    acl_t get_data_api_elements_acl() TORLAN_NO_THREAD_SAFETY_ANALYSIS { return acl; }
     /// Calls @p _visit for each element, in table order, under the lock.
     void for_each_element(
         const std::function<void(const QString&, data_api_element_object_t&)>& _visit);
@@ -83,16 +84,16 @@ class data_api_elements_t : public data_api_t {
     void element_remove_acl_element(const QString& _username, const QString& _id_element);
 
  private:
-    void load_new_element(const QString& _id);
+    void load_new_element(const QString& _id) TORLAN_REQUIRES(lock);
     void reload();
     void trigger_reload();
 
-    QStringList api_usernames;
-    QRecursiveMutex lock;  ///< guards elements and acl
-    QHash<QString, data_api_element_object_t*> elements;
+    base::recursive_mutex_t lock;
+    QStringList api_usernames TORLAN_GUARDED_BY(lock);
+    QHash<QString, data_api_element_object_t*> elements TORLAN_GUARDED_BY(lock);
     QScopedPointer<utility::timer_debounce_t<>> reload_timer;
     bool enabled = true;
-    acl_t acl;
+    acl_t acl TORLAN_GUARDED_BY(lock);
 };
 
 }  // namespace interfaces

@@ -1,6 +1,5 @@
 #include "drivers/plugins/plugin_driver_api/mqtt/mqtt_server_t.h"
 
-#include <QMutexLocker>
 #include <algorithm>
 
 #include "drivers/plugins/plugin_driver_api/mqtt/api_v1/mqtt_server_api_v1_t.h"
@@ -35,7 +34,7 @@ mqtt_server_t::mqtt_server_t(QPointer<data_api_elements_t> _elements, QObject* _
 mqtt_server_t::~mqtt_server_t() = default;
 
 void mqtt_server_t::init_route_path(const bool& _enable) {
-    const QMutexLocker locker(&route_barrier);
+    const base::mutex_locker_t locker(&route_barrier);
     for (mqtt_server_api_base_t* handler : std::as_const(handlers)) {
         connect(handler, SIGNAL(publish_message(const QString&, const QJsonObject&, bool)), this,
                 SLOT(on_publish_message(const QString&, const QJsonObject&, bool)), queued_unique);
@@ -82,8 +81,8 @@ void mqtt_server_t::init_event_modify_acl(bool enable) {
 }
 
 void mqtt_server_t::enable_change(const QString&, const bool& _enable) {
-    { const QMutexLocker barrier(&route_barrier); }
-    const QMutexLocker locker(&mutex);
+    { const base::mutex_locker_t barrier(&route_barrier); }
+    const base::mutex_locker_t locker(&mutex);
     const bool was_enabled = enabled;
     enabled = _enable || std::any_of(handlers.cbegin(), handlers.cend(),
                                      [](const auto* handler) { return handler->getEnable(); });

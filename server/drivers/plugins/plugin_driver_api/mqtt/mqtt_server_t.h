@@ -2,12 +2,12 @@
 
 #include <QHash>
 #include <QJsonObject>
-#include <QMutex>
 #include <QObject>
 #include <QPointer>
 #include <QScopedPointer>
 #include <QStringList>
 
+#include "base/locks.h"
 #include "drivers/plugins/plugin_driver_api/data/data_api_elements_t.h"
 #include "utility/timer_debounce_t.h"
 
@@ -45,8 +45,9 @@ class mqtt_server_t : public QObject {
 
  public Q_SLOTS:
     /// Installs (true) or removes (false) every handler's routes. Endpoint's thread.
-    void init_route_path(const bool& _enable);
-    void enable_change(const QString& _version, const bool& _enable);
+    void init_route_path(const bool& _enable) TORLAN_EXCLUDES(route_barrier);
+    void enable_change(const QString& _version, const bool& _enable)
+        TORLAN_EXCLUDES(mutex, route_barrier);
     void onUpdateElement(const QString& _id_element, const QStringList& _functions);
     void onUpdateElements(const QStringList& _ids_element);
 
@@ -71,13 +72,13 @@ class mqtt_server_t : public QObject {
     QString object_name;
     QPointer<data_api_elements_t> elements;
     QHash<QString, mqtt_server_api_base_t*> handlers;  ///< by version word; children of this
-    bool enabled = false;                              ///< guarded by mutex
-    QMutex mutex;  ///< guards enabled and the transitions of enable_change
+    base::mutex_t mutex;  ///< guards enabled and the transitions of enable_change
+    bool enabled TORLAN_GUARDED_BY(mutex) = false;
     QScopedPointer<utility::timer_debounce_t<>> acl_timer;
     bool acl_pass_due = false;  ///< true while the timer calls on_acl_changes
     /// Held while init_route_path connects; enable_change only passes through it when it begins,
     /// so that the collection never loads while nobody listens yet.
-    QMutex route_barrier;
+    base::mutex_t route_barrier;
 };
 
 }  // namespace interfaces

@@ -1,4 +1,5 @@
 #include <QTest>
+#include <ctime>
 
 #include "database/installation/document_reader.h"
 #include "database/installation/document_writer.h"
@@ -88,11 +89,12 @@ void tst_document_writer::large_installation_is_read_back_in_seconds() {
         whole.permissions["u-a"]["e-" + number] = 3;
     }
     const QByteArray bytes = write_document(whole);
-    QElapsedTimer timer;
-    timer.start();
+    // Processor time: other tests run at the same time.
+    const std::clock_t begin = std::clock();
     QVERIFY(read_document(bytes, "export").installation == whole);
-    qInfo("%lld ms", timer.elapsed());
-    QVERIFY(timer.elapsed() < 30000);
+    const auto seconds = double(std::clock() - begin) / CLOCKS_PER_SEC;
+    qInfo("%.1f s", seconds);
+    QVERIFY(seconds < 30);
 }
 
 QTEST_GUILESS_MAIN(tst_document_writer)

@@ -163,6 +163,32 @@ class tst_change_feed_t : public QObject {
         QCOMPARE(writer->read("SELECT count(*) FROM changes"), "0");
     }
 
+    void sequence_numbers_outgrow_32_bits_data() {
+        QTest::addColumn<qint64>("last_used");
+        QTest::newRow("31 bits") << (qint64(1) << 31) - 2;
+        QTest::newRow("32 bits") << (qint64(1) << 32) - 2;
+        QTest::newRow("what a double holds") << (qint64(1) << 53) - 2;
+    }
+    void sequence_numbers_outgrow_32_bits() {
+        QFETCH(const qint64, last_used);
+        feed.reset();
+        QVERIFY(writer->write(
+            {QStringLiteral("INSERT INTO changes VALUES (%1, 'bulk', '')").arg(last_used)}));
+        start();
+        notifier_log_t log(db.get(), feed.get());
+        for (int value = 1; value <= 4; ++value) {
+            const QString key = value % 2 == 0 ? QStringLiteral("i-lamp") : QStringLiteral("i-dim");
+            log.lines.clear();
+            QVERIFY(writer->write({QStringLiteral("UPDATE items SET value = 'v%1' WHERE id = '%2'")
+                                       .arg(QString::number(value), key)}));
+            QCOMPARE(writer->read("SELECT max(sequence) FROM changes").toLongLong(),
+                     last_used + value);
+            feed->check();
+            QCOMPARE(log.lines, QStringList("item " + key));
+            QCOMPARE(writer->read("SELECT count(*) FROM changes"), "0");
+        }
+    }
+
     void a_rolled_back_write_is_not_seen() {
         notifier_log_t log(db.get(), feed.get());
         database::store::connection_t other;

@@ -1,6 +1,7 @@
 #include "database/store/sqlite_store_t.h"
 
 #include <QTest>
+#include <limits>
 
 #include "unit/host/database/sample_installation.h"
 
@@ -21,6 +22,25 @@ class tst_sqlite_store_t : public QObject {
         QCOMPARE(whole.permissions, sample::installation().permissions);
         QVERIFY(whole == sample::installation());
         QVERIFY(whole.elements["e-lamp"].functions["dimmer"].isNull());
+    }
+
+    void flags_keep_their_sign_and_their_top_bit() {
+        const sample::file_t file;
+        sqlite_store_t store;
+        QVERIFY(store.open(file.path()).ok());
+        installation_t written = sample::installation();
+        const QMap<QString, qint32> flags{{"e-least", std::numeric_limits<qint32>::min()},
+                                          {"e-minus", -1},
+                                          {"e-most", std::numeric_limits<qint32>::max()}};
+        for (auto it = flags.cbegin(); it != flags.cend(); ++it) {
+            written.elements[it.key()] = {"Flags", 1, it.value(), {}, {}, {}};
+        }
+        QVERIFY(store.replace(written).ok());
+        installation_t whole;
+        QVERIFY(store.read(&whole).ok());
+        for (auto it = flags.cbegin(); it != flags.cend(); ++it) {
+            QCOMPARE(whole.elements.value(it.key()).flags, it.value());
+        }
     }
 
     void a_replacement_leaves_nothing_of_the_old() {

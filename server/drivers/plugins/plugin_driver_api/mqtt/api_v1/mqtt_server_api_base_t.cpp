@@ -1,7 +1,5 @@
 #include "drivers/plugins/plugin_driver_api/mqtt/api_v1/mqtt_server_api_base_t.h"
 
-#include <QMutexLocker>
-
 #include "drivers/plugins/plugin_driver_api/mqtt/api_topics.h"
 #include "utility/log_line.h"
 
@@ -34,7 +32,7 @@ void mqtt_server_api_base_t::setEnable(bool _enable) {
 
 void mqtt_server_api_base_t::init_route(bool _enable) {
     setEnable(_enable);
-    const QMutexLocker locker(&router_mutex);
+    const base::mutex_locker_t locker(&router_mutex);
     init_no_route_path();
     init_route_path();
 }
@@ -43,7 +41,7 @@ void mqtt_server_api_base_t::handlerMessage(const QString& username, const QStri
                                             const QJsonObject& payload) {
     QJsonValue result;
     {
-        const QMutexLocker locker(&router_mutex);
+        const base::mutex_locker_t locker(&router_mutex);
         result = router.process(topic, QVariant(payload), {}).toJsonValue();
     }
     if (result.isObject() && !result.toObject().isEmpty()) {

@@ -2,12 +2,12 @@
 
 #include <QHash>
 #include <QJsonObject>
-#include <QMutex>
 #include <QObject>
 #include <QPointer>
 #include <QStringList>
 #include <atomic>
 
+#include "base/locks.h"
 #include "drivers/plugins/plugin_driver_api/data/data_api_elements_t.h"
 #include "router/mqtt_router_t.h"
 
@@ -51,10 +51,11 @@ class mqtt_server_api_base_t : public QObject {
     /// Any thread.
     bool getEnable() const { return enabled; }
     void setEnable(bool _enable);
-    void init_route(bool _enable);
+    void init_route(bool _enable) TORLAN_EXCLUDES(router_mutex);
 
     /// Answers one request.
-    void handlerMessage(const QString& username, const QString& topic, const QJsonObject& payload);
+    void handlerMessage(const QString& username, const QString& topic, const QJsonObject& payload)
+        TORLAN_EXCLUDES(router_mutex);
     /// Publish element updates, retained.
     void handlerUpdateMessageAllUser(const QString& id, const QStringList& changed);
     void handlerUpdateMessageAllUser(const QStringList& ids);
@@ -81,7 +82,7 @@ class mqtt_server_api_base_t : public QObject {
     QString version_word;  ///< "base" until the constructor is done
 
  private:
-    QMutex router_mutex;  ///< the router is not assumed to be thread-safe
+    base::mutex_t router_mutex;  ///< the router is not assumed to be thread-safe
 };
 
 }  // namespace interfaces

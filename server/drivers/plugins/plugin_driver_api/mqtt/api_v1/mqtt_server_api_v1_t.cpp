@@ -12,8 +12,6 @@ namespace interfaces {
 
 namespace {
 
-constexpr int code_accepted = 202;
-
 using request_t = QJsonObject (*)(data_api_elements_t*, const QVariant&, const QStringList&);
 
 struct route_t {
