@@ -1,4 +1,5 @@
 // Running programs.
+#include <fcntl.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -10,6 +11,7 @@
 #include <QTest>
 #include <cerrno>
 #include <csignal>
+#include <cstdarg>
 #include <cstring>
 
 #include "fakes/recording_logger_t.h"
@@ -25,12 +27,26 @@ namespace {
 /// Stands for "/data/local", which no desktop has; empty: nothing stands for it.
 char embedded_folder[4096] = "";
 
+const char* real_path(const char* _path) {
+    const bool is_embedded = embedded_folder[0] != 0 && std::strcmp(_path, "/data/local") == 0;
+    return is_embedded ? embedded_folder : _path;
+}
+
 }  // namespace
 
-// The process library enters a program's folder with it, between fork and exec.
+// The process library enters a program's folder with the one, between fork and exec; since Qt 6.5
+// it opens the folder with the other beforehand.
 extern "C" int chdir(const char* _path) noexcept {
-    const bool is_embedded = embedded_folder[0] != 0 && std::strcmp(_path, "/data/local") == 0;
-    return static_cast<int>(syscall(SYS_chdir, is_embedded ? embedded_folder : _path));
+    return static_cast<int>(syscall(SYS_chdir, real_path(_path)));
+}
+
+extern "C" int open64(const char* _path, int _flags, ...) {
+    va_list more;
+    va_start(more, _flags);
+    const unsigned mode = (_flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(more, unsigned) : 0;
+    va_end(more);
+    return static_cast<int>(
+        syscall(SYS_openat, AT_FDCWD, real_path(_path), _flags | O_LARGEFILE, mode));
 }
 
 namespace {
