@@ -28,25 +28,38 @@ namespace {
 char embedded_folder[4096] = "";
 
 const char* real_path(const char* _path) {
-    const bool is_embedded = embedded_folder[0] != 0 && std::strcmp(_path, "/data/local") == 0;
-    return is_embedded ? embedded_folder : _path;
+    const bool is_embedded =
+        std::strcmp(_path, "/data/local") == 0 || std::strcmp(_path, "/data/local/.") == 0;
+    return embedded_folder[0] != 0 && is_embedded ? embedded_folder : _path;
+}
+
+int open_real(const char* _path, int _flags, va_list _more) {
+    const unsigned mode = (_flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(_more, unsigned) : 0;
+    return static_cast<int>(syscall(SYS_openat, AT_FDCWD, real_path(_path), _flags, mode));
 }
 
 }  // namespace
 
-// The process library enters a program's folder with the one, between fork and exec; since Qt 6.5
-// it opens the folder with the other beforehand.
+// The process library enters a program's folder with the first, between fork and exec; since Qt 6.5
+// it opens the folder with one of the others beforehand.
 extern "C" int chdir(const char* _path) noexcept {
     return static_cast<int>(syscall(SYS_chdir, real_path(_path)));
+}
+
+extern "C" int open(const char* _path, int _flags, ...) {
+    va_list more;
+    va_start(more, _flags);
+    const int descriptor = open_real(_path, _flags, more);
+    va_end(more);
+    return descriptor;
 }
 
 extern "C" int open64(const char* _path, int _flags, ...) {
     va_list more;
     va_start(more, _flags);
-    const unsigned mode = (_flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(more, unsigned) : 0;
+    const int descriptor = open_real(_path, _flags | O_LARGEFILE, more);
     va_end(more);
-    return static_cast<int>(
-        syscall(SYS_openat, AT_FDCWD, real_path(_path), _flags | O_LARGEFILE, mode));
+    return descriptor;
 }
 
 namespace {
