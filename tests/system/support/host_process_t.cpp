@@ -10,6 +10,7 @@ namespace support {
 
 namespace {
 constexpr int start_timeout_ms = 60000;
+constexpr int tool_timeout_ms = 60000;
 constexpr int stop_timeout_ms = 15000;
 }  // namespace
 
@@ -41,7 +42,7 @@ int host_process_t::control(const QStringList& _arguments, const QByteArray& _in
                     QStringList{QStringLiteral("--data"), folder.path()} + _arguments);
     torlanctl.write(_input);
     torlanctl.closeWriteChannel();
-    if (!torlanctl.waitForFinished(stop_timeout_ms)) {
+    if (!torlanctl.waitForFinished(tool_timeout_ms)) {
         return -1;
     }
     last_error = QString::fromUtf8(torlanctl.readAllStandardError());
