@@ -85,7 +85,7 @@ QString settings_t::read() {
     if (!http_read_config_server_t::createInstance(nullptr)->read_configuration()) {
         return QStringLiteral("The configuration server at %1 has no settings.").arg(address());
     }
-    // A new id stands in the client file already; here it is kept for the next start.
+    // A new id stands in the client file already; now also where clients read the settings.
     tell_clients(torlan_option_t::InstallationId());
     return {};
 }

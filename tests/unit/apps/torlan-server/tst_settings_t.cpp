@@ -117,8 +117,7 @@ class tst_settings_t : public QObject {
     }
 
     void no_answer_in_time_is_one_sentence_and_the_wait_is_told_once() {
-        server = std::make_unique<tiny_http_server_t>(
-            tiny_http_server_t::json("{}", "503 Service Unavailable"));
+        serve_nothing_yet();
         options_t options = options_here();
         options.config_wait = 1;
         settings_t settings(options);
@@ -133,8 +132,7 @@ class tst_settings_t : public QObject {
     }
 
     void without_patience_one_question_is_put() {
-        server = std::make_unique<tiny_http_server_t>(
-            tiny_http_server_t::json("{}", "503 Service Unavailable"));
+        serve_nothing_yet();
         options_t options = options_here();
         options.config_wait = 0;
         settings_t settings(options);
@@ -155,8 +153,7 @@ class tst_settings_t : public QObject {
     }
 
     void giving_up_ends_the_wait() {
-        server = std::make_unique<tiny_http_server_t>(
-            tiny_http_server_t::json("{}", "503 Service Unavailable"));
+        serve_nothing_yet();
         options_t options = options_here();
         options.config_wait = 3600;
         settings_t settings(options);
@@ -178,6 +175,10 @@ class tst_settings_t : public QObject {
  private:
     void serve(const QByteArray& _document) {
         server = std::make_unique<tiny_http_server_t>(tiny_http_server_t::json(_document));
+    }
+    void serve_nothing_yet() {
+        server = std::make_unique<tiny_http_server_t>(
+            tiny_http_server_t::json("{}", "503 Service Unavailable"));
     }
     options_t options_here() const {
         options_t options;
