@@ -25,15 +25,19 @@ add_library(torlan_product INTERFACE)
 target_compile_options(torlan_product INTERFACE -Wconversion -Wno-sign-conversion -Wcast-align)
 target_link_libraries(torlan_product INTERFACE torlan_settings)
 
-# add_torlan_library(<folder name> SOURCES ... [PUBLIC libs...] [PRIVATE libs...])
-# One shared library per folder of host/, alias torlan::<name>; included as "<name>/<header>".
+# add_torlan_library(<name> SOURCES ... [INCLUDE_ROOT dir] [PUBLIC libs...] [PRIVATE libs...])
+# One shared library a folder, alias torlan::<name>; its headers are included by their path below
+# INCLUDE_ROOT, the folder above this one unless told otherwise.
 function(add_torlan_library _name)
-    cmake_parse_arguments(arg "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+    cmake_parse_arguments(arg "" "INCLUDE_ROOT" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+    if(NOT arg_INCLUDE_ROOT)
+        cmake_path(GET CMAKE_CURRENT_SOURCE_DIR PARENT_PATH arg_INCLUDE_ROOT)
+    endif()
     add_library(torlan_${_name} SHARED ${arg_SOURCES})
     add_library(torlan::${_name} ALIAS torlan_${_name})
     file(GLOB_RECURSE _headers CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
     target_sources(torlan_${_name} PUBLIC FILE_SET HEADERS
-        BASE_DIRS ${CMAKE_SOURCE_DIR}/host FILES ${_headers})
+        BASE_DIRS ${arg_INCLUDE_ROOT} FILES ${_headers})
     # The settings come first: what a library's interface takes back of them must come later.
     target_link_libraries(torlan_${_name}
         PRIVATE torlan_product PUBLIC Qt6::Core ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
@@ -85,8 +89,7 @@ function(add_torlan_test _source)
     string(REGEX REPLACE "^tst_" "" _class "${_stem}")
     set(_target ${_prefix}-${_class})
     add_executable(${_target} ${CMAKE_SOURCE_DIR}/tests/${_source} ${arg_SOURCES})
-    target_include_directories(${_target} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
-    target_link_libraries(${_target} PRIVATE torlan_settings Qt6::Test ${arg_LINK})
+    target_link_libraries(${_target} PRIVATE torlan_settings Qt6::Test ${arg_LINK} torlan_kit)
     set_target_properties(${_target} PROPERTIES
         RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests BUILD_RPATH_USE_ORIGIN ON)
     add_test(NAME ${_folder}/${_class} COMMAND ${_target})

@@ -1,8 +1,8 @@
 #include "account_keeper_t.h"
 
 #include "broker/password_hash.h"
-#include "comunication/host_log.h"
-#include "database/live/live_database_t.h"
+#include "endpoint/host_log.h"
+#include "live/live_database_t.h"
 
 namespace torlan {
 

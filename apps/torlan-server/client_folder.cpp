@@ -3,7 +3,7 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include "comunication/host_log.h"
+#include "endpoint/host_log.h"
 
 namespace torlan {
 

@@ -3,8 +3,8 @@
 #include <QDir>
 #include <utility>
 
-#include "comunication/host_log.h"
 #include "drivers/driver/capability/plugin_driver_IComunication.h"
+#include "endpoint/host_log.h"
 #include "loader/driver_loader_t.h"
 
 namespace torlan {

@@ -7,7 +7,7 @@
 
 #include "broker/broker_rights_check_t.h"
 #include "broker/port_probe_t.h"
-#include "comunication/host_log.h"
+#include "endpoint/host_log.h"
 #include "first_request_t.h"
 #include "ready_probe_t.h"
 #include "utility/torlan_option_t.h"

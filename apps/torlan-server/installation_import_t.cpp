@@ -3,9 +3,9 @@
 #include <QFile>
 #include <QJsonDocument>
 
-#include "database/installation/document_reader.h"
-#include "database/installation/password_hash.h"
-#include "database/store/sqlite_store_t.h"
+#include "installation/document_reader.h"
+#include "installation/password_hash.h"
+#include "store/sqlite_store_t.h"
 
 namespace torlan {
 

@@ -3,7 +3,7 @@
 #include <QJsonObject>
 #include <QString>
 
-#include "database/installation/installation_t.h"
+#include "installation/installation_t.h"
 
 namespace torlan {
 

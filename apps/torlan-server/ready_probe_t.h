@@ -4,7 +4,7 @@
 #include <QTimer>
 #include <chrono>
 
-#include "comunication/mosquitto_client_t.h"
+#include "endpoint/mosquitto_client_t.h"
 
 namespace torlan {
 

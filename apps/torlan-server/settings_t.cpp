@@ -11,7 +11,7 @@
 
 #include "build_facts.h"
 #include "client_folder.h"
-#include "comunication/host_log.h"
+#include "endpoint/host_log.h"
 #include "http/http_t.h"
 #include "utility/cnfserver.h"
 #include "utility/http_read_config_server_t.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "commands.h"
-#include "database/installation/name_rules.h"
+#include "installation/name_rules.h"
 
 namespace torlanctl {
 

@@ -2,7 +2,7 @@
 
 #include <QStringList>
 
-#include "database/store/result_t.h"
+#include "store/result_t.h"
 
 namespace torlanctl {
 

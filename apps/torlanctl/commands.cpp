@@ -3,15 +3,15 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include "database/installation/document_reader.h"
-#include "database/installation/document_writer.h"
-#include "database/installation/name_rules.h"
-#include "database/installation/password_hash.h"
-#include "database/installation/permission_words.h"
-#include "database/store/sqlite_store_t.h"
-#include "database/store/store_editor_t.h"
+#include "installation/document_reader.h"
+#include "installation/document_writer.h"
+#include "installation/name_rules.h"
+#include "installation/password_hash.h"
+#include "installation/permission_words.h"
 #include "password_input.h"
 #include "standard_streams.h"
+#include "store/sqlite_store_t.h"
+#include "store/store_editor_t.h"
 
 namespace torlanctl {
 

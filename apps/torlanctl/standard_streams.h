@@ -2,7 +2,7 @@
 
 #include <QByteArray>
 
-#include "database/store/result_t.h"
+#include "store/result_t.h"
 
 namespace torlanctl {
 

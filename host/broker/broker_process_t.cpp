@@ -11,7 +11,7 @@
 
 #include "broker/broker_config_t.h"
 #include "broker/password_hash.h"
-#include "comunication/host_log.h"
+#include "endpoint/host_log.h"
 
 namespace broker {
 

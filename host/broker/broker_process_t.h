@@ -10,7 +10,7 @@
 #include "broker/broker_result_t.h"
 #include "broker/broker_settings_t.h"
 #include "broker/port_probe_t.h"
-#include "comunication/backoff_t.h"
+#include "endpoint/backoff_t.h"
 
 namespace broker {
 

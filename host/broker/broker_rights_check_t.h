@@ -5,7 +5,7 @@
 #include <QTimer>
 
 #include "broker/broker_result_t.h"
-#include "comunication/mosquitto_client_t.h"
+#include "endpoint/mosquitto_client_t.h"
 
 namespace broker {
 

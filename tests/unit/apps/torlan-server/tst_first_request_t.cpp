@@ -13,10 +13,10 @@ class tst_first_request_t : public QObject {
     void it_is_somebody_s_who_may_read_and_write_a_switch() {
         fakes::memory_database_t db;
         fill(&db);
-        db.data()->setPermission("e-lamp", "u-a", 1);
-        db.data()->setPermission("e-temperature", "u-a", 3);
-        db.data()->setPermission("e-unconnected", "u-a", 3);
-        db.data()->setPermission("e-lamp", "u-b", 3);
+        db.grant("u-a", "e-lamp", 1);
+        db.grant("u-a", "e-temperature", 3);
+        db.grant("u-a", "e-unconnected", 3);
+        db.grant("u-b", "e-lamp", 3);
         const auto request = first_request_t::find(*db.get());
         QVERIFY(request);
         QCOMPARE(request->username, QStringLiteral("bob"));
@@ -29,7 +29,7 @@ class tst_first_request_t : public QObject {
         fakes::memory_database_t db;
         fill(&db);
         db.add_item("i-lamp", "1");
-        db.data()->setPermission("e-lamp", "u-b", 3);
+        db.grant("u-b", "e-lamp", 3);
         QCOMPARE(first_request_t::find(*db.get())->value, QStringLiteral("0"));
     }
 
@@ -37,7 +37,7 @@ class tst_first_request_t : public QObject {
         fakes::memory_database_t db;
         QVERIFY(!first_request_t::find(*db.get()));
         fill(&db);
-        db.data()->setPermission("e-lamp", "u-b", 2);
+        db.grant("u-b", "e-lamp", 2);
         QVERIFY(!first_request_t::find(*db.get()));
     }
 

@@ -4,7 +4,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include "database/store/sqlite_store_t.h"
+#include "store/sqlite_store_t.h"
 
 using torlan::installation_import_t;
 

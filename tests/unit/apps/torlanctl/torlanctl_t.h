@@ -4,8 +4,8 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
-#include "database/installation/installation_t.h"
-#include "database/store/sqlite_store_t.h"
+#include "installation/installation_t.h"
+#include "store/sqlite_store_t.h"
 
 /// What one call of the program left behind.
 struct call_t {

@@ -1,6 +1,6 @@
 #include <QTest>
 
-#include "database/installation/password_hash.h"
+#include "installation/password_hash.h"
 #include "unit/apps/torlanctl/torlanctl_t.h"
 
 using database::installation::verify_password;

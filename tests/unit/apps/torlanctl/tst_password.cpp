@@ -4,7 +4,7 @@
 #include <QTest>
 #include <cstdlib>
 
-#include "database/installation/password_hash.h"
+#include "installation/password_hash.h"
 #include "unit/apps/torlanctl/torlanctl_t.h"
 
 /// How a password gets in.

@@ -2,7 +2,7 @@
 
 #include <QList>
 
-#include "comunication/mosquitto_client_t.h"
+#include "endpoint/mosquitto_client_t.h"
 #include "unit/host/broker/wait_until.h"
 
 /// A client of the broker that writes down what it gets and waits for answers.

@@ -5,7 +5,7 @@
 
 #include "broker/broker_process_t.h"
 #include "broker/password_hash.h"
-#include "comunication/endpoint_settings_t.h"
+#include "endpoint/endpoint_settings_t.h"
 
 /// A port of 127.0.0.1 that nobody listens on.
 inline quint16 free_port() {

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+#include <utility>
+
+namespace base {
+
+/// The outcome of an operation: ok, or one sentence that names the thing and the place and that a
+/// person can be shown. Holds no secret.
+struct [[nodiscard]] result_t {
+    QString error;  ///< empty: ok
+
+    bool is_ok() const { return error.isEmpty(); }
+    static result_t failed(QString _sentence) { return {std::move(_sentence)}; }
+};
+
+/// The same for an operation that yields something: the value, or why there is none.
+template <class value_t>
+struct [[nodiscard]] result_of_t : result_t {
+    value_t value{};  ///< as constructed without arguments after a failure
+
+    // Implicit, so that an operation returns what it has: the value or a failure.
+    // NOLINTNEXTLINE(google-explicit-constructor)
+    result_of_t(value_t _value) : value(std::move(_value)) {}
+    // NOLINTNEXTLINE(google-explicit-constructor)
+    result_of_t(result_t _failure) : result_t(std::move(_failure)) {}
+};
+
+}  // namespace base

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "database/persistent/objects/ps_object_item_t.h"
+#include "database/table_t.h"
+
+namespace database::persistent::dbs {
+
+class ps_items_t : public table_t<objects::ps_object_item_t> {};
+
+}  // namespace database::persistent::dbs

@@ -1,0 +1,92 @@
+#include "endpoint/message_sender_t.h"
+
+#include <utility>
+
+#include "endpoint/host_log.h"
+
+namespace comunication {
+
+namespace {
+
+constexpr const char* source = "host/endpoint/message_sender_t";
+
+/// Mosquitto 2.0.11 acknowledges and then loses retained messages of a publisher with more in
+/// flight than it allows, and it allows 20 unless told otherwise.
+constexpr int window = 20;
+
+void tell_once(bool& _told, const QString& _line) {
+    if (!std::exchange(_told, true)) {
+        host_log(_line, 3, "send", source, __LINE__);
+    }
+}
+
+}  // namespace
+
+message_sender_t::message_sender_t(mosquitto_client_t& _client, endpoint_counters_t& _counts,
+                                   std::size_t _most_messages, std::size_t _most_bytes)
+    : client(_client), counts(_counts), queue(_most_messages, _most_bytes) {}
+
+void message_sender_t::send(outgoing_t _message) {
+    if (!is_open) {
+        ++counts.dropped_disconnected;
+        tell_once(told_closed, QStringLiteral("Not connected to the broker, messages are dropped"));
+        return;
+    }
+    if (!queue.push(std::move(_message))) {
+        ++counts.dropped_full;
+        tell_once(told_full,
+                  QStringLiteral("Too many messages wait for the broker, more are dropped"));
+        return;
+    }
+    send_more();
+}
+
+void message_sender_t::on_delivered(bool _accepted) {
+    --in_flight;
+    ++(_accepted ? counts.published : counts.refused);
+    send_more();
+}
+
+void message_sender_t::close() {
+    counts.dropped_disconnected += quint64(in_flight) + queue.size();
+    queue.clear();
+    in_flight = 0;
+    is_open = told_full = told_closed = false;
+}
+
+void message_sender_t::send_more() {
+    if (std::exchange(sending, true)) {
+        return;
+    }
+    while (is_open && in_flight < window && !queue.is_empty()) {
+        // A QoS 2 message takes effect with its second half: a subscription waits for that.
+        if (queue.front().kind != outgoing_t::kind_t::message && in_flight > 0) {
+            break;
+        }
+        hand_over(queue.pop());
+    }
+    sending = false;
+    if (queue.is_empty()) {
+        told_full = false;
+    }
+}
+
+void message_sender_t::hand_over(const outgoing_t& _next) {
+    if (_next.kind == outgoing_t::kind_t::subscribe) {
+        client.subscribe(QString::fromUtf8(_next.topic), _next.qos, mosquitto_client_t::no_local,
+                         status_subscription);
+        return;
+    }
+    if (_next.kind == outgoing_t::kind_t::unsubscribe) {
+        client.unsubscribe(QString::fromUtf8(_next.topic));
+        return;
+    }
+    ++in_flight;
+    // The connection may end inside, and with it all that is in flight.
+    if (client.publish(_next) == 0 && is_open) {
+        --in_flight;
+        ++counts.refused;
+    }
+}
+
+}  // namespace comunication

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "endpoint/endpoint_counters_t.h"
+#include "endpoint/mosquitto_client_t.h"
+#include "endpoint/outgoing_queue_t.h"
+
+namespace comunication {
+
+/// Hands queued messages to a connection, never more at a time than the broker keeps safe, and
+/// counts what becomes of them. On the connection's thread; the counters and the connection
+/// outlive it.
+class message_sender_t {
+ public:
+    /// Identifier of the status subscription.
+    static constexpr quint32 status_subscription = 2;
+
+    message_sender_t(mosquitto_client_t& _client, endpoint_counters_t& _counts,
+                     std::size_t _most_messages, std::size_t _most_bytes);
+
+    /// Takes one message, sent as soon as possible; dropped and counted when there is no
+    /// connection or no room. A change of the status subscription has the filter as its topic.
+    void send(outgoing_t _message);
+
+    /// To be called when the broker has answered.
+    void on_delivered(bool _accepted);
+
+    /// The connection can be used.
+    void open() { is_open = true; }
+
+    /// The connection is gone: what waits is dropped and counted.
+    void close();
+
+    /// Nothing waits for being sent or for an answer.
+    bool is_idle() const { return in_flight == 0 && queue.is_empty(); }
+
+ private:
+    void send_more();
+    void hand_over(const outgoing_t& _next);
+
+    mosquitto_client_t& client;
+    endpoint_counters_t& counts;
+    outgoing_queue_t queue;
+    int in_flight = 0;  ///< handed to the library, not yet answered
+    bool is_open = false;
+    bool sending = false;  ///< send_more() is running
+    // One line per burst of each kind.
+    bool told_full = false;
+    bool told_closed = false;
+};
+
+}  // namespace comunication

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <QTimer>
+
+#include "comunication/protoserver_t.h"
+#include "endpoint/backoff_t.h"
+#include "endpoint/endpoint_counters_t.h"
+#include "endpoint/endpoint_settings_t.h"
+#include "endpoint/message_sender_t.h"
+#include "endpoint/mosquitto_client_t.h"
+
+namespace comunication {
+
+/// The server's endpoint on an MQTT 5 broker.
+///
+/// Lives in a thread with an event loop (see endpoint_thread_t); everything but counters() is
+/// called there and nothing blocks. It comes back by itself after the connection was lost; what
+/// is published meanwhile is dropped and counted, since drivers publish everything again.
+class mqtt_endpoint_t : public protoserver_t {
+    Q_OBJECT
+
+ public:
+    explicit mqtt_endpoint_t(const endpoint_settings_t& _settings, QObject* _parent = nullptr);
+    ~mqtt_endpoint_t() override;
+
+    void publish(const QString& _topic, const QJsonValue& _payload, utility::qos_t _qos,
+                 bool _retain, bool _reserved) override;
+    void publish_delete(const QString& _topic, utility::qos_t _qos, bool _retain) override;
+    void set_enable_api_message(bool _enable) override;
+    void subscription_status_api(utility::subscribe_t _subscribe) override;
+
+    /// Any thread.
+    const endpoint_counters_t& counters() const { return counts; }
+
+ public Q_SLOTS:
+    /// Connects, and keeps connected until stop().
+    void start();
+
+    /// Sends what is queued, tells "offline" and disconnects; bounded by the settings' stop
+    /// time-out. stopped() follows, perhaps before this returns.
+    void stop();
+
+ Q_SIGNALS:
+    /// The broker has accepted the connection and the subscription of requests. @p again: not
+    /// for the first time, so that a broker without memory has lost what was retained.
+    void connected(bool again);
+    void disconnected();
+    /// The broker does not let the endpoint in; it tries again with increasing pauses.
+    void refused(const QString& reason);
+    void stopped();
+
+ private:
+    void set_up_connections();
+    void open();
+    void on_opened();
+    void on_subscribed(int _id, bool _accepted);
+    void on_closed(const QString& _reason, bool _refused);
+    void on_received(const QString& _topic, const QByteArray& _payload, bool _retain,
+                     quint32 _subscription);
+    void clear_retained_request(const QString& _topic);
+    void answer_malformed(const QString& _topic);
+    void log_outage(const QString& _reason);
+    outgoing_t state(const QByteArray& _word) const;
+    void finish_stop();
+    void end_stop();
+
+    const endpoint_settings_t settings;
+    const QString client_id;
+    endpoint_counters_t counts;
+    mosquitto_client_t client;
+    message_sender_t sender;
+    backoff_t backoff;
+    QTimer reconnect;      ///< until the next attempt
+    QTimer limit;          ///< of an attempt, or of a stop
+    int request_id = 0;    ///< of the pending subscription of requests
+    bool running = false;  ///< between start() and stop()
+    bool stopping = false;
+    bool online = false;     ///< the broker has accepted the connection
+    bool announced = false;  ///< connected() was emitted for this connection
+    bool ever_announced = false;
+    bool enabled = false;  ///< api_message is emitted
+    bool wants_status = false;
+    bool told_retained = false;  ///< logged for this connection
+    QString told_outage;         ///< logged last
+};
+
+}  // namespace comunication

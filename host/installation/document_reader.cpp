@@ -1,0 +1,159 @@
+#include "installation/document_reader.h"
+
+#include <QFile>
+
+#include "installation/installation_rules.h"
+#include "installation/json_text.h"
+#include "installation/password_hash.h"
+#include "installation/permission_words.h"
+#include "installation/schema_check.h"
+
+namespace database::installation {
+
+namespace {
+
+constexpr qint64 max_file_bytes = 64 << 20;
+
+/// Builds one entry for each key of a section; the shape has been checked.
+template <typename value_t, typename make_t>
+QMap<QString, value_t> read_section(const QJsonValue& _section, make_t _make) {
+    QMap<QString, value_t> entries;
+    const QJsonObject object = _section.toObject();
+    for (auto it = object.begin(); it != object.end(); ++it) {
+        entries.insert(it.key(), _make(it.value()));
+    }
+    return entries;
+}
+
+QString text(const QJsonValue& _value) {
+    return _value.toString();
+}
+
+thermostat_t thermostat(const QJsonValue& _value) {
+    return {read_section<QString>(_value["ids"], text), text(_value["id_actual"]),
+            text(_value["id_windows_contact"])};
+}
+
+element_t element(const QJsonValue& _value) {
+    return {text(_value["name"]),     _value["type"].toInt(),
+            _value["flags"].toInt(),  read_section<QString>(_value["functions"], text),
+            text(_value["scenario"]), text(_value["thermostat"])};
+}
+
+QMap<QString, int> grants(const QJsonValue& _value) {
+    return read_section<int>(_value, [](const QJsonValue& _word) {
+        return permission_bits(_word.toString()).value_or(0);
+    });
+}
+
+/// Users come without their hashes: those are made when everything else is known to be right.
+installation_t unsecured(const QJsonObject& _document) {
+    installation_t whole;
+    whole.topic = text(_document["topic"]);
+    whole.items = read_section<QString>(_document["items"], [](const QJsonValue& _item) {
+        return _item["value"].toString(QStringLiteral(""));
+    });
+    whole.scenarios = read_section<bool>(_document["scenarios"], [](const QJsonValue& _scenario) {
+        return _scenario["execution"].toBool();
+    });
+    whole.thermostats = read_section<thermostat_t>(_document["thermostats"], thermostat);
+    whole.elements = read_section<element_t>(_document["elements"], element);
+    whole.users = read_section<user_t>(_document["users"], [](const QJsonValue& _user) {
+        return user_t{text(_user["username"]), {}};
+    });
+    whole.permissions = read_section<QMap<QString, int>>(_document["permissions"], grants);
+    return whole;
+}
+
+void check_secret(const QString& _id, const QJsonValue& _user, problems_t& _problems) {
+    const QStringList place{"users", _id};
+    const bool clear = !_user["password"].isUndefined();
+    const bool hashed = !_user["password_hash"].isUndefined();
+    if (clear == hashed) {
+        _problems.add(place, "needs either \"password\" or \"password_hash\"");
+    } else if (hashed && !is_password_hash(text(_user["password_hash"]))) {
+        _problems.add(place + QStringList{"password_hash"}, "must be $7$iterations$salt$hash");
+    } else if (clear && !password_error(text(_user["password"])).isEmpty()) {
+        _problems.add(place + QStringList{"password"}, password_error(text(_user["password"])));
+    }
+}
+
+problems_t check_document(const QJsonObject& _document, const installation_t& _whole) {
+    problems_t problems = check_rules(_whole);
+    const QJsonObject users = _document["users"].toObject();
+    for (auto it = users.begin(); it != users.end(); ++it) {
+        check_secret(it.key(), it.value(), problems);
+    }
+    return problems;
+}
+
+void secure(installation_t& _whole, const QJsonValue& _users) {
+    for (auto it = _whole.users.begin(); it != _whole.users.end(); ++it) {
+        const QJsonValue user = _users[it.key()];
+        const QString hash = text(user["password_hash"]);
+        it->password_hash = hash.isEmpty() ? make_password_hash(text(user["password"])) : hash;
+    }
+}
+
+/// A denial is a grant that is not there.
+void drop_denials(installation_t& _whole) {
+    for (auto& of_user : _whole.permissions) {
+        of_user.removeIf([](const auto& _grant) { return _grant.value() == 0; });
+    }
+    _whole.permissions.removeIf([](const auto& _user) { return _user.value().isEmpty(); });
+}
+
+read_result_t refused(const QString& _name, const QString& _sentence) {
+    return {{}, _name + ": " + _sentence};
+}
+
+/// A pipe yields its bytes in pieces.
+QByteArray read_up_to(QFile& _file, qint64 _limit) {
+    QByteArray bytes;
+    while (bytes.size() < _limit) {
+        const QByteArray piece = _file.read(_limit - bytes.size());
+        if (piece.isEmpty()) {
+            break;
+        }
+        bytes += piece;
+    }
+    return bytes;
+}
+
+}  // namespace
+
+read_result_t read_document(const QByteArray& _bytes, const QString& _name) {
+    const json_text_t json = parse_json(_bytes);
+    if (!json.error.isEmpty()) {
+        return refused(_name, json.error);
+    }
+    const problems_t shape = check_shape(json.object);
+    if (!shape.empty()) {
+        return refused(_name, shape.summary());
+    }
+    installation_t whole = unsecured(json.object);
+    const problems_t problems = check_document(json.object, whole);
+    if (!problems.empty()) {
+        return refused(_name, problems.summary());
+    }
+    secure(whole, json.object["users"]);
+    drop_denials(whole);
+    return {whole, {}};
+}
+
+read_result_t read_document_file(const QString& _path) {
+    QFile file(_path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return refused(_path, "cannot be read: " + file.errorString());
+    }
+    const QByteArray bytes = read_up_to(file, max_file_bytes + 1);
+    if (file.error() != QFileDevice::NoError) {
+        return refused(_path, "cannot be read: " + file.errorString());
+    }
+    if (bytes.size() > max_file_bytes) {
+        return refused(_path, "is larger than 64 MiB");
+    }
+    return read_document(bytes, _path);
+}
+
+}  // namespace database::installation

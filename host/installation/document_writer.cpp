@@ -1,0 +1,88 @@
+#include "installation/document_writer.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include "installation/permission_words.h"
+
+namespace database::installation {
+
+namespace {
+
+template <typename value_t, typename make_t>
+QJsonObject write_section(const QMap<QString, value_t>& _entries, make_t _make) {
+    QJsonObject section;
+    for (auto it = _entries.begin(); it != _entries.end(); ++it) {
+        section.insert(it.key(), _make(it.value()));
+    }
+    return section;
+}
+
+QJsonValue text_or_null(const QString& _text) {
+    return _text.isNull() ? QJsonValue() : QJsonValue(_text);
+}
+
+void insert_unless_empty(QJsonObject& _object, const QString& _key, const QString& _text) {
+    if (!_text.isEmpty()) {
+        _object.insert(_key, _text);
+    }
+}
+
+QJsonObject item(const QString& _value) {
+    return {{"value", _value}};
+}
+
+QJsonObject scenario(bool _execution) {
+    return {{"execution", _execution}};
+}
+
+QJsonObject thermostat(const thermostat_t& _thermostat) {
+    QJsonObject object{{"ids", write_section(_thermostat.ids, text_or_null)}};
+    insert_unless_empty(object, "id_actual", _thermostat.id_actual);
+    insert_unless_empty(object, "id_windows_contact", _thermostat.id_windows_contact);
+    return object;
+}
+
+QJsonObject element(const element_t& _element) {
+    QJsonObject object{{"name", _element.name}, {"type", _element.type}, {"flags", _element.flags}};
+    if (!_element.functions.isEmpty()) {
+        object.insert("functions", write_section(_element.functions, text_or_null));
+    }
+    insert_unless_empty(object, "scenario", _element.scenario);
+    insert_unless_empty(object, "thermostat", _element.thermostat);
+    return object;
+}
+
+QJsonObject user(const user_t& _user) {
+    return {{"username", _user.username}, {"password_hash", _user.password_hash}};
+}
+
+/// A denial is written as nothing, and so is a user who may do nothing.
+QJsonObject permissions(const QMap<QString, QMap<QString, int>>& _permissions) {
+    QJsonObject section;
+    for (auto it = _permissions.begin(); it != _permissions.end(); ++it) {
+        QMap<QString, int> grants = it.value();
+        grants.removeIf([](const auto& _grant) { return _grant.value() == 0; });
+        if (!grants.isEmpty()) {
+            section.insert(it.key(), write_section(grants, permission_word));
+        }
+    }
+    return section;
+}
+
+}  // namespace
+
+QByteArray write_document(const installation_t& _installation) {
+    const QJsonObject document{
+        {"topic", _installation.topic},
+        {"items", write_section(_installation.items, item)},
+        {"scenarios", write_section(_installation.scenarios, scenario)},
+        {"thermostats", write_section(_installation.thermostats, thermostat)},
+        {"elements", write_section(_installation.elements, element)},
+        {"users", write_section(_installation.users, user)},
+        {"permissions", permissions(_installation.permissions)},
+    };
+    return QJsonDocument(document).toJson(QJsonDocument::Indented);
+}
+
+}  // namespace database::installation

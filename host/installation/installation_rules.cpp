@@ -1,0 +1,145 @@
+#include "installation/installation_rules.h"
+
+#include "installation/name_rules.h"
+
+namespace database::installation {
+
+namespace {
+
+constexpr int type_scenario = 8;
+constexpr int type_thermostat = 17;
+
+class rules_t {
+ public:
+    explicit rules_t(const installation_t& _installation) : whole(_installation) {}
+
+    problems_t check() {
+        demand(topic_error(whole.topic), {"topic"});
+        check_ids("items", whole.items);
+        check_ids("scenarios", whole.scenarios);
+        check_ids("thermostats", whole.thermostats);
+        check_ids("elements", whole.elements);
+        check_ids("users", whole.users);
+        check_items();
+        check_thermostats();
+        check_elements();
+        check_users();
+        check_permissions();
+        return problems;
+    }
+
+ private:
+    void demand(const QString& _error, const QStringList& _place) {
+        if (!_error.isEmpty()) {
+            problems.add(_place, _error);
+        }
+    }
+
+    template <typename value_t>
+    void check_ids(const QString& _section, const QMap<QString, value_t>& _entries) {
+        for (auto it = _entries.keyBegin(); it != _entries.keyEnd(); ++it) {
+            const QString error = identifier_error(*it);
+            demand(error.isEmpty() ? error : "the identifier " + error, {_section, *it});
+        }
+    }
+
+    template <typename value_t>
+    void check_known(const QString& _what, const QString& _id, const QMap<QString, value_t>& _known,
+                     const QStringList& _place) {
+        if (!_known.contains(_id)) {
+            problems.add(_place, "there is no " + _what + " " + quoted(_id));
+        }
+    }
+
+    /// An empty id means: not connected.
+    void check_item_or_empty(const QString& _id, const QStringList& _place) {
+        if (!_id.isEmpty()) {
+            check_known("item", _id, whole.items, _place);
+        }
+    }
+
+    void check_key(const QString& _key, const QStringList& _place) {
+        demand(_key.isEmpty() ? QStringLiteral("a name must not be empty") : plain_text_error(_key),
+               _place);
+    }
+
+    void check_items() {
+        for (auto it = whole.items.begin(); it != whole.items.end(); ++it) {
+            demand(value_error(it.value()), {"items", it.key(), "value"});
+        }
+    }
+
+    void check_thermostats() {
+        for (auto it = whole.thermostats.begin(); it != whole.thermostats.end(); ++it) {
+            const QStringList place{"thermostats", it.key()};
+            check_connections(it->ids, place + QStringList{"ids"});
+            check_item_or_empty(it->id_actual, place + QStringList{"id_actual"});
+            check_item_or_empty(it->id_windows_contact, place + QStringList{"id_windows_contact"});
+        }
+    }
+
+    void check_elements() {
+        for (auto it = whole.elements.begin(); it != whole.elements.end(); ++it) {
+            const QStringList place{"elements", it.key()};
+            demand(plain_text_error(it->name), place + QStringList{"name"});
+            check_connections(it->functions, place + QStringList{"functions"});
+            check_target("scenario", it->scenario, it->type == type_scenario, whole.scenarios,
+                         place);
+            check_target("thermostat", it->thermostat, it->type == type_thermostat,
+                         whole.thermostats, place);
+        }
+    }
+
+    /// Function names or thermostat keys; a null id means: not connected.
+    void check_connections(const QMap<QString, QString>& _ids, const QStringList& _place) {
+        for (auto it = _ids.begin(); it != _ids.end(); ++it) {
+            check_key(it.key(), _place + QStringList{it.key()});
+            if (!it->isNull()) {
+                check_known("item", it.value(), whole.items, _place + QStringList{it.key()});
+            }
+        }
+    }
+
+    template <typename value_t>
+    void check_target(const QString& _key, const QString& _id, bool _needed,
+                      const QMap<QString, value_t>& _known, const QStringList& _place) {
+        if (!_id.isEmpty()) {
+            check_known(_key, _id, _known, _place + QStringList{_key});
+        } else if (_needed) {
+            problems.add(_place, "an element of this type needs a " + quoted(_key));
+        }
+    }
+
+    void check_users() {
+        QMap<QString, QString> owners;
+        for (auto it = whole.users.begin(); it != whole.users.end(); ++it) {
+            const QStringList place{"users", it.key(), "username"};
+            demand(identifier_error(it->username), place);
+            if (owners.contains(it->username)) {
+                problems.add(place, quoted(it->username) + " is the name of user " +
+                                        quoted(owners.value(it->username)) + " already");
+            }
+            owners.insert(it->username, it.key());
+        }
+    }
+
+    void check_permissions() {
+        for (auto it = whole.permissions.begin(); it != whole.permissions.end(); ++it) {
+            check_known("user", it.key(), whole.users, {"permissions", it.key()});
+            for (auto grant = it->keyBegin(); grant != it->keyEnd(); ++grant) {
+                check_known("element", *grant, whole.elements, {"permissions", it.key(), *grant});
+            }
+        }
+    }
+
+    const installation_t& whole;
+    problems_t problems;
+};
+
+}  // namespace
+
+problems_t check_rules(const installation_t& _installation) {
+    return rules_t(_installation).check();
+}
+
+}  // namespace database::installation

@@ -1,0 +1,133 @@
+#include "live/change_feed_t.h"
+
+#include "store/store_reader_t.h"
+#include "store/transaction_t.h"
+
+namespace database::live {
+
+using store::result_t;
+using store::transaction_t;
+
+change_feed_t::change_feed_t(store::connection_t& _connection, database_t* _database,
+                             realtime_writer_t* _realtime, int _bulk_limit, QObject* _parent)
+    : QObject(_parent),
+      connection(_connection),
+      database(_database),
+      realtime(_realtime),
+      bulk_limit(_bulk_limit),
+      model(_database, _realtime),
+      log(_connection) {}
+
+change_feed_t::~change_feed_t() = default;
+
+result_t change_feed_t::load() {
+    installation::installation_t whole;
+    {
+        transaction_t transaction(connection, transaction_t::kind_t::reading);
+        const result_t result = transaction.begun().ok()
+                                    ? store::store_reader_t(connection).read_all(&whole)
+                                    : transaction.begun();
+        if (!result.ok()) {
+            return result;
+        }
+        last_sequence = log.last_sequence();
+    }
+    model.fill(whole);
+    // Only saves space: rows that stay because another program writes just now are not read again.
+    static_cast<void>(log.prune(last_sequence));
+    return {};
+}
+
+void change_feed_t::check() {
+    if (!database || !log.foreign_commit()) {
+        return;
+    }
+    const qint64 before = last_sequence;
+    model_changes_t changes;
+    const result_t result = read_changes(&changes);
+    if (!result.ok()) {
+        log.forget();
+        Q_EMIT failed(result.error);
+        return;
+    }
+    if (last_sequence != before) {
+        static_cast<void>(log.prune(last_sequence));
+        announce(changes);
+    }
+}
+
+result_t change_feed_t::read_changes(model_changes_t* _changes) {
+    transaction_t transaction(connection, transaction_t::kind_t::reading);
+    return transaction.begun().ok() ? absorb(_changes) : transaction.begun();
+}
+
+result_t change_feed_t::absorb(model_changes_t* _changes) {
+    store::change_batch_t batch;
+    installation::installation_t part;
+    store::store_reader_t reader(connection);
+    result_t result = log.read(last_sequence, &batch);
+    if (result.ok()) {
+        result = batch.everything ? reader.read_all(&part) : reader.read_batch(batch, &part);
+    }
+    if (!result.ok()) {
+        return result;
+    }
+    last_sequence = batch.last_sequence;
+    if (batch.everything) {
+        model.fill(part);
+        _changes->everything = true;
+    } else {
+        *_changes = model.apply(batch, part);
+    }
+    return {};
+}
+
+void change_feed_t::announce(const model_changes_t& _changes) {
+    if (_changes.everything || _changes.accounts) {
+        Q_EMIT users_changed();
+    }
+    if (_changes.everything) {
+        Q_EMIT database->getPersistent()->getNotifier()->onPersistentChangeDatabase({});
+    } else {
+        announce_users_and_elements(_changes);
+        announce_realtime(_changes);
+    }
+    if (_changes.everything || !_changes.users.isEmpty() || !_changes.elements.isEmpty()) {
+        Q_EMIT access_changed();
+    }
+    if (_changes.everything) {
+        Q_EMIT reloaded();
+    }
+}
+
+void change_feed_t::announce_users_and_elements(const model_changes_t& _changes) {
+    persistent::ps_notifier_t* notifier = database->getPersistent()->getNotifier();
+    for (const QString& id : _changes.users) {
+        Q_EMIT notifier->onPersistentChangeUser({{QStringLiteral("user"), id}}, id);
+    }
+    for (const QString& id : _changes.thermostats) {
+        Q_EMIT notifier->onPersistentStatusThermo({{QStringLiteral("thermostat"), id}}, id);
+    }
+    if (_changes.topic || _changes.elements.size() > bulk_limit) {
+        Q_EMIT notifier->onPersistentChangeDatabase({});
+        return;
+    }
+    for (const QString& id : _changes.elements) {
+        Q_EMIT notifier->onPersistentChangeElement({{QStringLiteral("element"), id}}, id);
+    }
+}
+
+void change_feed_t::announce_realtime(const model_changes_t& _changes) {
+    for (const QString& id : _changes.scenarios) {
+        realtime->announce_scenary(id);
+    }
+    if (_changes.items.size() > bulk_limit) {
+        Q_EMIT database->getRealtime()->getNotifier()->onRealtimeChangeItems({});
+        return;
+    }
+    for (const QString& id : _changes.items) {
+        realtime->announce_item(id);
+    }
+}
+
+}  // namespace database::live

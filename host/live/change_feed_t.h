@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QObject>
+
+#include "live/model_t.h"
+#include "store/change_log_t.h"
+#include "store/connection_t.h"
+
+namespace database::live {
+
+/// Brings what others wrote into the objects in memory and announces it, always in this order:
+/// all objects of the batch first, then users_changed(), then the notifiers, then the rest.
+class change_feed_t : public QObject {
+    Q_OBJECT
+
+ public:
+    /// @param _bulk_limit more elements, or more item values, than this in one batch are announced
+    ///        by one bulk signal
+    change_feed_t(store::connection_t& _connection, database_t* _database,
+                  realtime_writer_t* _realtime, int _bulk_limit, QObject* _parent = nullptr);
+    ~change_feed_t() override;
+
+    /// Fills the model; what is written from then on comes as changes. Announces nothing.
+    store::result_t load();
+
+    /// Looks whether something was written, and if so applies and announces it.
+    void check();
+
+    /// For a caller that holds a transaction: applies what is there, without announcing.
+    store::result_t absorb(model_changes_t* _changes);
+    /// Announces what absorb() applied; to be called after the transaction.
+    void announce(const model_changes_t& _changes);
+
+ Q_SIGNALS:
+    /// User names or passwords changed, users came or went: the broker's files are out of date.
+    void users_changed();
+    /// Grants, users or elements may have changed: retained packets may have to go.
+    void access_changed();
+    /// Everything was read again.
+    void reloaded();
+    /// The store could not be read; the next look tries again.
+    void failed(const QString& _sentence);
+
+ private:
+    store::result_t read_changes(model_changes_t* _changes);
+    void announce_users_and_elements(const model_changes_t& _changes);
+    void announce_realtime(const model_changes_t& _changes);
+
+    store::connection_t& connection;
+    QPointer<database_t> database;
+    realtime_writer_t* const realtime;
+    const int bulk_limit;
+    model_t model;
+    store::change_log_t log;
+    qint64 last_sequence = 0;
+};
+
+}  // namespace database::live

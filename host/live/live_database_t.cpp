@@ -1,0 +1,66 @@
+#include "live/live_database_t.h"
+
+#include "store/schema.h"
+#include "store/store_reader_t.h"
+
+namespace database::live {
+
+using store::result_t;
+
+namespace {
+
+// While the server runs it tries again later rather than let its event loop wait for a writer.
+constexpr int busy_ms = 50;
+
+}  // namespace
+
+live_database_t::live_database_t(database_t* _database, const options_t& _options, QObject* _parent)
+    : QObject(_parent),
+      options(_options),
+      realtime(_database),
+      changes(connection, _database, &realtime, _options.bulk_limit),
+      saver(connection, _database, &realtime, &changes, _options.save_delay_ms,
+            _options.save_iterations) {
+    connect(&changes, &change_feed_t::failed, this, &live_database_t::failed);
+    connect(&saver, &realtime_saver_t::failed, this, &live_database_t::failed);
+}
+
+live_database_t::~live_database_t() {
+    if (watch != nullptr) {
+        // Nobody is left to tell; the host calls flush() itself when it wants to know.
+        static_cast<void>(flush());
+    }
+}
+
+result_t live_database_t::open(const QString& _path) {
+    result_t result = store::open_database(connection, _path, 5000);
+    if (result.ok()) {
+        result = changes.load();
+    }
+    if (result.ok()) {
+        result = connection.run(QStringLiteral("PRAGMA busy_timeout = %1").arg(busy_ms));
+    }
+    if (result.ok()) {
+        watch = new wal_watch_t(_path, options.poll_ms, this);
+        connect(watch, &wal_watch_t::woken, &changes, &change_feed_t::check);
+    }
+    return result;
+}
+
+result_t live_database_t::flush() {
+    static_cast<void>(connection.run(QStringLiteral("PRAGMA busy_timeout = 5000")));
+    result_t result = saver.save();
+    static_cast<void>(connection.run(QStringLiteral("PRAGMA busy_timeout = %1").arg(busy_ms)));
+    return result;
+}
+
+result_t live_database_t::read_users(QMap<QString, installation::user_t>* _users) {
+    installation::installation_t part;
+    result_t result = store::store_reader_t(connection).read_accounts(&part);
+    if (result.ok()) {
+        *_users = part.users;
+    }
+    return result;
+}
+
+}  // namespace database::live

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QObject>
+
+#include "live/change_feed_t.h"
+#include "live/realtime_saver_t.h"
+#include "live/wal_watch_t.h"
+
+namespace database::live {
+
+/// Keeps the objects in memory and an installation database on disk the same while the server
+/// runs, whoever writes. One for each database file; host thread only.
+class live_database_t : public QObject {
+    Q_OBJECT
+
+ public:
+    struct options_t {
+        int poll_ms = 1000;       ///< slow look for changes that the file watch missed
+        int save_delay_ms = 500;  ///< see realtime_saver_t
+        int save_iterations = 5;
+        int bulk_limit = 64;  ///< see change_feed_t
+    };
+
+    /// @param _database filled by open(); not owned, may die first
+    live_database_t(database_t* _database, const options_t& _options, QObject* _parent = nullptr);
+    /// Flushes.
+    ~live_database_t() override;
+
+    /// Opens or creates the file, fills the objects and begins to follow changes. Once only.
+    store::result_t open(const QString& _path);
+
+    /// Saves every realtime value now, waiting up to five seconds for other writers.
+    store::result_t flush();
+
+    /// Reads the users with their password hashes, by user id: what the broker's files are made of.
+    store::result_t read_users(QMap<QString, installation::user_t>* _users);
+
+    /// Where bus drivers set values.
+    realtime_writer_t* writer() { return &realtime; }
+    /// Whose signals tell the host what else to do.
+    change_feed_t* feed() { return &changes; }
+
+ Q_SIGNALS:
+    /// A read or a save failed and will be tried again; one sentence for the log.
+    void failed(const QString& _sentence);
+
+ private:
+    const options_t options;
+    store::connection_t connection;
+    realtime_writer_t realtime;
+    change_feed_t changes;
+    realtime_saver_t saver;
+    wal_watch_t* watch = nullptr;  ///< null until open()
+};
+
+}  // namespace database::live

@@ -1,0 +1,212 @@
+#include "live/model_t.h"
+
+#include "database/persistent/objects/psoe_scenario.h"
+#include "database/persistent/objects/psoe_thermo_logic.h"
+#include "live/table_writer_t.h"
+
+namespace database::live {
+
+using installation::installation_t;
+namespace objects = persistent::objects;
+
+namespace {
+
+constexpr int type_scenario = 8;
+constexpr int type_thermo_logic = 17;
+
+QVariant item_reference(const QString& _id) {
+    return _id.isEmpty() ? QVariant() : QVariant(_id);
+}
+
+QMap<QString, QVariant> item_references(const QMap<QString, QString>& _ids) {
+    QMap<QString, QVariant> references;
+    for (auto i = _ids.begin(); i != _ids.end(); ++i) {
+        references.insert(references.cend(), i.key(), item_reference(i.value()));
+    }
+    return references;
+}
+
+std::unique_ptr<objects::ps_object_element_t> make_element(const installation::element_t& _from) {
+    objects::ps_element_data_t data{_from.name, _from.type, _from.flags,
+                                    item_references(_from.functions)};
+    if (_from.type == type_scenario) {
+        return std::make_unique<objects::psoe_scenario>(std::move(data), _from.scenario);
+    }
+    if (_from.type == type_thermo_logic) {
+        return std::make_unique<objects::psoe_thermo_logic>(std::move(data), _from.thermostat);
+    }
+    return std::make_unique<objects::ps_object_element_t>(std::move(data));
+}
+
+QStringList to_list(const std::set<QString>& _ids) {
+    return QStringList(_ids.begin(), _ids.end());
+}
+
+}  // namespace
+
+model_t::model_t(database_t* _database, realtime_writer_t* _realtime)
+    : database(_database), realtime(_realtime) {}
+
+void model_t::fill(const installation_t& _installation) {
+    table_writer_t(database).clear();
+    realtime->clear_unsaved();
+
+    store::change_batch_t all;
+    all.topic = true;
+    const auto insert_keys = [](const auto& _map, std::set<QString>* _keys) {
+        for (auto i = _map.keyBegin(); i != _map.keyEnd(); ++i) {
+            _keys->insert(_keys->end(), *i);
+        }
+    };
+    insert_keys(_installation.items, &all.items);
+    insert_keys(_installation.scenarios, &all.scenarios);
+    insert_keys(_installation.thermostats, &all.thermostats);
+    insert_keys(_installation.elements, &all.elements);
+    insert_keys(_installation.users, &all.users);
+    apply(all, _installation);
+}
+
+model_changes_t model_t::apply(const store::change_batch_t& _batch, const installation_t& _part) {
+    model_changes_t changes;
+    changes.topic = _batch.topic;
+    changes.accounts = _batch.accounts;
+    if (_batch.topic) {
+        table_writer_t(database).set_topic(_part.topic);
+    }
+    changes.items = apply_items(_batch.items, _part);
+    changes.scenarios = apply_scenarios(_batch.scenarios, _part);
+    apply_thermostats(_batch.thermostats, _part);
+    changes.thermostats = to_list(_batch.thermostats);
+    apply_elements(_batch.elements, _part);
+    apply_grants(_batch.elements, _part);
+    apply_users(_batch.users, _part);
+    changes.users = to_list(_batch.users);
+
+    std::set<QString> elements = _batch.elements;
+    elements.merge(elements_of(_batch.thermostats));
+    changes.elements = to_list(elements);
+    return changes;
+}
+
+void model_t::put_item(const QString& _id) {
+    table_writer_t(database).put(_id, std::make_unique<objects::ps_object_item_t>(
+                                          _id, database->getPersistent()->getRequests()));
+}
+
+void model_t::put_scenario(const QString& _id) {
+    table_writer_t(database).put(_id, std::make_unique<objects::ps_object_scenary_t>(
+                                          _id, database->getPersistent()->getRequests()));
+}
+
+QStringList model_t::apply_items(const std::set<QString>& _ids, const installation_t& _part) {
+    const persistent::dbs::ps_items_t* items = database->getPersistent()->getData()->getItems();
+    QStringList changed;
+    for (const QString& id : _ids) {
+        const auto value = _part.items.constFind(id);
+        if (value == _part.items.constEnd()) {
+            table_writer_t(database).remove<objects::ps_object_item_t>(id);
+            realtime->forget_item(id);
+            changed.append(id);
+            continue;
+        }
+        if (items->list(id) == nullptr) {
+            put_item(id);
+        }
+        if (realtime->take_item(id, *value)) {
+            changed.append(id);
+        }
+    }
+    return changed;
+}
+
+QStringList model_t::apply_scenarios(const std::set<QString>& _ids, const installation_t& _part) {
+    const persistent::dbs::ps_scenary_t* scenarios =
+        database->getPersistent()->getData()->getScenary();
+    QStringList changed;
+    for (const QString& id : _ids) {
+        const auto execution = _part.scenarios.constFind(id);
+        if (execution == _part.scenarios.constEnd()) {
+            table_writer_t(database).remove<objects::ps_object_scenary_t>(id);
+            realtime->forget_scenary(id);
+            changed.append(id);
+            continue;
+        }
+        if (scenarios->list(id) == nullptr) {
+            put_scenario(id);
+        }
+        if (realtime->take_scenary(id, *execution)) {
+            changed.append(id);
+        }
+    }
+    return changed;
+}
+
+void model_t::apply_thermostats(const std::set<QString>& _ids, const installation_t& _part) {
+    const table_writer_t tables(database);
+    for (const QString& id : _ids) {
+        const auto from = _part.thermostats.constFind(id);
+        if (from == _part.thermostats.constEnd()) {
+            tables.remove<objects::ps_object_thermostat_t>(id);
+            continue;
+        }
+        tables.put(
+            id, std::make_unique<objects::ps_object_thermostat_t>(
+                    objects::ps_object_thermo_base_t(item_references(from->ids), from->id_actual),
+                    from->id_windows_contact));
+    }
+}
+
+void model_t::apply_elements(const std::set<QString>& _ids, const installation_t& _part) {
+    const table_writer_t tables(database);
+    for (const QString& id : _ids) {
+        const auto from = _part.elements.constFind(id);
+        if (from == _part.elements.constEnd()) {
+            tables.remove<objects::ps_object_element_t>(id);
+        } else {
+            tables.put(id, make_element(*from));
+        }
+    }
+}
+
+void model_t::apply_grants(const std::set<QString>& _ids, const installation_t& _part) {
+    const table_writer_t tables(database);
+    // The users of before and of now: a user that is gone still has its grants in memory.
+    const QStringList before = database->getPersistent()->getData()->getUsers()->getUsersAPI(true);
+    std::set<QString> users(before.begin(), before.end());
+    users.insert(_part.permissions.keyBegin(), _part.permissions.keyEnd());
+    for (const QString& user : users) {
+        const QMap<QString, int> grants = _part.permissions.value(user);
+        for (const QString& id : _ids) {
+            tables.set_permission(id, user, grants.value(id, 0));
+        }
+    }
+}
+
+void model_t::apply_users(const std::set<QString>& _ids, const installation_t& _part) {
+    const table_writer_t tables(database);
+    for (const QString& id : _ids) {
+        const auto from = _part.users.constFind(id);
+        if (from == _part.users.constEnd()) {
+            tables.remove<objects::ps_object_user_api_t>(id);
+        } else {
+            tables.put(id, std::make_unique<objects::ps_object_user_api_t>(from->username));
+        }
+    }
+}
+
+std::set<QString> model_t::elements_of(const std::set<QString>& _thermostats) const {
+    std::set<QString> ids;
+    if (_thermostats.empty()) {
+        return ids;
+    }
+    const auto elements = database->getPersistent()->getData()->getElements()->getObjects();
+    for (auto i = elements.begin(); i != elements.end(); ++i) {
+        const auto* element = qobject_cast<const objects::psoe_thermo_logic*>(i.value());
+        if (element != nullptr && _thermostats.count(element->getThermoId()) > 0) {
+            ids.insert(i.key());
+        }
+    }
+    return ids;
+}
+
+}  // namespace database::live

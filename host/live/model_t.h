@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QPointer>
+#include <QStringList>
+
+#include "installation/installation_t.h"
+#include "live/realtime_writer_t.h"
+#include "store/change_batch_t.h"
+
+namespace database::live {
+
+/// What changed in memory and is to be announced; ids in id order.
+struct model_changes_t {
+    bool everything = false;
+    bool topic = false;
+    bool accounts = false;
+    QStringList items, scenarios, thermostats, elements, users;
+};
+
+/// Makes the objects in memory hold what values from the store say. Emits nothing.
+class model_t {
+ public:
+    model_t(database_t* _database, realtime_writer_t* _realtime);
+
+    /// Replaces everything; unsaved realtime values give way to the store's.
+    void fill(const installation::installation_t& _installation);
+
+    /// Replaces the objects of the batch's keys; a key that @p _part lacks is taken out.
+    model_changes_t apply(const store::change_batch_t& _batch,
+                          const installation::installation_t& _part);
+
+ private:
+    void put_item(const QString& _id);
+    void put_scenario(const QString& _id);
+
+    QStringList apply_items(const std::set<QString>& _ids,
+                            const installation::installation_t& _part);
+    QStringList apply_scenarios(const std::set<QString>& _ids,
+                                const installation::installation_t& _part);
+    void apply_thermostats(const std::set<QString>& _ids,
+                           const installation::installation_t& _part);
+    void apply_elements(const std::set<QString>& _ids, const installation::installation_t& _part);
+    void apply_grants(const std::set<QString>& _ids, const installation::installation_t& _part);
+    void apply_users(const std::set<QString>& _ids, const installation::installation_t& _part);
+
+    /// Ids of the elements that stand for one of the thermostats.
+    std::set<QString> elements_of(const std::set<QString>& _thermostats) const;
+
+    QPointer<database_t> database;
+    realtime_writer_t* const realtime;
+};
+
+}  // namespace database::live

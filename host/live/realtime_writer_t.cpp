@@ -1,0 +1,93 @@
+#include "live/realtime_writer_t.h"
+
+#include "live/table_writer_t.h"
+
+namespace database::live {
+
+using realtime::objects::rt_object_item_t;
+using realtime::objects::rt_object_scenary_t;
+
+realtime_writer_t::realtime_writer_t(database_t* _database, QObject* _parent)
+    : QObject(_parent), database(_database) {}
+
+realtime_writer_t::~realtime_writer_t() = default;
+
+bool realtime_writer_t::write_item(const QString& _id, const QString& _value) {
+    rt_object_item_t* item = database ? database->getRealtime()->getItems()->list(_id) : nullptr;
+    if (item == nullptr) {
+        return false;
+    }
+    if (item->getValue() != _value) {
+        table_writer_t(database).set_value(item, _value);
+        dirty_items.insert(_id);
+        Q_EMIT unsaved();
+    }
+    announce_item(_id);
+    return true;
+}
+
+bool realtime_writer_t::write_scenary(const QString& _id, bool _execution) {
+    rt_object_scenary_t* scenary =
+        database ? database->getRealtime()->getScenary()->list(_id) : nullptr;
+    if (scenary == nullptr) {
+        return false;
+    }
+    if (scenary->getExecution() != _execution) {
+        table_writer_t(database).set_execution(scenary, _execution);
+        dirty_scenaries.insert(_id);
+        Q_EMIT unsaved();
+    }
+    announce_scenary(_id);
+    return true;
+}
+
+bool realtime_writer_t::take_item(const QString& _id, const QString& _value) {
+    dirty_items.erase(_id);
+    rt_object_item_t* item = database->getRealtime()->getItems()->list(_id);
+    if (item == nullptr) {
+        table_writer_t(database).put(_id, std::make_unique<rt_object_item_t>(_value));
+        return true;
+    }
+    const bool changed = item->getValue() != _value;
+    table_writer_t(database).set_value(item, _value);
+    return changed;
+}
+
+bool realtime_writer_t::take_scenary(const QString& _id, bool _execution) {
+    dirty_scenaries.erase(_id);
+    rt_object_scenary_t* scenary = database->getRealtime()->getScenary()->list(_id);
+    if (scenary == nullptr) {
+        table_writer_t(database).put(_id, std::make_unique<rt_object_scenary_t>(_execution));
+        return true;
+    }
+    const bool changed = scenary->getExecution() != _execution;
+    table_writer_t(database).set_execution(scenary, _execution);
+    return changed;
+}
+
+void realtime_writer_t::forget_item(const QString& _id) {
+    dirty_items.erase(_id);
+    table_writer_t(database).remove<rt_object_item_t>(_id);
+}
+
+void realtime_writer_t::forget_scenary(const QString& _id) {
+    dirty_scenaries.erase(_id);
+    table_writer_t(database).remove<rt_object_scenary_t>(_id);
+}
+
+void realtime_writer_t::announce_item(const QString& _id) {
+    Q_EMIT database->getRealtime()->getNotifier()->onRealtimeChangeItem(
+        {{QStringLiteral("item"), _id}}, _id);
+}
+
+void realtime_writer_t::announce_scenary(const QString& _id) {
+    Q_EMIT database->getRealtime()->getNotifier()->onRealtimeChangeScenaryObjects(
+        {{QStringLiteral("scenario"), _id}}, _id);
+}
+
+void realtime_writer_t::clear_unsaved() {
+    dirty_items.clear();
+    dirty_scenaries.clear();
+}
+
+}  // namespace database::live

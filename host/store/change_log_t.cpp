@@ -1,0 +1,68 @@
+#include "store/change_log_t.h"
+
+#include <QSqlQuery>
+
+namespace database::store {
+
+namespace {
+
+void add(const QString& _tab, const QString& _key, change_batch_t* _batch) {
+    if (_tab == QLatin1String("elements")) {
+        _batch->elements.insert(_key);
+    } else if (_tab == QLatin1String("items")) {
+        _batch->items.insert(_key);
+    } else if (_tab == QLatin1String("scenarios")) {
+        _batch->scenarios.insert(_key);
+    } else if (_tab == QLatin1String("thermostats")) {
+        _batch->thermostats.insert(_key);
+    } else if (_tab == QLatin1String("users")) {
+        _batch->users.insert(_key);
+        _batch->accounts = true;
+    } else if (_tab == QLatin1String("passwords")) {
+        _batch->accounts = true;
+    } else if (_tab == QLatin1String("meta")) {
+        _batch->topic = true;
+    } else {
+        _batch->everything = true;
+    }
+}
+
+}  // namespace
+
+bool change_log_t::foreign_commit() {
+    const int version = connection.value(QStringLiteral("PRAGMA data_version")).toInt();
+    return std::exchange(data_version, version) != version;
+}
+
+result_t change_log_t::read(qint64 _after, change_batch_t* _batch) {
+    _batch->last_sequence = _after;
+    return connection.each(
+        QStringLiteral("SELECT sequence, tab, key FROM changes WHERE sequence > ? "
+                       "ORDER BY sequence"),
+        {_after}, [_batch](const QSqlQuery& _row) {
+            _batch->last_sequence = _row.value(0).toLongLong();
+            add(_row.value(1).toString(), _row.value(2).toString(), _batch);
+        });
+}
+
+qint64 change_log_t::last_sequence() {
+    return connection.value(QStringLiteral("SELECT max(sequence) FROM changes")).toLongLong();
+}
+
+result_t change_log_t::prune(qint64 _sequence) {
+    return connection.run(QStringLiteral("DELETE FROM changes WHERE sequence <= ?"), {_sequence});
+}
+
+result_t change_log_t::clear() {
+    return connection.run(QStringLiteral("DELETE FROM changes"));
+}
+
+result_t change_log_t::collapse(qint64 _sequence) {
+    const result_t deleted =
+        connection.run(QStringLiteral("DELETE FROM changes WHERE sequence > ?"), {_sequence});
+    return deleted.ok() ? connection.run(
+                              QStringLiteral("INSERT INTO changes (tab, key) VALUES ('bulk', '')"))
+                        : deleted;
+}
+
+}  // namespace database::store

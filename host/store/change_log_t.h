@@ -1,0 +1,34 @@
+#pragma once
+
+#include "store/change_batch_t.h"
+#include "store/connection_t.h"
+
+namespace database::store {
+
+/// The change table as its one reader, the running server, uses it.
+class change_log_t {
+ public:
+    explicit change_log_t(connection_t& _connection) : connection(_connection) {}
+
+    /// Whether another connection has committed since the last call; nothing is read.
+    bool foreign_commit();
+    /// Makes the next foreign_commit() true.
+    void forget() { data_version = -1; }
+    /// Reads the rows above @p _after. To be called inside the transaction that reads what the
+    /// rows point to.
+    result_t read(qint64 _after, change_batch_t* _batch);
+    /// Number of the newest row, 0 when there is none. Inside the transaction of a whole read.
+    qint64 last_sequence();
+    /// Deletes the rows up to @p _sequence.
+    result_t prune(qint64 _sequence);
+    /// Deletes all rows.
+    result_t clear();
+    /// Deletes the rows above @p _sequence and leaves one that means "read everything again".
+    result_t collapse(qint64 _sequence);
+
+ private:
+    connection_t& connection;
+    int data_version = -1;
+};
+
+}  // namespace database::store

@@ -1,0 +1,119 @@
+#include "store/connection_t.h"
+
+#include <QHash>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <atomic>
+
+namespace database::store {
+
+struct connection_t::impl_t {
+    QString name;  ///< Qt's name of the connection; empty: closed
+    QString path;
+    QHash<QString, std::shared_ptr<QSqlQuery>> statements;  ///< by their text
+    int changed_rows = 0;
+
+    result_t failure(const QSqlError& _error) const;
+    QSqlQuery* prepared(const QString& _sql, result_t* _result);
+};
+
+namespace {
+
+QString unique_name() {
+    static std::atomic<int> counter = 0;
+    return QStringLiteral("torlan-store-%1").arg(++counter);
+}
+
+}  // namespace
+
+result_t connection_t::impl_t::failure(const QSqlError& _error) const {
+    QString text = _error.databaseText().isEmpty() ? _error.driverText() : _error.databaseText();
+    return result_t::failed(QStringLiteral("Database %1: %2.").arg(path, text));
+}
+
+QSqlQuery* connection_t::impl_t::prepared(const QString& _sql, result_t* _result) {
+    const auto known = statements.constFind(_sql);
+    if (known != statements.constEnd()) {
+        return known->get();
+    }
+    auto query = std::make_shared<QSqlQuery>(QSqlDatabase::database(name, false));
+    query->setForwardOnly(true);
+    if (!query->prepare(_sql)) {
+        *_result = failure(query->lastError());
+        return nullptr;
+    }
+    return statements.insert(_sql, query)->get();
+}
+
+connection_t::connection_t() : impl(std::make_unique<impl_t>()) {}
+
+connection_t::~connection_t() {
+    close();
+}
+
+result_t connection_t::open(const QString& _path, access_t _access, int _busy_ms) {
+    close();
+    impl->path = _path;
+    impl->name = unique_name();
+    QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), impl->name);
+    database.setDatabaseName(_path);
+    QString options = QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(_busy_ms);
+    if (_access == access_t::read_only) {
+        options += QStringLiteral(";QSQLITE_OPEN_READONLY");
+    }
+    database.setConnectOptions(options);
+    return database.open() ? result_t() : impl->failure(database.lastError());
+}
+
+void connection_t::close() {
+    impl->statements.clear();
+    if (!impl->name.isEmpty()) {
+        QSqlDatabase::removeDatabase(std::exchange(impl->name, {}));
+    }
+}
+
+QString connection_t::path() const {
+    return impl->path;
+}
+
+result_t connection_t::run(const QString& _sql, const QVariantList& _values) {
+    return each(_sql, _values, nullptr);
+}
+
+result_t connection_t::each(const QString& _sql, const QVariantList& _values, const row_t& _row) {
+    result_t result;
+    QSqlQuery* query = impl->prepared(_sql, &result);
+    if (query == nullptr) {
+        return result;
+    }
+    for (qsizetype i = 0; i < _values.size(); ++i) {
+        query->bindValue(int(i), _values.at(i));
+    }
+    if (!query->exec()) {
+        result = impl->failure(query->lastError());
+    }
+    impl->changed_rows = query->numRowsAffected();
+    while (result.ok() && _row && query->next()) {
+        _row(*query);
+    }
+    // A stepped statement that is not finished keeps its read transaction open.
+    query->finish();
+    return result;
+}
+
+QVariant connection_t::value(const QString& _sql, const QVariantList& _values) {
+    QVariant first;
+    const result_t result = each(_sql, _values, [&first](const QSqlQuery& _row) {
+        if (!first.isValid()) {
+            first = _row.value(0);
+        }
+    });
+    return result.ok() ? first : QVariant();
+}
+
+int connection_t::changed_rows() const {
+    return impl->changed_rows;
+}
+
+}  // namespace database::store

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QVariant>
+#include <functional>
+#include <memory>
+
+#include "store/result_t.h"
+
+class QSqlQuery;
+
+namespace database::store {
+
+/// One connection to an SQLite file. Keeps the statements it has run prepared, so a statement
+/// that is run for each of many rows is compiled once. To be used on the thread that opened it.
+class connection_t {
+ public:
+    enum class access_t { read_only, read_write };
+    using row_t = std::function<void(const QSqlQuery& _row)>;
+
+    connection_t();
+    ~connection_t();
+    Q_DISABLE_COPY_MOVE(connection_t)
+
+    /// Opens @p _path; closes what was open before.
+    /// @param _busy_ms how long a statement waits for another writer, in milliseconds
+    result_t open(const QString& _path, access_t _access, int _busy_ms);
+    void close();
+    QString path() const;
+
+    /// Runs one statement; rows that it yields are ignored.
+    result_t run(const QString& _sql, const QVariantList& _values = {});
+    /// Runs one statement and calls @p _row for each row.
+    result_t each(const QString& _sql, const QVariantList& _values, const row_t& _row);
+    /// First column of the first row; invalid without a row or after an error.
+    QVariant value(const QString& _sql, const QVariantList& _values = {});
+
+    /// Rows that the last run() changed.
+    int changed_rows() const;
+
+ private:
+    struct impl_t;
+    std::unique_ptr<impl_t> impl;
+};
+
+}  // namespace database::store

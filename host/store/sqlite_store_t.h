@@ -1,0 +1,27 @@
+#pragma once
+
+#include "installation/installation_t.h"
+#include "store/connection_t.h"
+
+namespace database::store {
+
+/// The installation on disk, for programs that read or write it as a whole; single changes are
+/// store_editor_t's. May be used while the server runs: the server sees what was written.
+class sqlite_store_t {
+ public:
+    /// Opens or creates the file; see open_database(). Waits up to five seconds for other writers.
+    result_t open(const QString& _path);
+
+    /// Reads the whole installation of one moment; on an error @p _target stays as it was.
+    result_t read(installation::installation_t* _target);
+
+    /// Puts @p _installation in the place of what is there: all of it or, on an error, nothing.
+    result_t replace(const installation::installation_t& _installation);
+
+    connection_t& connection() { return link; }
+
+ private:
+    connection_t link;
+};
+
+}  // namespace database::store

@@ -1,0 +1,152 @@
+#include "store/store_reader_t.h"
+
+#include <QSqlQuery>
+
+namespace database::store {
+
+using installation::installation_t;
+
+namespace {
+
+QString select(const char* _sql, const char* _where) {
+    return QLatin1String(_sql) + QLatin1String(_where);
+}
+
+}  // namespace
+
+result_t store_reader_t::read_all(installation_t* _target) {
+    const filter_t all;
+    for (const auto read : {&store_reader_t::read_items, &store_reader_t::read_scenarios,
+                            &store_reader_t::read_thermostats, &store_reader_t::read_thermostat_ids,
+                            &store_reader_t::read_elements, &store_reader_t::read_functions,
+                            &store_reader_t::read_users, &store_reader_t::read_permissions}) {
+        const result_t result = (this->*read)(all, _target);
+        if (!result.ok()) {
+            return result;
+        }
+    }
+    return read_topic(_target);
+}
+
+result_t store_reader_t::read_accounts(installation_t* _target) {
+    return read_users({}, _target);
+}
+
+result_t store_reader_t::read_batch(const change_batch_t& _batch, installation_t* _target) {
+    struct step_t {
+        result_t (store_reader_t::*read)(const filter_t&, installation_t*);
+        const std::set<QString>& keys;
+        const char* where;
+    };
+    for (const step_t& step : {
+             step_t{&store_reader_t::read_items, _batch.items, " WHERE id = ?"},
+             step_t{&store_reader_t::read_scenarios, _batch.scenarios, " WHERE id = ?"},
+             step_t{&store_reader_t::read_thermostats, _batch.thermostats, " WHERE id = ?"},
+             step_t{&store_reader_t::read_thermostat_ids, _batch.thermostats,
+                    " WHERE thermostat = ?"},
+             step_t{&store_reader_t::read_elements, _batch.elements, " WHERE id = ?"},
+             step_t{&store_reader_t::read_functions, _batch.elements, " WHERE element = ?"},
+             step_t{&store_reader_t::read_permissions, _batch.elements, " WHERE element = ?"},
+             step_t{&store_reader_t::read_users, _batch.users, " WHERE id = ?"},
+         }) {
+        for (const QString& key : step.keys) {
+            const result_t result = (this->*step.read)({step.where, {key}}, _target);
+            if (!result.ok()) {
+                return result;
+            }
+        }
+    }
+    return _batch.topic ? read_topic(_target) : result_t();
+}
+
+result_t store_reader_t::read_topic(installation_t* _target) {
+    return connection.each(
+        QStringLiteral("SELECT value FROM meta WHERE key = 'topic'"), {},
+        [_target](const QSqlQuery& _row) { _target->topic = _row.value(0).toString(); });
+}
+
+result_t store_reader_t::read_items(const filter_t& _filter, installation_t* _target) {
+    return connection.each(select("SELECT id, value FROM items", _filter.where), _filter.values,
+                           [_target](const QSqlQuery& _row) {
+                               _target->items.insert(_row.value(0).toString(),
+                                                     _row.value(1).toString());
+                           });
+}
+
+result_t store_reader_t::read_scenarios(const filter_t& _filter, installation_t* _target) {
+    return connection.each(select("SELECT id, execution FROM scenarios", _filter.where),
+                           _filter.values, [_target](const QSqlQuery& _row) {
+                               _target->scenarios.insert(_row.value(0).toString(),
+                                                         _row.value(1).toBool());
+                           });
+}
+
+result_t store_reader_t::read_thermostats(const filter_t& _filter, installation_t* _target) {
+    return connection.each(
+        select("SELECT id, id_actual, id_windows_contact FROM thermostats", _filter.where),
+        _filter.values, [_target](const QSqlQuery& _row) {
+            installation::thermostat_t& thermostat = _target->thermostats[_row.value(0).toString()];
+            thermostat.id_actual = _row.value(1).toString();
+            thermostat.id_windows_contact = _row.value(2).toString();
+        });
+}
+
+result_t store_reader_t::read_thermostat_ids(const filter_t& _filter, installation_t* _target) {
+    return connection.each(
+        select("SELECT thermostat, key, item FROM thermostat_ids", _filter.where), _filter.values,
+        [_target](const QSqlQuery& _row) {
+            const auto thermostat = _target->thermostats.find(_row.value(0).toString());
+            if (thermostat != _target->thermostats.end()) {
+                thermostat->ids.insert(_row.value(1).toString(), _row.value(2).toString());
+            }
+        });
+}
+
+result_t store_reader_t::read_elements(const filter_t& _filter, installation_t* _target) {
+    return connection.each(
+        select("SELECT id, name, type, flags, scenario, thermostat FROM elements", _filter.where),
+        _filter.values, [_target](const QSqlQuery& _row) {
+            installation::element_t& element = _target->elements[_row.value(0).toString()];
+            element.name = _row.value(1).toString();
+            element.type = _row.value(2).toInt();
+            element.flags = _row.value(3).toInt();
+            element.scenario = _row.value(4).toString();
+            element.thermostat = _row.value(5).toString();
+        });
+}
+
+result_t store_reader_t::read_functions(const filter_t& _filter, installation_t* _target) {
+    return connection.each(
+        select("SELECT element, name, item FROM functions", _filter.where), _filter.values,
+        [_target](const QSqlQuery& _row) {
+            const auto element = _target->elements.find(_row.value(0).toString());
+            if (element != _target->elements.end()) {
+                element->functions.insert(_row.value(1).toString(), _row.value(2).toString());
+            }
+        });
+}
+
+result_t store_reader_t::read_users(const filter_t& _filter, installation_t* _target) {
+    return connection.each(select("SELECT id, username, password_hash FROM users", _filter.where),
+                           _filter.values, [_target](const QSqlQuery& _row) {
+                               _target->users.insert(
+                                   _row.value(0).toString(),
+                                   {_row.value(1).toString(), _row.value(2).toString()});
+                           });
+}
+
+result_t store_reader_t::read_permissions(const filter_t& _filter, installation_t* _target) {
+    return connection.each(
+        select("SELECT user, element, bits FROM permissions JOIN users ON users.id = user",
+               _filter.where),
+        _filter.values, [_target](const QSqlQuery& _row) {
+            // A grant whose element is gone (a writer without foreign keys) is none.
+            const auto element = _target->elements.constFind(_row.value(1).toString());
+            if (element != _target->elements.constEnd()) {
+                _target->permissions[_row.value(0).toString()].insert(element.key(),
+                                                                      _row.value(2).toInt());
+            }
+        });
+}
+
+}  // namespace database::store

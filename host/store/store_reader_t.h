@@ -1,0 +1,42 @@
+#pragma once
+
+#include "installation/installation_t.h"
+#include "store/change_batch_t.h"
+#include "store/connection_t.h"
+
+namespace database::store {
+
+/// Reads rows into values. To be used inside a transaction, so that they are of one state.
+class store_reader_t {
+ public:
+    explicit store_reader_t(connection_t& _connection) : connection(_connection) {}
+
+    /// Adds the whole installation to @p _target.
+    result_t read_all(installation::installation_t* _target);
+    /// Adds the users alone.
+    result_t read_accounts(installation::installation_t* _target);
+    /// Adds what the batch's keys stand for; a key that is not in the store any more stays out.
+    /// With an element come all its grants.
+    result_t read_batch(const change_batch_t& _batch, installation::installation_t* _target);
+
+ private:
+    /// Restricts a read to the row or rows of one key; none: all rows.
+    struct filter_t {
+        const char* where = "";
+        QVariantList values;
+    };
+
+    result_t read_topic(installation::installation_t* _target);
+    result_t read_items(const filter_t& _filter, installation::installation_t* _target);
+    result_t read_scenarios(const filter_t& _filter, installation::installation_t* _target);
+    result_t read_thermostats(const filter_t& _filter, installation::installation_t* _target);
+    result_t read_thermostat_ids(const filter_t& _filter, installation::installation_t* _target);
+    result_t read_elements(const filter_t& _filter, installation::installation_t* _target);
+    result_t read_functions(const filter_t& _filter, installation::installation_t* _target);
+    result_t read_users(const filter_t& _filter, installation::installation_t* _target);
+    result_t read_permissions(const filter_t& _filter, installation::installation_t* _target);
+
+    connection_t& connection;
+};
+
+}  // namespace database::store

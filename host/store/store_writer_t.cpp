@@ -1,0 +1,115 @@
+#include "store/store_writer_t.h"
+
+namespace database::store {
+
+using installation::installation_t;
+
+result_t store_writer_t::clear() {
+    for (const char* table : {"permissions", "functions", "thermostat_ids", "elements",
+                              "thermostats", "users", "scenarios", "items", "meta"}) {
+        const result_t result =
+            connection.run(QLatin1String("DELETE FROM ") + QLatin1String(table));
+        if (!result.ok()) {
+            return result;
+        }
+    }
+    return {};
+}
+
+result_t store_writer_t::write(const installation_t& _installation) {
+    for (const auto write : {&store_writer_t::write_items, &store_writer_t::write_scenarios,
+                             &store_writer_t::write_thermostats, &store_writer_t::write_elements,
+                             &store_writer_t::write_users, &store_writer_t::write_permissions}) {
+        const result_t result = (this->*write)(_installation);
+        if (!result.ok()) {
+            return result;
+        }
+    }
+    return connection.run(QStringLiteral("INSERT INTO meta (key, value) VALUES ('topic', ?)"),
+                          {text_value(_installation.topic)});
+}
+
+result_t store_writer_t::write_items(const installation_t& _installation) {
+    result_t result;
+    for (auto i = _installation.items.begin(); result.ok() && i != _installation.items.end(); ++i) {
+        result = connection.run(QStringLiteral("INSERT INTO items (id, value) VALUES (?, ?)"),
+                                {text_value(i.key()), text_value(i.value())});
+    }
+    return result;
+}
+
+result_t store_writer_t::write_scenarios(const installation_t& _installation) {
+    const auto& scenarios = _installation.scenarios;
+    result_t result;
+    for (auto i = scenarios.begin(); result.ok() && i != scenarios.end(); ++i) {
+        result =
+            connection.run(QStringLiteral("INSERT INTO scenarios (id, execution) VALUES (?, ?)"),
+                           {text_value(i.key()), int(i.value())});
+    }
+    return result;
+}
+
+result_t store_writer_t::write_thermostats(const installation_t& _installation) {
+    const auto& thermostats = _installation.thermostats;
+    result_t result;
+    for (auto i = thermostats.begin(); result.ok() && i != thermostats.end(); ++i) {
+        result = connection.run(
+            QStringLiteral("INSERT INTO thermostats (id, id_actual, id_windows_contact) "
+                           "VALUES (?, ?, ?)"),
+            {text_value(i.key()), reference_value(i->id_actual),
+             reference_value(i->id_windows_contact)});
+        for (auto id = i->ids.begin(); result.ok() && id != i->ids.end(); ++id) {
+            result =
+                connection.run(QStringLiteral("INSERT INTO thermostat_ids (thermostat, key, item) "
+                                              "VALUES (?, ?, ?)"),
+                               {i.key(), text_value(id.key()), reference_value(id.value())});
+        }
+    }
+    return result;
+}
+
+result_t store_writer_t::write_elements(const installation_t& _installation) {
+    const auto& elements = _installation.elements;
+    result_t result;
+    for (auto i = elements.begin(); result.ok() && i != elements.end(); ++i) {
+        result = connection.run(
+            QStringLiteral("INSERT INTO elements (id, name, type, flags, scenario, thermostat) "
+                           "VALUES (?, ?, ?, ?, ?, ?)"),
+            {text_value(i.key()), text_value(i->name), i->type, i->flags,
+             reference_value(i->scenario), reference_value(i->thermostat)});
+        for (auto f = i->functions.begin(); result.ok() && f != i->functions.end(); ++f) {
+            result = connection.run(
+                QStringLiteral("INSERT INTO functions (element, name, item) VALUES (?, ?, ?)"),
+                {i.key(), text_value(f.key()), reference_value(f.value())});
+        }
+    }
+    return result;
+}
+
+result_t store_writer_t::write_users(const installation_t& _installation) {
+    const auto& users = _installation.users;
+    result_t result;
+    for (auto i = users.begin(); result.ok() && i != users.end(); ++i) {
+        result = connection.run(
+            QStringLiteral("INSERT INTO users (id, username, password_hash) VALUES (?, ?, ?)"),
+            {text_value(i.key()), text_value(i->username), text_value(i->password_hash)});
+    }
+    return result;
+}
+
+result_t store_writer_t::write_permissions(const installation_t& _installation) {
+    const QString insert =
+        QStringLiteral("INSERT INTO permissions (user, element, bits) VALUES (?, ?, ?)");
+    const auto& users = _installation.permissions;
+    result_t result;
+    for (auto user = users.begin(); user != users.end(); ++user) {
+        for (auto i = user->begin(); result.ok() && i != user->end(); ++i) {
+            if (i.value() != 0) {
+                result = connection.run(insert, {user.key(), i.key(), i.value()});
+            }
+        }
+    }
+    return result;
+}
+
+}  // namespace database::store

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "installation/installation_t.h"
+#include "store/connection_t.h"
+
+namespace database::store {
+
+/// Writes whole values as rows. To be used inside a writing transaction.
+class store_writer_t {
+ public:
+    explicit store_writer_t(connection_t& _connection) : connection(_connection) {}
+
+    /// Deletes every row of the installation.
+    result_t clear();
+    /// Writes an installation into the empty tables.
+    result_t write(const installation::installation_t& _installation);
+
+ private:
+    result_t write_items(const installation::installation_t& _installation);
+    result_t write_scenarios(const installation::installation_t& _installation);
+    result_t write_thermostats(const installation::installation_t& _installation);
+    result_t write_elements(const installation::installation_t& _installation);
+    result_t write_users(const installation::installation_t& _installation);
+    result_t write_permissions(const installation::installation_t& _installation);
+
+    connection_t& connection;
+};
+
+/// A text for a column that must not be NULL: Qt binds a null string as NULL.
+inline QVariant text_value(const QString& _text) {
+    return _text.isNull() ? QStringLiteral("") : _text;
+}
+
+/// A reference for a column that may be NULL: an empty one is none.
+inline QVariant reference_value(const QString& _id) {
+    return _id.isEmpty() ? QVariant() : _id;
+}
+
+}  // namespace database::store

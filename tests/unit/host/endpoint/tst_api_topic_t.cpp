@@ -1,0 +1,63 @@
+#include <QTest>
+
+#include "endpoint/api_topic_t.h"
+
+using comunication::api_topic_t;
+
+class tst_api_topic_t : public QObject {
+    Q_OBJECT
+
+ private Q_SLOTS:
+    void parse_reads_the_levels_data();
+    void parse_reads_the_levels();
+    void answer_replaces_every_request();
+};
+
+void tst_api_topic_t::parse_reads_the_levels_data() {
+    QTest::addColumn<QString>("topic");
+    QTest::addColumn<QStringList>("expected");  // version, user, client, type
+    const QStringList none{{}, {}, {}, {}};
+    QTest::newRow("request") << "local/api/v1/alice/phone/request/get/elements/objects_list"
+                             << QStringList{"v1", "alice", "phone", "request"};
+    QTest::newRow("bare request") << "local/api/v2/alice/phone/request"
+                                  << QStringList{"v2", "alice", "phone", "request"};
+    QTest::newRow("status") << "local/api/v1/alice/status/elements/objects_list/e-1"
+                            << QStringList{"v1", "alice", "", "status"};
+    QTest::newRow("bare status") << "local/api/v1/alice/status"
+                                 << QStringList{"v1", "alice", "", "status"};
+    QTest::newRow("client named status")
+        << "local/api/v1/alice/status/request/x" << QStringList{"v1", "alice", "status", "request"};
+    QTest::newRow("client named request") << "local/api/v1/alice/request/request/x"
+                                          << QStringList{"v1", "alice", "request", "request"};
+    QTest::newRow("user named status")
+        << "local/api/v1/status/phone/request/x" << QStringList{"v1", "status", "phone", "request"};
+    QTest::newRow("empty client") << "local/api/v1/alice//request/x"
+                                  << QStringList{"v1", "alice", "", "request"};
+    QTest::newRow("status of a client") << "local/api/v1/alice/phone/status/x" << none;
+    QTest::newRow("request without client") << "local/api/v1/alice/request/get" << none;
+    QTest::newRow("empty user") << "local/api/v1//phone/request/x" << none;
+    QTest::newRow("empty version") << "local/api//alice/status/x" << none;
+    QTest::newRow("other root") << "remote/api/v1/alice/status/x" << none;
+    QTest::newRow("too short") << "local/api/v1/alice" << none;
+    QTest::newRow("longer word") << "local/api/v1/alice/phone/requests/x" << none;
+    QTest::newRow("upper case") << "local/api/v1/alice/phone/REQUEST/x" << none;
+    QTest::newRow("leading slash") << "/local/api/v1/alice/status/x" << none;
+    QTest::newRow("empty") << "" << none;
+}
+
+void tst_api_topic_t::parse_reads_the_levels() {
+    QFETCH(QString, topic);
+    QFETCH(QStringList, expected);
+    const api_topic_t found = api_topic_t::parse(topic);
+    QCOMPARE(QStringList({found.version, found.user, found.client, found.type}), expected);
+    QCOMPARE(found.is_valid(), !expected[3].isEmpty());
+    QCOMPARE(found.is_request(), expected[3] == "request");
+}
+
+void tst_api_topic_t::answer_replaces_every_request() {
+    QCOMPARE(api_topic_t::answer("local/api/v1/request/my-request/request/get"),
+             QString("local/api/v1/status/my-status/status/get"));
+}
+
+QTEST_GUILESS_MAIN(tst_api_topic_t)
+#include "tst_api_topic_t.moc"

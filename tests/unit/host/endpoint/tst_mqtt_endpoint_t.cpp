@@ -1,0 +1,304 @@
+#include <QJsonObject>
+#include <QSignalSpy>
+#include <QTest>
+
+#include "endpoint/mqtt_endpoint_t.h"
+#include "unit/host/broker/mqtt_user_t.h"
+#include "unit/host/broker/real_broker_t.h"
+
+using comunication::mqtt_endpoint_t;
+using comunication::utility::qos_t;
+using comunication::utility::subscribe_t;
+
+namespace {
+const QByteArray refusal = "{\"error\":400,\"message\":\"Non-compliant payload\"}";
+const QString request = QStringLiteral("local/api/v1/alice/phone/request/get/x");
+const QString answer = QStringLiteral("local/api/v1/alice/phone/status/get/x");
+}  // namespace
+
+/// Each test: one endpoint on a real broker, and the user alice.
+class tst_mqtt_endpoint_t : public QObject {
+    Q_OBJECT
+
+ private Q_SLOTS:
+    void init();
+    void cleanup();
+    void request_and_answer_make_a_round_trip();
+    void messages_are_emitted_only_while_enabled();
+    void own_status_is_not_echoed();
+    void subscribing_again_brings_retained_status_again();
+    void unsubscribed_status_stays_away();
+    void status_without_an_object_is_an_empty_object();
+    void deleted_status_is_not_emitted();
+    void stored_retained_request_is_cleared_and_not_emitted();
+    void live_retained_request_is_cleared_and_not_emitted();
+    void request_without_an_object_is_answered_400_data();
+    void request_without_an_object_is_answered_400();
+    void request_without_payload_is_an_empty_object();
+    void malformed_request_is_not_answered_while_disabled();
+    void request_of_a_client_named_status_is_emitted_once();
+    void burst_of_20000_retained_is_complete();
+    void publish_without_a_value_deletes_nothing();
+    void impossible_topic_is_refused_and_counted();
+    void full_queue_drops_and_counts();
+    void connection_topic_tells_the_state();
+
+ private:
+    void connect_endpoint(const comunication::endpoint_settings_t& _settings);
+    void publish(const QString& _topic, const QJsonObject& _payload, bool _retain = false) {
+        endpoint->publish(_topic, _payload, qos_t::exactly_once, _retain, false);
+    }
+
+    std::unique_ptr<real_broker_t> broker;
+    std::unique_ptr<mqtt_endpoint_t> endpoint;
+    std::unique_ptr<mqtt_user_t> alice;
+    std::unique_ptr<QSignalSpy> messages;
+};
+
+void tst_mqtt_endpoint_t::init() {
+    broker = std::make_unique<real_broker_t>();
+    QCOMPARE(broker->start(), QString());
+    connect_endpoint(broker->endpoint_settings());
+    alice = std::make_unique<mqtt_user_t>();
+    QVERIFY(alice->enter(broker->settings.port, "alice", "alice-pw"));
+    QVERIFY(alice->subscribe("local/api/v1/alice/#"));
+}
+
+void tst_mqtt_endpoint_t::connect_endpoint(const comunication::endpoint_settings_t& _settings) {
+    endpoint = std::make_unique<mqtt_endpoint_t>(_settings);
+    messages = std::make_unique<QSignalSpy>(endpoint.get(), &mqtt_endpoint_t::api_message);
+    QSignalSpy connected(endpoint.get(), &mqtt_endpoint_t::connected);
+    endpoint->start();
+    QVERIFY(connected.wait());
+    QCOMPARE(connected.first().first().toBool(), false);
+    endpoint->set_enable_api_message(true);
+}
+
+void tst_mqtt_endpoint_t::cleanup() {
+    alice.reset();
+    messages.reset();
+    endpoint.reset();
+    broker.reset();
+}
+
+void tst_mqtt_endpoint_t::request_and_answer_make_a_round_trip() {
+    connect(endpoint.get(), &mqtt_endpoint_t::api_message, this,
+            [this](const QString&, const QString&, const QString&, const QString&, const QString&,
+                   const QJsonObject& _payload) { publish(answer, _payload); });
+    QVERIFY(alice->publish(request, "{\"a\":1}"));
+    QCOMPARE(alice->wait_for(answer), QByteArray("{\"a\":1}"));
+    QCOMPARE(messages->size(), 1);
+    QCOMPARE(messages->first(), (QVariantList{"v1", "alice", "phone", "request", request,
+                                              QJsonObject{{"a", 1}}, false}));
+    QCOMPARE(endpoint->counters().received.load(), quint64(1));
+}
+
+void tst_mqtt_endpoint_t::messages_are_emitted_only_while_enabled() {
+    endpoint->set_enable_api_message(false);
+    QVERIFY(alice->publish(request, "{\"a\":1}"));
+    QTRY_COMPARE(endpoint->counters().received.load(), quint64(1));
+    endpoint->set_enable_api_message(true);
+    QVERIFY(alice->publish(request, "{\"a\":2}"));
+    QTRY_COMPARE(messages->size(), 1);
+    QCOMPARE(messages->first()[5].toJsonObject(), (QJsonObject{{"a", 2}}));
+}
+
+void tst_mqtt_endpoint_t::own_status_is_not_echoed() {
+    endpoint->subscription_status_api(subscribe_t::subscribe);
+    publish("local/api/v1/alice/status/e-1", {{"a", 1}}, true);
+    publish("local/api/v1/alice/phone/request/own", {{"a", 1}});
+    alice->wait_for("local/api/v1/alice/phone/request/own");
+    QVERIFY(alice->publish(request, "{}"));  // a fence behind what would have been echoed
+    QTRY_COMPARE(messages->size(), 1);
+    QCOMPARE(messages->first()[4].toString(), request);
+}
+
+void tst_mqtt_endpoint_t::subscribing_again_brings_retained_status_again() {
+    const QString topic = "local/api/v1/alice/status/e-1";
+    publish(topic, {{"a", 1}}, true);
+    QTRY_COMPARE(endpoint->counters().published.load(), quint64(2));  // with the state
+    for (int i = 1; i <= 3; ++i) {
+        endpoint->subscription_status_api(subscribe_t::subscribe);
+        QTRY_COMPARE(messages->size(), i);
+        QCOMPARE(messages->last(),
+                 (QVariantList{"v1", "alice", "", "status", topic, QJsonObject{{"a", 1}}, true}));
+    }
+}
+
+void tst_mqtt_endpoint_t::unsubscribed_status_stays_away() {
+    mqtt_user_t host;
+    QVERIFY(host.enter(broker->settings.port, "@torlan", broker->process.host_password()));
+    endpoint->subscription_status_api(subscribe_t::subscribe);
+    endpoint->subscription_status_api(subscribe_t::unsubscribe);
+    QVERIFY(alice->publish(request, "{}"));  // the broker has handled both
+    QTRY_COMPARE(messages->size(), 1);
+    QVERIFY(host.publish("local/api/v1/alice/status/e-1", "{}"));
+    QVERIFY(alice->publish(request, "{}"));
+    QTRY_COMPARE(messages->size(), 2);
+    QCOMPARE(messages->last()[3].toString(), QString("request"));
+}
+
+void tst_mqtt_endpoint_t::status_without_an_object_is_an_empty_object() {
+    mqtt_user_t host;
+    QVERIFY(host.enter(broker->settings.port, "@torlan", broker->process.host_password()));
+    QVERIFY(host.publish("local/api/v1/alice/status/e-1", "\xff{", true));
+    endpoint->subscription_status_api(subscribe_t::subscribe);
+    QTRY_COMPARE(messages->size(), 1);
+    QCOMPARE(messages->first()[5].toJsonObject(), QJsonObject());
+    QCOMPARE(messages->first()[6].toBool(), true);
+}
+
+void tst_mqtt_endpoint_t::deleted_status_is_not_emitted() {
+    mqtt_user_t host;
+    QVERIFY(host.enter(broker->settings.port, "@torlan", broker->process.host_password()));
+    endpoint->subscription_status_api(subscribe_t::subscribe);
+    QVERIFY(alice->publish(request, "{}"));
+    QTRY_COMPARE(messages->size(), 1);
+    QVERIFY(host.publish("local/api/v1/alice/status/e-1", "", true));
+    QVERIFY(host.publish("local/api/v1/alice/status/e-2", "{}", true));
+    QTRY_COMPARE(messages->size(), 2);
+    QCOMPARE(messages->last()[4].toString(), QString("local/api/v1/alice/status/e-2"));
+}
+
+void tst_mqtt_endpoint_t::stored_retained_request_is_cleared_and_not_emitted() {
+    const auto settings = broker->endpoint_settings();
+    endpoint.reset();
+    QVERIFY(alice->publish(request, "{\"a\":1}", true));
+    connect_endpoint(settings);
+    QTRY_COMPARE(endpoint->counters().retained_requests_cleared.load(), quint64(1));
+    QTRY_COMPARE(endpoint->counters().published.load(), quint64(2));
+    QVERIFY(messages->isEmpty());
+    mqtt_user_t again;
+    QVERIFY(again.enter(broker->settings.port, "alice", "alice-pw"));
+    QVERIFY(again.subscribe("local/api/v1/alice/#"));
+    QVERIFY(again.publish(request, "{\"fence\":1}"));
+    QCOMPARE(again.wait_for(request), QByteArray("{\"fence\":1}"));
+    QCOMPARE(again.count(request), 1);
+}
+
+void tst_mqtt_endpoint_t::live_retained_request_is_cleared_and_not_emitted() {
+    QVERIFY(alice->publish(request, "{\"a\":1}", true));
+    QTRY_COMPARE(endpoint->counters().retained_requests_cleared.load(), quint64(1));
+    QTRY_COMPARE(alice->count(request), 2);
+    QCOMPARE(alice->messages.last().payload, QByteArray());
+    QVERIFY(messages->isEmpty());
+}
+
+void tst_mqtt_endpoint_t::request_without_an_object_is_answered_400_data() {
+    QTest::addColumn<QByteArray>("payload");
+    QTest::newRow("broken") << QByteArray("{\"a\":");
+    QTest::newRow("array") << QByteArray("[1]");
+    QTest::newRow("text") << QByteArray("hello");
+    QTest::newRow("binary") << QByteArray("\x00\xff\x01\xfe", 4);
+    QTest::newRow("2000 levels") << QByteArray("{\"a\":").repeated(2000) + "1" +
+                                        QByteArray("}").repeated(2000);
+    QTest::newRow("1 MB") << QByteArray(1 << 20, 'x');
+}
+
+void tst_mqtt_endpoint_t::request_without_an_object_is_answered_400() {
+    QFETCH(QByteArray, payload);
+    QVERIFY(alice->publish(request, payload));
+    QCOMPARE(alice->wait_for(answer), refusal);
+    QCOMPARE(endpoint->counters().malformed_answered.load(), quint64(1));
+    QVERIFY(messages->isEmpty());
+    mqtt_user_t late;
+    QVERIFY(late.enter(broker->settings.port, "alice", "alice-pw"));
+    QVERIFY(late.subscribe("local/api/v1/alice/#"));
+    QVERIFY(late.publish(request, "{}"));
+    late.wait_for(request);
+    QCOMPARE(late.count(answer), 0);  // not retained
+}
+
+void tst_mqtt_endpoint_t::request_without_payload_is_an_empty_object() {
+    QVERIFY(alice->publish(request, ""));
+    QTRY_COMPARE(messages->size(), 1);
+    QCOMPARE(messages->first()[5].toJsonObject(), QJsonObject());
+}
+
+void tst_mqtt_endpoint_t::malformed_request_is_not_answered_while_disabled() {
+    endpoint->set_enable_api_message(false);
+    QVERIFY(alice->publish(request, "[]"));
+    QTRY_COMPARE(endpoint->counters().received.load(), quint64(1));
+    QCOMPARE(endpoint->counters().malformed_answered.load(), quint64(0));
+}
+
+void tst_mqtt_endpoint_t::request_of_a_client_named_status_is_emitted_once() {
+    endpoint->subscription_status_api(subscribe_t::subscribe);
+    QVERIFY(alice->publish("local/api/v1/alice/status/request/x", "{}"));
+    QVERIFY(alice->publish(request, "{}"));
+    QTRY_VERIFY(!messages->isEmpty() && messages->last()[4].toString() == request);
+    QCOMPARE(messages->size(), 2);
+}
+
+void tst_mqtt_endpoint_t::burst_of_20000_retained_is_complete() {
+    constexpr int total = 20'000;
+    for (int i = 0; i < total; ++i) {
+        publish(QStringLiteral("local/api/v1/bob/status/e-%1").arg(i), {{"n", i}}, true);
+    }
+    QVERIFY(wait_until([this]() { return endpoint->counters().published == total + 1; }, 60'000));
+    mqtt_user_t bob;
+    QVERIFY(bob.enter(broker->settings.port, "bob", "bob-pw"));
+    QVERIFY(bob.subscribe("local/api/v1/bob/#"));
+    QVERIFY(wait_until([&bob]() { return bob.messages.size() == total; }, 60'000));
+    endpoint->subscription_status_api(subscribe_t::subscribe);
+    QVERIFY(wait_until([this]() { return messages->size() == total; }, 60'000));
+    QCOMPARE(endpoint->counters().dropped_full.load(), quint64(0));
+}
+
+void tst_mqtt_endpoint_t::publish_without_a_value_deletes_nothing() {
+    publish("local/api/v1/alice/status/e-1", {{"a", 1}}, true);
+    endpoint->publish("local/api/v1/alice/status/e-1", QJsonValue(QJsonValue::Undefined),
+                      qos_t::exactly_once, true, false);
+    QCOMPARE(endpoint->counters().refused.load(), quint64(1));
+    publish("local/api/v1/alice/status/e-2", {});
+    alice->wait_for("local/api/v1/alice/status/e-2");
+    QCOMPARE(alice->count("local/api/v1/alice/status/e-1"), 1);
+}
+
+void tst_mqtt_endpoint_t::impossible_topic_is_refused_and_counted() {
+    publish("local/api/v1/alice/#", {});
+    publish("", {});
+    publish(answer, {{"a", 1}});
+    QCOMPARE(alice->wait_for(answer), QByteArray("{\"a\":1}"));
+    QCOMPARE(endpoint->counters().refused.load(), quint64(2));
+}
+
+void tst_mqtt_endpoint_t::full_queue_drops_and_counts() {
+    auto settings = broker->endpoint_settings();
+    settings.queue_messages = 100;
+    connect_endpoint(settings);
+    QTRY_COMPARE(endpoint->counters().published.load(), quint64(1));
+    for (int i = 0; i < 1'000; ++i) {
+        publish(QStringLiteral("local/api/v1/bob/status/e-%1").arg(i), {}, true);
+    }
+    // 20 in flight, 100 waiting: nothing is acknowledged before events are handled.
+    QCOMPARE(endpoint->counters().dropped_full.load(), quint64(880));
+    QTRY_COMPARE(endpoint->counters().published.load(), quint64(121));
+}
+
+void tst_mqtt_endpoint_t::connection_topic_tells_the_state() {
+    QVERIFY(alice->subscribe(broker->settings.connection_topic));
+    QCOMPARE(alice->wait_for(broker->settings.connection_topic),
+             QByteArray("{\"state\":\"online\"}"));
+    alice->messages.clear();
+    QSignalSpy stopped(endpoint.get(), &mqtt_endpoint_t::stopped);
+    publish(answer, {{"last", 1}});
+    endpoint->stop();
+    QVERIFY(stopped.size() == 1 || stopped.wait());
+    QCOMPARE(alice->wait_for(broker->settings.connection_topic),
+             QByteArray("{\"state\":\"offline\"}"));
+    QCOMPARE(alice->wait_for(answer), QByteArray("{\"last\":1}"));
+    QCOMPARE(alice->count(broker->settings.connection_topic), 1);  // and no last will
+
+    alice->messages.clear();
+    endpoint->start();
+    QCOMPARE(alice->wait_for(broker->settings.connection_topic),
+             QByteArray("{\"state\":\"online\"}"));
+    alice->messages.clear();
+    endpoint.reset();  // without a word: the broker publishes the last will
+    QCOMPARE(alice->wait_for(broker->settings.connection_topic),
+             QByteArray("{\"state\":\"offline\"}"));
+}
+
+QTEST_GUILESS_MAIN(tst_mqtt_endpoint_t)
+#include "tst_mqtt_endpoint_t.moc"
