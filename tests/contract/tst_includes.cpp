@@ -113,7 +113,7 @@ const QList<row_t> rows{
     {"host/live", "base/|contract/database/|host/(installation|store)/"},
     {"host/loader", "base/|contract/|server/drivers/driver/"},
     {"apps/torlan-config", "base/|http/"},
-    {"apps/torlan-server", "base/|contract/|http/|host/|server/utility/"},
+    {"apps/torlan-server", "base/|contract/|http/|host/|server/(utility|drivers/driver)/"},
     {"apps/torlanctl", "base/|host/(installation|store)/"},
     {"bench", "contract/|host/|server/drivers/driver/|tests/fakes/"},
 };
