@@ -3,26 +3,13 @@
 #include <QDir>
 #include <utility>
 
-#include "drivers/driver/capability/plugin_driver_IComunication.h"
 #include "endpoint/host_log.h"
 #include "loader/driver_loader_t.h"
 
 namespace torlan {
 
 namespace {
-
 constexpr const char* source = "apps/torlan-server/driver_set_t";
-
-bool init_one(interfaces::plugin_driver_interface_t* _driver, database::database_t* _database,
-              comunication::protoserver_t* _endpoint) {
-    if (!_driver->init_database(_database)) {
-        return false;
-    }
-    auto* comunication =
-        static_cast<interfaces::IComunication*>(_driver->getCapability("IComunication"));
-    return comunication == nullptr || comunication->init_comunication(_endpoint);
-}
-
 }  // namespace
 
 driver_set_t::driver_set_t(QObject* _parent) : QObject(_parent) {}
@@ -53,7 +40,7 @@ QString driver_set_t::init(database::database_t* _database,
     std::vector<loader::loaded_driver_t> taken;
     QString refused;
     for (loader::loaded_driver_t& driver : drivers) {
-        if (init_one(driver.get_driver(), _database, _endpoint)) {
+        if (driver.init(_database, _endpoint)) {
             taken.push_back(std::move(driver));
             continue;
         }

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "drivers/driver/capability/plugin_driver_IComunication.h"
+
 namespace loader {
 
 loaded_driver_t::loaded_driver_t(QString _file, driver_metadata_t _metadata,
@@ -19,6 +21,17 @@ loaded_driver_t::~loaded_driver_t() {
 
 interfaces::plugin_driver_interface_t* loaded_driver_t::get_driver() const {
     return static_cast<interfaces::plugin_driver_interface_t*>(driver.data());
+}
+
+bool loaded_driver_t::init(database::database_t* _database,
+                           comunication::protoserver_t* _endpoint) const {
+    interfaces::plugin_driver_interface_t* const object = get_driver();
+    if (object == nullptr || !object->init_database(_database)) {
+        return false;
+    }
+    auto* const comunication = static_cast<interfaces::IComunication*>(
+        object->getCapability(interfaces::IComunication::capability_name));
+    return comunication == nullptr || comunication->init_comunication(_endpoint);
 }
 
 }  // namespace loader

@@ -6,6 +6,10 @@
 #include "drivers/driver/plugin_driver_interface_t.h"
 #include "loader/driver_metadata_t.h"
 
+namespace comunication {
+class protoserver_t;
+}
+
 namespace loader {
 
 /// A loaded driver. Owns the driver object and deletes it; the library itself stays in memory,
@@ -22,6 +26,10 @@ class loaded_driver_t {
     const driver_metadata_t& get_metadata() const { return metadata; }
     /// Never null unless somebody else has deleted the object.
     interfaces::plugin_driver_interface_t* get_driver() const;
+
+    /// Hands out the database, then the endpoint to a driver that uses one. False when the driver
+    /// does not take them; it has logged why. Neither is owned.
+    bool init(database::database_t* _database, comunication::protoserver_t* _endpoint) const;
 
  private:
     QString file;
