@@ -14,16 +14,26 @@ struct [[nodiscard]] result_t {
     static result_t failed(QString _sentence) { return {std::move(_sentence)}; }
 };
 
-/// The same for an operation that yields something: the value, or why there is none.
+/// The same for an operation that yields something: the value, or why there is none. No kind of
+/// result_t: "ok ? of_value : failure" would then be a result_t and lose the value unseen.
 template <class value_t>
-struct [[nodiscard]] result_of_t : result_t {
+struct [[nodiscard]] result_of_t {
+    QString error;    ///< empty: ok
     value_t value{};  ///< as constructed without arguments after a failure
 
-    // Implicit, so that an operation returns what it has: the value or a failure.
+    bool is_ok() const { return error.isEmpty(); }
+
+    // Implicit, so that an operation returns what it has, the value or a failure, and hands a
+    // failure on.
     // NOLINTNEXTLINE(google-explicit-constructor)
     result_of_t(value_t _value) : value(std::move(_value)) {}
     // NOLINTNEXTLINE(google-explicit-constructor)
-    result_of_t(result_t _failure) : result_t(std::move(_failure)) {}
+    result_of_t(result_t _failure) : error(std::move(_failure.error)) { Q_ASSERT(!is_ok()); }
+    template <class other_t>
+    // NOLINTNEXTLINE(google-explicit-constructor)
+    result_of_t(const result_of_t<other_t>& _failure) : result_of_t(result_t{_failure.error}) {}
+    // NOLINTNEXTLINE(google-explicit-constructor)
+    operator result_t() const { return {error}; }
 };
 
 }  // namespace base
