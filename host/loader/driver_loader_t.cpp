@@ -84,10 +84,11 @@ std::vector<driver_loader_t::candidate_t> driver_loader_t::scan() {
             continue;
         }
         seen.insert(canonical);
-        const elf_note_reader_t::result_t note = elf_note_reader_t::read(file);
+        elf_note_reader_t reader(file);
+        const base::result_of_t<QByteArray> note = reader.read();
         driver_metadata_t metadata;
         const refusal_t why =
-            note.refusal ? note.refusal : check_interface(file, note.descriptor, metadata);
+            note.is_ok() ? check_interface(file, note.value, metadata) : reader.refusal();
         if (why) {
             refuse(file, why);
         } else {

@@ -35,26 +35,31 @@ QByteArray descriptor_of(const QByteArray& _note) {
 
 }  // namespace
 
-elf_note_reader_t::result_t elf_note_reader_t::read(const QString& _file) {
-    elf_note_reader_t reader(_file);
-    // Opening a pipe would wait for its other end.
-    if (!QFileInfo(_file).isFile()) {
-        return {{}, reader.refuse(refusal_reason_t::unreadable, QStringLiteral("is no file"))};
-    }
-    if (!reader.file.open(QIODevice::ReadOnly)) {
-        return {{},
-                reader.refuse(refusal_reason_t::unreadable,
-                              QStringLiteral("cannot be read: ") + reader.file.errorString())};
-    }
-    if (const refusal_t refusal = reader.read_header()) {
-        return {{}, refusal};
-    }
-    return reader.find_note();
-}
-
 elf_note_reader_t::elf_note_reader_t(const QString& _file) : file(_file) {}
 
-refusal_t elf_note_reader_t::read_header() {
+base::result_of_t<QByteArray> elf_note_reader_t::read() {
+    base::result_t result = open();
+    if (result.is_ok()) {
+        result = read_header();
+    }
+    if (!result.is_ok()) {
+        return result;
+    }
+    return find_note();
+}
+
+base::result_t elf_note_reader_t::open() {
+    // Opening a pipe would wait for its other end.
+    if (!QFileInfo(file).isFile()) {
+        return refuse(refusal_reason_t::unreadable, QStringLiteral("is no file"));
+    }
+    return file.open(QIODevice::ReadOnly)
+               ? base::result_t()
+               : refuse(refusal_reason_t::unreadable,
+                        QStringLiteral("cannot be read: ") + file.errorString());
+}
+
+base::result_t elf_note_reader_t::read_header() {
     static constexpr layout_t narrow = {sizeof(Elf32_Ehdr),
                                         offsetof(Elf32_Ehdr, e_shoff),
                                         offsetof(Elf32_Ehdr, e_shentsize),
@@ -99,30 +104,28 @@ refusal_t elf_note_reader_t::read_header() {
     return {};
 }
 
-elf_note_reader_t::result_t elf_note_reader_t::find_note() {
+base::result_of_t<QByteArray> elf_note_reader_t::find_note() {
     section_t names;
     if (section_count > 0 && !read_section(names_index, names)) {
-        return {{}, refuse(refusal_reason_t::damaged, QStringLiteral("is cut off or damaged"))};
+        return refuse(refusal_reason_t::damaged, QStringLiteral("is cut off or damaged"));
     }
     for (quint16 index = 0; index < section_count; ++index) {
         section_t section;
         if (!read_section(index, section)) {
-            return {{}, refuse(refusal_reason_t::damaged, QStringLiteral("is cut off or damaged"))};
+            return refuse(refusal_reason_t::damaged, QStringLiteral("is cut off or damaged"));
         }
         if (!is_metadata_section(section, names)) {
             continue;
         }
         const QByteArray descriptor = descriptor_of(bytes(section.offset, section.size));
         if (descriptor.isEmpty()) {
-            return {{},
-                    refuse(refusal_reason_t::malformed_metadata,
-                           QStringLiteral("has a metadata note that cannot be understood"))};
+            return refuse(refusal_reason_t::malformed_metadata,
+                          QStringLiteral("has a metadata note that cannot be understood"));
         }
-        return {descriptor, {}};
+        return descriptor;
     }
-    return {{},
-            refuse(refusal_reason_t::no_metadata,
-                   QStringLiteral("is a library without plugin metadata"))};
+    return refuse(refusal_reason_t::no_metadata,
+                  QStringLiteral("is a library without plugin metadata"));
 }
 
 bool elf_note_reader_t::read_section(quint16 _index, section_t& _section) {
@@ -161,8 +164,9 @@ quint64 elf_note_reader_t::number(const QByteArray& _block, qint64 _at) const {
     return layout->wide ? value_at<quint64>(_block, _at) : value_at<quint32>(_block, _at);
 }
 
-refusal_t elf_note_reader_t::refuse(refusal_reason_t _reason, const QString& _what) const {
-    return {_reason, file.fileName() + QLatin1Char(' ') + _what + QLatin1Char('.')};
+base::result_t elf_note_reader_t::refuse(refusal_reason_t _reason, const QString& _what) {
+    why = {_reason, file.fileName() + QLatin1Char(' ') + _what + QLatin1Char('.')};
+    return base::result_t::failed(why.text);
 }
 
 }  // namespace loader

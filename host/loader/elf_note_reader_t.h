@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QFile>
 
+#include "base/result_t.h"
 #include "loader/refusal_t.h"
 
 namespace loader {
@@ -13,13 +14,13 @@ namespace loader {
 /// offset is checked against its size.
 class elf_note_reader_t {
  public:
-    struct result_t {
-        QByteArray descriptor;  ///< the note's bytes, header first; empty when refused
-        refusal_t refusal;
-    };
+    explicit elf_note_reader_t(const QString& _file);
 
-    /// Looks for section ".note.qt.metadata" of @p _file.
-    static result_t read(const QString& _file);
+    /// The bytes of the note in section ".note.qt.metadata", header first; never empty. Once only.
+    base::result_of_t<QByteArray> read();
+
+    /// Why read() failed, its sentence included.
+    const refusal_t& refusal() const { return why; }
 
  private:
     /// Where the fields of one ELF class stand.
@@ -33,10 +34,9 @@ class elf_note_reader_t {
         quint64 offset = 0, size = 0;
     };
 
-    explicit elf_note_reader_t(const QString& _file);
-
-    result_t find_note();
-    refusal_t read_header();
+    base::result_t open();
+    base::result_t read_header();
+    base::result_of_t<QByteArray> find_note();
     /// The header of section @p _index; false: outside the file.
     bool read_section(quint16 _index, section_t& _section);
     bool is_metadata_section(const section_t& _section, const section_t& _names);
@@ -44,9 +44,10 @@ class elf_note_reader_t {
     QByteArray bytes(quint64 _offset, quint64 _size);
     /// An address-sized number of @p _block.
     quint64 number(const QByteArray& _block, qint64 _at) const;
-    refusal_t refuse(refusal_reason_t _reason, const QString& _what) const;
+    base::result_t refuse(refusal_reason_t _reason, const QString& _what);
 
     QFile file;
+    refusal_t why;
     const layout_t* layout = nullptr;
     quint64 table_offset = 0;
     quint16 section_count = 0, names_index = 0;

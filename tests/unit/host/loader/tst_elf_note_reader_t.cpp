@@ -70,13 +70,13 @@ class tst_elf_note_reader_t : public QObject {
 
     void the_descriptor_is_read_from_both_classes() {
         const QByteArray descriptor("descriptor");
-        QCOMPARE(read(library_64(note(descriptor))).descriptor, descriptor);
-        QCOMPARE(read(library_32(note(descriptor))).descriptor, descriptor);
+        QCOMPARE(read(library_64(note(descriptor))).value, descriptor);
+        QCOMPARE(read(library_32(note(descriptor))).value, descriptor);
     }
 
     void padding_behind_the_note_is_not_read() {
         const auto found = read(library_64(note("abc") + QByteArray(5, '\0')));
-        QCOMPARE(found.descriptor, QByteArray("abc"));
+        QCOMPARE(found.value, QByteArray("abc"));
     }
 
     void what_is_no_plugin_is_refused_with_its_reason_data() {
@@ -109,17 +109,22 @@ class tst_elf_note_reader_t : public QObject {
     }
     void what_is_no_plugin_is_refused_with_its_reason() {
         QFETCH(QByteArray, file);
-        const auto found = read(file);
-        QTEST(found.refusal.reason, "reason");
-        QVERIFY(found.descriptor.isEmpty());
-        QVERIFY(found.refusal.text.contains(path()));
+        QVERIFY(write(file));
+        elf_note_reader_t reader(path());
+        const auto found = reader.read();
+        QTEST(reader.refusal().reason, "reason");
+        QVERIFY(found.value.isEmpty());
+        QVERIFY(found.error.contains(path()));
+        QCOMPARE(reader.refusal().text, found.error);
     }
 
     void what_is_no_regular_file_is_unreadable() {
         const QString pipe = folder.filePath(QStringLiteral("pipe.so"));
         QCOMPARE(::mkfifo(qPrintable(pipe), 0600), 0);
         for (const QString& name : {pipe, folder.path(), folder.filePath(QStringLiteral("none"))}) {
-            QCOMPARE(elf_note_reader_t::read(name).refusal.reason, refusal_reason_t::unreadable);
+            elf_note_reader_t reader(name);
+            QVERIFY(!reader.read().is_ok());
+            QCOMPARE(reader.refusal().reason, refusal_reason_t::unreadable);
         }
     }
 
@@ -129,7 +134,7 @@ class tst_elf_note_reader_t : public QObject {
             for (qsizetype at = 0; at < good.size(); ++at) {
                 for (const int byte : {0x00, 0x7f, 0x80, 0xff}) {
                     const auto found = read(with_byte(good, at, byte));
-                    QVERIFY(found.descriptor.isEmpty() == bool(found.refusal));
+                    QVERIFY(found.value.isEmpty() != found.is_ok());
                 }
             }
         }
@@ -138,20 +143,22 @@ class tst_elf_note_reader_t : public QObject {
     void every_truncation_is_survived() {
         const QByteArray good = library_64(note("abc"));
         for (qsizetype size = 0; size < good.size(); ++size) {
-            QVERIFY(read(good.first(size)).refusal);
+            QVERIFY(!read(good.first(size)).is_ok());
         }
     }
 
  private:
     QString path() const { return folder.filePath(QStringLiteral("file.so")); }
 
-    elf_note_reader_t::result_t read(const QByteArray& _content) const {
+    bool write(const QByteArray& _content) const {
         QFile file(path());
-        if (!file.open(QIODevice::WriteOnly) || file.write(_content) != _content.size()) {
-            return {"test file not written", {}};
+        return file.open(QIODevice::WriteOnly) && file.write(_content) == _content.size();
+    }
+    base::result_of_t<QByteArray> read(const QByteArray& _content) const {
+        if (!write(_content)) {
+            return base::result_t::failed(QStringLiteral("The test's file cannot be written."));
         }
-        file.close();
-        return elf_note_reader_t::read(path());
+        return elf_note_reader_t(path()).read();
     }
 
     QTemporaryDir folder;
