@@ -79,6 +79,24 @@ function(torlan_start_path _variable _target)
     set(${_variable} ${_path} PARENT_SCOPE)
 endfunction()
 
+# Qt's headers as tests include them, compiled once a configuration and taken by every test. g++ takes
+# them only with its options unchanged and with no other value of a macro that they look at, so these
+# go: the folder of each test (for QFINDTESTDATA; tests are told paths by their CMakeLists.txt) and
+# that Qt Network is linked (for failure texts of four of its types).
+function(add_torlan_precompiled)
+    add_library(torlan_test_settings INTERFACE)
+    target_compile_options(torlan_test_settings INTERFACE
+        -UQT_TESTCASE_BUILDDIR -UQT_TESTCASE_SOURCEDIR -UQT_NETWORK_LIB
+        $<$<CXX_COMPILER_ID:Clang>:SHELL:-Xclang -fno-pch-timestamp>)
+    target_link_libraries(torlan_test_settings INTERFACE torlan_settings Qt6::Test)
+    add_executable(torlan_precompiled EXCLUDE_FROM_ALL ${CMAKE_SOURCE_DIR}/tests/precompiled/main.cpp)
+    target_link_libraries(torlan_precompiled PRIVATE torlan_test_settings)
+    target_precompile_headers(torlan_precompiled
+        PRIVATE ${CMAKE_SOURCE_DIR}/tests/precompiled/headers.h)
+    set_target_properties(torlan_precompiled PROPERTIES
+        AUTOMOC OFF RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+endfunction()
+
 # add_torlan_test(<path of tst_x.cpp below tests/> [LINK ...] [LABELS ...] [SOURCES ...] [SERIAL])
 # One class, one file, one executable. The test's name is its path without "tst_" and ".cpp".
 function(add_torlan_test _source)
@@ -89,7 +107,11 @@ function(add_torlan_test _source)
     string(REGEX REPLACE "^tst_" "" _class "${_stem}")
     set(_target ${_prefix}-${_class})
     add_executable(${_target} ${CMAKE_SOURCE_DIR}/tests/${_source} ${arg_SOURCES})
-    target_link_libraries(${_target} PRIVATE torlan_settings Qt6::Test ${arg_LINK} torlan_kit)
+    target_link_libraries(${_target} PRIVATE torlan_test_settings ${arg_LINK} torlan_kit)
+    target_precompile_headers(${_target} REUSE_FROM torlan_precompiled)
+    # Nearly empty: taking the headers would cost it more than it has.
+    set_source_files_properties(${CMAKE_CURRENT_BINARY_DIR}/${_target}_autogen/mocs_compilation.cpp
+        PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
     set_target_properties(${_target} PROPERTIES
         RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests BUILD_RPATH_USE_ORIGIN ON)
     add_test(NAME ${_folder}/${_class} COMMAND ${_target})

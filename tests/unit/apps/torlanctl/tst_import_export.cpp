@@ -19,7 +19,7 @@ class tst_import_export : public QObject {
 
 void tst_import_export::export_of_an_imported_export_is_the_same() {
     const torlanctl_t first;
-    QCOMPARE(first({"import", QFINDTESTDATA("../../../../examples/home.json")}).error, QString());
+    QCOMPARE(first({"import", SAMPLE}).error, QString());
     const call_t written = first({"export"});
     QCOMPARE(written.status, 0);
     const torlanctl_t second;

@@ -27,9 +27,7 @@ class tst_sample_installation : public QObject {
 };
 
 void tst_sample_installation::initTestCase() {
-    const QString path = QFINDTESTDATA("../../../../../examples/home.json");
-    QVERIFY(!path.isEmpty());
-    const read_result_t result = read_document_file(path);
+    const read_result_t result = read_document_file(SAMPLE);
     QCOMPARE(result.error, QString());
     home = result.installation;
 }

@@ -1,0 +1,2 @@
+// Has headers.h compiled; nobody runs it.
+int main() {}
