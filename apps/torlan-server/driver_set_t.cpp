@@ -3,6 +3,7 @@
 #include <QDir>
 #include <utility>
 
+#include "comunication/protoserver_t.h"
 #include "endpoint/host_log.h"
 #include "loader/driver_loader_t.h"
 
