@@ -1,6 +1,7 @@
 #include "account_keeper_t.h"
 
-#include "broker/password_hash.h"
+#include "accounts/broker_hash.h"
+#include "base/random_hex.h"
 #include "endpoint/host_log.h"
 #include "live/live_database_t.h"
 
@@ -16,13 +17,13 @@ account_keeper_t::account_keeper_t(broker::broker_process_t* _broker,
       broker(_broker),
       live(_live),
       // Random, so that no user of the installation can have it.
-      account(QStringLiteral("check-") + broker::random_password()),
-      password(broker::random_password()) {}
+      account(QStringLiteral("check-") + base::random_hex()),
+      password(base::random_hex()) {}
 
 account_keeper_t::~account_keeper_t() = default;
 
 QString account_keeper_t::start_broker() {
-    QList<broker::broker_account_t> accounts;
+    QList<accounts::broker_account_t> accounts;
     QString error = read(&accounts);
     if (error.isEmpty()) {
         error = broker->start(accounts).error;
@@ -31,7 +32,7 @@ QString account_keeper_t::start_broker() {
 }
 
 void account_keeper_t::update() {
-    QList<broker::broker_account_t> accounts;
+    QList<accounts::broker_account_t> accounts;
     QString error = read(&accounts);
     if (error.isEmpty()) {
         error = broker->set_accounts(accounts).error;
@@ -47,7 +48,7 @@ void account_keeper_t::end_checks() {
     update();
 }
 
-QString account_keeper_t::read(QList<broker::broker_account_t>* _accounts) const {
+QString account_keeper_t::read(QList<accounts::broker_account_t>* _accounts) const {
     QMap<QString, database::installation::user_t> users;
     if (const auto result = live->read_users(&users); !result.ok()) {
         return result.error;
@@ -56,7 +57,8 @@ QString account_keeper_t::read(QList<broker::broker_account_t>* _accounts) const
         _accounts->append({user.username, user.password_hash});
     }
     if (checking) {
-        _accounts->append({account, broker::hash_password(password)});
+        _accounts->append(
+            {account, accounts::make_password_hash(password, accounts::iterations_drawn)});
     }
     return {};
 }

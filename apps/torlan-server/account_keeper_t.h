@@ -37,7 +37,7 @@ class account_keeper_t : public QObject {
 
  private:
     /// One sentence or empty.
-    QString read(QList<broker::broker_account_t>* _accounts) const;
+    QString read(QList<accounts::broker_account_t>* _accounts) const;
 
     broker::broker_process_t* const broker;
     database::live::live_database_t* const live;

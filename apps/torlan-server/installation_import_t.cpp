@@ -3,8 +3,8 @@
 #include <QFile>
 #include <QJsonDocument>
 
+#include "accounts/broker_hash.h"
 #include "installation/document_reader.h"
-#include "installation/password_hash.h"
 #include "store/sqlite_store_t.h"
 
 namespace torlan {
@@ -38,7 +38,7 @@ QString installation_import_t::write(const QString& _database) const {
 QString installation_import_t::password_of(const QString& _user_id) const {
     const QString password =
         users.value(_user_id).toObject().value(QLatin1String("password")).toString();
-    return database::installation::is_password_hash(password) ? QString() : password;
+    return accounts::is_password_hash(password) ? QString() : password;
 }
 
 }  // namespace torlan

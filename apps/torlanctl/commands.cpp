@@ -3,10 +3,10 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include "accounts/broker_hash.h"
 #include "installation/document_reader.h"
 #include "installation/document_writer.h"
 #include "installation/name_rules.h"
-#include "installation/password_hash.h"
 #include "installation/permission_words.h"
 #include "password_input.h"
 #include "standard_streams.h"
@@ -85,7 +85,7 @@ result_t with_password_hash(use_t _use) {
     if (!input.error.isEmpty()) {
         return result_t::failed(input.error);
     }
-    return _use(make_password_hash(input.password));
+    return _use(accounts::make_password_hash(input.password));
 }
 
 result_t add_user(const QString& _data, const QStringList& _arguments) {

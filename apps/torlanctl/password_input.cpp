@@ -8,7 +8,7 @@
 #include <array>
 #include <csignal>
 
-#include "installation/password_hash.h"
+#include "installation/password_error.h"
 #include "standard_streams.h"
 
 namespace torlanctl {

@@ -3,10 +3,11 @@
 #include <QEventLoop>
 #include <utility>
 
-#include "broker/password_hash.h"
+#include "base/random_hex.h"
 
 namespace broker {
 
+using base::result_t;
 using comunication::mosquitto_client_t;
 using comunication::utility::qos_t;
 
@@ -14,7 +15,7 @@ broker_rights_check_t::broker_rights_check_t(const rights_check_settings_t& _set
                                              QObject* _parent)
     : QObject(_parent),
       settings(_settings),
-      token(random_password()),
+      token(base::random_hex()),
       own(QStringLiteral("local/api/v1/") + _settings.probe_account),
       other(QStringLiteral("local/api/v1/other-") + token),
       forbidden{other + QStringLiteral("/check/request/") + token,
@@ -35,7 +36,8 @@ broker_rights_check_t::~broker_rights_check_t() = default;
 
 void broker_rights_check_t::set_up_connections() {
     connect(&limit, &QTimer::timeout, this, [this]() {
-        end(QStringLiteral("The broker did not answer the check of its rights in time."));
+        end(result_t::failed(
+            QStringLiteral("The broker did not answer the check of its rights in time.")));
         host.abandon();
         conclude();
     });
@@ -63,8 +65,9 @@ void broker_rights_check_t::set_up_connections() {
     connect(&probe, &mosquitto_client_t::closed, this, [this](const QString& _reason) {
         on_closed(QStringLiteral("the probe's account"), _reason);
     });
-    connect(&anonymous, &mosquitto_client_t::opened, this,
-            [this]() { end(QStringLiteral("The broker lets anonymous clients in.")); });
+    connect(&anonymous, &mosquitto_client_t::opened, this, [this]() {
+        end(result_t::failed(QStringLiteral("The broker lets anonymous clients in.")));
+    });
     connect(&anonymous, &mosquitto_client_t::closed, this,
             [this]() { meet_fence(anonymous_refused); });
 }
@@ -80,14 +83,14 @@ void broker_rights_check_t::start() {
                settings.ca_file});
 }
 
-broker_result_t broker_rights_check_t::run() {
-    broker_result_t result;
+result_t broker_rights_check_t::run() {
+    result_t result;
     QEventLoop loop;
     // Queued: it may be over before the loop runs.
     connect(
         this, &broker_rights_check_t::finished, &loop,
-        [&result, &loop](const QString& _error) {
-            result.error = _error;
+        [&result, &loop](const result_t& _verdict) {
+            result = _verdict;
             loop.quit();
         },
         Qt::QueuedConnection);
@@ -98,7 +101,7 @@ broker_result_t broker_rights_check_t::run() {
 
 void broker_rights_check_t::on_host_subscribed(bool _accepted) {
     if (!_accepted) {
-        end(QStringLiteral("The broker does not let the host read every topic."));
+        end(result_t::failed(QStringLiteral("The broker does not let the host read every topic.")));
         return;
     }
     // Lies on the broker before the probe subscribes.
@@ -142,7 +145,7 @@ void broker_rights_check_t::on_host_received(const QString& _topic, const QByteA
     if (_topic == own + QStringLiteral("/check/request/") + token) {
         meet_fence(host_fence);
     } else {
-        end(QStringLiteral("The broker lets an API user write %1.").arg(_topic));
+        end(result_t::failed(QStringLiteral("The broker lets an API user write %1.").arg(_topic)));
     }
 }
 
@@ -150,7 +153,7 @@ void broker_rights_check_t::on_probe_received(const QString& _topic) {
     if (_topic == own + QStringLiteral("/status/") + token) {
         meet_fence(probe_fence);
     } else if (!_topic.startsWith(own + u'/') && _topic != settings.connection_topic) {
-        end(QStringLiteral("The broker lets an API user read %1.").arg(_topic));
+        end(result_t::failed(QStringLiteral("The broker lets an API user read %1.").arg(_topic)));
     }
 }
 
@@ -162,7 +165,7 @@ void broker_rights_check_t::meet_fence(bool& _fence) {
 }
 
 void broker_rights_check_t::on_closed(const QString& _who, const QString& _reason) {
-    end(QStringLiteral("The broker does not let %1 in: %2.").arg(_who, _reason));
+    end(result_t::failed(QStringLiteral("The broker does not let %1 in: %2.").arg(_who, _reason)));
 }
 
 void broker_rights_check_t::send(mosquitto_client_t& _client, const QString& _topic, bool _retain) {
@@ -170,12 +173,12 @@ void broker_rights_check_t::send(mosquitto_client_t& _client, const QString& _to
                      qos_t::at_least_once, _retain});
 }
 
-void broker_rights_check_t::end(const QString& _error) {
+void broker_rights_check_t::end(const result_t& _verdict) {
     if (done) {
         return;
     }
     done = true;
-    verdict = _error;
+    verdict = _verdict;
     probe.abandon();
     anonymous.abandon();
     if (!host.is_open()) {

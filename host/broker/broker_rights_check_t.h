@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <QTimer>
 
-#include "broker/broker_result_t.h"
+#include "base/result_t.h"
 #include "endpoint/mosquitto_client_t.h"
 
 namespace broker {
@@ -40,11 +40,11 @@ class broker_rights_check_t : public QObject {
     void start();
 
     /// start(), then handles events until the result is there.
-    broker_result_t run();
+    base::result_t run();
 
  Q_SIGNALS:
     /// Not ok: the first thing that an API user could do, or why it could not be found out.
-    void finished(const QString& error);
+    void finished(const base::result_t& result);
 
  private:
     void set_up_connections();
@@ -56,7 +56,7 @@ class broker_rights_check_t : public QObject {
     void on_closed(const QString& _who, const QString& _reason);
     void send(comunication::mosquitto_client_t& _client, const QString& _topic, bool _retain);
     void meet_fence(bool& _fence);
-    void end(const QString& _error);
+    void end(const base::result_t& _verdict);
     void conclude();
 
     const rights_check_settings_t settings;
@@ -75,7 +75,7 @@ class broker_rights_check_t : public QObject {
     bool anonymous_refused = false;
     bool done = false;       ///< the verdict stands, the host's connection is being ended
     bool concluded = false;  ///< and was told
-    QString verdict;
+    base::result_t verdict;
 };
 
 }  // namespace broker

@@ -12,15 +12,10 @@ constexpr char ping[] = {'\xc0', '\0'};
 }  // namespace
 
 port_probe_t::port_probe_t(QObject* _parent)
-    : QObject(_parent), pause(this), limit(this), socket(std::make_unique<QTcpSocket>()) {
+    : QObject(_parent), pause(this), socket(std::make_unique<QTcpSocket>()) {
     pause.setSingleShot(true);
     pause.setInterval(between_attempts);
-    limit.setSingleShot(true);
     connect(&pause, &QTimer::timeout, this, [this]() { attempt(); });
-    connect(&limit, &QTimer::timeout, this, [this]() {
-        cancel();
-        Q_EMIT late();
-    });
     connect(socket.get(), &QTcpSocket::connected, this,
             [this]() { socket->write(ping, sizeof ping); });
     connect(socket.get(), &QTcpSocket::errorOccurred, this,
@@ -43,16 +38,14 @@ bool port_probe_t::is_free(quint16 _port) {
     return server.listen(QHostAddress::LocalHost, _port);
 }
 
-void port_probe_t::wait_for(quint16 _port, std::chrono::milliseconds _limit) {
+void port_probe_t::wait_for(quint16 _port) {
     cancel();
     port = _port;
-    limit.start(_limit);
     attempt();
 }
 
 void port_probe_t::cancel() {
     pause.stop();
-    limit.stop();
     const QSignalBlocker silent(socket.get());
     socket->abort();
 }

@@ -2,7 +2,6 @@
 
 #include <QObject>
 #include <QTimer>
-#include <chrono>
 #include <memory>
 
 class QTcpSocket;
@@ -23,20 +22,18 @@ class port_probe_t : public QObject {
     /// Whether nobody listens on it now.
     static bool is_free(quint16 _port);
 
-    /// listening() follows, or late() after @p _limit; not after cancel().
-    void wait_for(quint16 _port, std::chrono::milliseconds _limit);
+    /// listening() follows, unless cancel() comes first.
+    void wait_for(quint16 _port);
     void cancel();
 
  Q_SIGNALS:
     void listening();
-    void late();
 
  private:
     void attempt();
 
     quint16 port = 0;
     QTimer pause;
-    QTimer limit;
     std::unique_ptr<QTcpSocket> socket;
 };
 

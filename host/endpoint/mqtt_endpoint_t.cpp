@@ -1,8 +1,8 @@
 #include "endpoint/mqtt_endpoint_t.h"
 
-#include <QRandomGenerator>
 #include <utility>
 
+#include "base/random_hex.h"
 #include "endpoint/host_log.h"
 #include "endpoint/incoming_t.h"
 #include "endpoint/json_payload.h"
@@ -16,11 +16,7 @@ const QString request_filter = QStringLiteral("local/api/+/+/+/request/#");
 const QString status_filter = QStringLiteral("local/api/+/+/status/#");
 
 QString unguessable_id() {
-    quint32 words[4];
-    QRandomGenerator::system()->fillRange(words);
-    return QStringLiteral("torlan-") +
-           QString::fromLatin1(
-               QByteArray::fromRawData(reinterpret_cast<const char*>(words), sizeof words).toHex());
+    return QStringLiteral("torlan-") + base::random_hex();
 }
 
 }  // namespace

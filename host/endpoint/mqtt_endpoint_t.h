@@ -2,8 +2,8 @@
 
 #include <QTimer>
 
+#include "base/backoff_t.h"
 #include "comunication/protoserver_t.h"
-#include "endpoint/backoff_t.h"
 #include "endpoint/endpoint_counters_t.h"
 #include "endpoint/endpoint_settings_t.h"
 #include "endpoint/message_sender_t.h"
@@ -69,7 +69,7 @@ class mqtt_endpoint_t : public protoserver_t {
     endpoint_counters_t counts;
     mosquitto_client_t client;
     message_sender_t sender;
-    backoff_t backoff;
+    base::backoff_t backoff;
     QTimer reconnect;      ///< until the next attempt
     QTimer limit;          ///< of an attempt, or of a stop
     int request_id = 0;    ///< of the pending subscription of requests

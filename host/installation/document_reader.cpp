@@ -2,9 +2,10 @@
 
 #include <QFile>
 
+#include "accounts/broker_hash.h"
 #include "installation/installation_rules.h"
 #include "installation/json_text.h"
-#include "installation/password_hash.h"
+#include "installation/password_error.h"
 #include "installation/permission_words.h"
 #include "installation/schema_check.h"
 
@@ -71,7 +72,7 @@ void check_secret(const QString& _id, const QJsonValue& _user, problems_t& _prob
     const bool hashed = !_user["password_hash"].isUndefined();
     if (clear == hashed) {
         _problems.add(place, "needs either \"password\" or \"password_hash\"");
-    } else if (hashed && !is_password_hash(text(_user["password_hash"]))) {
+    } else if (hashed && !accounts::is_password_hash(text(_user["password_hash"]))) {
         _problems.add(place + QStringList{"password_hash"}, "must be $7$iterations$salt$hash");
     } else if (clear && !password_error(text(_user["password"])).isEmpty()) {
         _problems.add(place + QStringList{"password"}, password_error(text(_user["password"])));
@@ -91,7 +92,8 @@ void secure(installation_t& _whole, const QJsonValue& _users) {
     for (auto it = _whole.users.begin(); it != _whole.users.end(); ++it) {
         const QJsonValue user = _users[it.key()];
         const QString hash = text(user["password_hash"]);
-        it->password_hash = hash.isEmpty() ? make_password_hash(text(user["password"])) : hash;
+        it->password_hash =
+            hash.isEmpty() ? accounts::make_password_hash(text(user["password"])) : hash;
     }
 }
 

@@ -1,9 +1,9 @@
 #include <QTest>
 
-#include "installation/password_hash.h"
+#include "accounts/broker_hash.h"
 #include "unit/apps/torlanctl/torlanctl_t.h"
 
-using database::installation::verify_password;
+using accounts::verify_password;
 
 /// The commands that change one thing.
 class tst_commands : public QObject {

@@ -4,7 +4,7 @@
 #include <QTest>
 #include <cstdlib>
 
-#include "installation/password_hash.h"
+#include "accounts/broker_hash.h"
 #include "unit/apps/torlanctl/torlanctl_t.h"
 
 /// How a password gets in.
@@ -85,7 +85,7 @@ void tst_password::first_line_is_the_password() {
     QCOMPARE(torlanctl.import_small_home().status, 0);
     QCOMPARE(torlanctl({"user", "add", "bob"}, input).error, QString());
     const auto users = torlanctl.stored().users;
-    QVERIFY(database::installation::verify_password(password, users.last().password_hash));
+    QVERIFY(accounts::verify_password(password, users.last().password_hash));
 }
 
 void tst_password::refused_password_is_not_repeated_data() {
@@ -119,7 +119,7 @@ void tst_password::terminal_shows_nothing_of_it() {
     QCOMPARE(shown.simplified(), "Password:");
     QCOMPARE(session.process.exitCode(), 0);
     const auto users = torlanctl.stored().users;
-    QVERIFY(database::installation::verify_password("hushhush", users.last().password_hash));
+    QVERIFY(accounts::verify_password("hushhush", users.last().password_hash));
 }
 
 void tst_password::interruption_adds_nobody() {

@@ -3,8 +3,8 @@
 #include <QTcpServer>
 #include <QTest>
 
+#include "accounts/broker_hash.h"
 #include "broker/broker_process_t.h"
-#include "broker/password_hash.h"
 #include "endpoint/endpoint_settings_t.h"
 
 /// A port of 127.0.0.1 that nobody listens on.
@@ -18,12 +18,12 @@ inline quint16 free_port() {
 /// names followed by "-pw".
 class real_broker_t {
  public:
-    static broker::broker_account_t account(const QString& _name, const QString& _password = {}) {
-        return {_name, broker::hash_password(
+    static accounts::broker_account_t account(const QString& _name, const QString& _password = {}) {
+        return {_name, accounts::make_password_hash(
                            _password.isEmpty() ? _name + QStringLiteral("-pw") : _password, 10)};
     }
 
-    static QList<broker::broker_account_t> both() {
+    static QList<accounts::broker_account_t> both() {
         return {account(QStringLiteral("alice")), account(QStringLiteral("bob"))};
     }
 
@@ -40,7 +40,7 @@ class real_broker_t {
 
     /// Empty: it listens.
     QString start() {
-        const broker::broker_result_t started = process.start(both());
+        const base::result_t started = process.start(both());
         return started.is_ok() ? process.wait_until_listening().error : started.error;
     }
 

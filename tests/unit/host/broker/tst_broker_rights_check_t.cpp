@@ -25,16 +25,19 @@ class spoiled_broker_t {
 
     bool start(const QByteArray& _right, const QByteArray& _wrong, const QByteArray& _more_acl) {
         const auto path = [this](const char* _name) { return folder.filePath(_name); };
-        write(path("passwords"), broker_config_t::password_file({real_broker_t::account("@torlan"),
-                                                                 real_broker_t::account("probe")}));
-        write(path("acl"), broker_config_t::acl_file(settings) + _more_acl);
-        QByteArray text = broker_config_t::configuration(settings, path("passwords"), path("acl"));
+        write(path("passwords"), accounts::password_file({real_broker_t::account("@torlan"),
+                                                          real_broker_t::account("probe")}));
+        write(path("acl"),
+              accounts::acl_file({settings.host_account, settings.connection_topic}) + _more_acl);
+        QByteArray text = broker_config_t::configuration(
+            settings, "password_file " + path("passwords").toUtf8() + "\nacl_file " +
+                          path("acl").toUtf8() + "\n");
         write(path("conf"), text.replace(_right, _wrong) + "user root\n");
         broker::port_probe_t probe;
         bool serves = false;
         QObject::connect(&probe, &broker::port_probe_t::listening, [&serves]() { serves = true; });
         process.start("mosquitto", {"-c", path("conf")});
-        probe.wait_for(settings.port, std::chrono::seconds(5));
+        probe.wait_for(settings.port);
         return QTest::qWaitFor([&serves]() { return serves; });
     }
 

@@ -1,8 +1,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include "accounts/broker_hash.h"
 #include "installation/document_reader.h"
-#include "installation/password_hash.h"
 
 using namespace database::installation;
 
@@ -60,7 +60,7 @@ void tst_document_reader::whole_document_is_read() {
     QVERIFY((whole.elements["e-b"] == element_t{"Night", 8, INT_MIN, {}, "s-a", {}}));
     QVERIFY((whole.elements["e-c"] == element_t{"Living", 17, INT_MAX, {}, {}, "t-a"}));
     QCOMPARE(whole.users["u-a"].username, "alice");
-    QVERIFY(verify_password("secret", whole.users["u-a"].password_hash));
+    QVERIFY(accounts::verify_password("secret", whole.users["u-a"].password_hash));
     QVERIFY(whole.users["u-b"].password_hash.startsWith("$7$101$AAAA"));
     QCOMPARE(whole.permissions.keys(), QStringList("u-a"));
     QCOMPARE(whole.permissions["u-a"], (QMap<QString, int>{{"e-a", 3}, {"e-b", 1}, {"e-c", 2}}));

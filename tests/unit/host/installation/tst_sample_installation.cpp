@@ -1,9 +1,9 @@
 #include <QSet>
 #include <QTest>
 
+#include "accounts/broker_hash.h"
 #include "installation/document_reader.h"
 #include "installation/document_writer.h"
-#include "installation/password_hash.h"
 
 using namespace database::installation;
 
@@ -76,7 +76,7 @@ void tst_sample_installation::users_have_each_of_the_four_rights() {
 }
 
 void tst_sample_installation::alice_signs_in_with_the_password_that_is_told() {
-    QVERIFY(verify_password("sample-alice", home.users["u-alice"].password_hash));
+    QVERIFY(accounts::verify_password("sample-alice", home.users["u-alice"].password_hash));
 }
 
 QTEST_GUILESS_MAIN(tst_sample_installation)

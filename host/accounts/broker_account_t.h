@@ -2,12 +2,12 @@
 
 #include <QString>
 
-namespace broker {
+namespace accounts {
 
 /// One account of the broker.
 struct broker_account_t {
     QString name;           ///< [0-9a-zA-Z._-]+; the host's own account has another form
-    QString password_hash;  ///< as of hash_password()
+    QString password_hash;  ///< as of make_password_hash()
 };
 
-}  // namespace broker
+}  // namespace accounts

@@ -1,31 +1,20 @@
-#include "installation/password_hash.h"
+#include "accounts/broker_hash.h"
 
+#include <QCryptographicHash>
 #include <QPasswordDigestor>
-#include <QRandomGenerator>
 #include <QRegularExpression>
 #include <algorithm>
-#include <array>
 
-#include "installation/name_rules.h"
+#include "base/random_hex.h"
 
-namespace database::installation {
+namespace accounts {
 
 namespace {
 
-constexpr qsizetype max_password = 256;
-constexpr qsizetype hash_bytes = 64;
-
-/// docs/decisions/021-password-iterations.md weighs this number.
-constexpr int iterations = 5000;
+constexpr int hash_bytes = 64;
 
 /// The broker refuses any other salt length.
-constexpr qsizetype salt_words = 3;
-
-QByteArray new_salt() {
-    std::array<quint32, salt_words> words{};
-    QRandomGenerator::system()->fillRange(words.data(), salt_words);
-    return QByteArray(reinterpret_cast<const char*>(words.data()), sizeof(words));
-}
+constexpr int salt_bytes = 12;
 
 QByteArray derive(const QString& _password, const QByteArray& _salt, int _iterations) {
     return QPasswordDigestor::deriveKeyPbkdf2(QCryptographicHash::Sha512, _password.toUtf8(), _salt,
@@ -33,8 +22,8 @@ QByteArray derive(const QString& _password, const QByteArray& _salt, int _iterat
 }
 
 QRegularExpressionMatch match_hash(const QString& _hash) {
-    static const QRegularExpression form(
-        R"(\A\$7\$([1-9][0-9]{0,6})\$([0-9A-Za-z+/]{16})\$([0-9A-Za-z+/]{86}==)\z)");
+    static const QRegularExpression form(QStringLiteral(
+        R"(\A\$7\$([1-9][0-9]{0,6})\$([0-9A-Za-z+/]{16})\$([0-9A-Za-z+/]{86}==)\z)"));
     return form.match(_hash);
 }
 
@@ -49,21 +38,11 @@ bool same_bytes(const QByteArray& _a, const QByteArray& _b) {
 
 }  // namespace
 
-QString password_error(const QString& _password) {
-    if (_password.isEmpty()) {
-        return QStringLiteral("must not be empty");
-    }
-    if (_password.size() > max_password) {
-        return QStringLiteral("must be at most 256 characters long");
-    }
-    return plain_text_error(_password);
-}
-
-QString make_password_hash(const QString& _password) {
-    const QByteArray salt = new_salt();
-    const QByteArray hash = derive(_password, salt, iterations);
+QString make_password_hash(const QString& _password, int _iterations) {
+    const QByteArray salt = QByteArray::fromHex(base::random_hex(salt_bytes).toLatin1());
+    const QByteArray hash = derive(_password, salt, _iterations);
     return QStringLiteral("$7$%1$%2$%3")
-        .arg(QString::number(iterations), QString::fromLatin1(salt.toBase64()),
+        .arg(QString::number(_iterations), QString::fromLatin1(salt.toBase64()),
              QString::fromLatin1(hash.toBase64()));
 }
 
@@ -81,4 +60,4 @@ bool verify_password(const QString& _password, const QString& _hash) {
     return same_bytes(derive(_password, salt, match.captured(1).toInt()), hash);
 }
 
-}  // namespace database::installation
+}  // namespace accounts

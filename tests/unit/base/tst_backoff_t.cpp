@@ -1,9 +1,9 @@
 #include <QTest>
 #include <set>
 
-#include "endpoint/backoff_t.h"
+#include "base/backoff_t.h"
 
-using comunication::backoff_t;
+using base::backoff_t;
 using std::chrono::milliseconds;
 
 class tst_backoff_t : public QObject {

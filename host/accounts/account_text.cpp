@@ -1,0 +1,71 @@
+#include "accounts/account_text.h"
+
+#include <QRegularExpression>
+
+namespace accounts {
+
+using base::result_t;
+
+namespace {
+
+bool matches(const QString& _pattern, const QString& _text) {
+    const QRegularExpression expression(QRegularExpression::anchoredPattern(_pattern));
+    return expression.match(_text).hasMatch();
+}
+
+result_t check_settings(const account_settings_t& _settings) {
+    if (!matches(QStringLiteral("@[0-9a-zA-Z._-]+"), _settings.host_account)) {
+        return result_t::failed(
+            QStringLiteral("The host's broker account \"%1\" must be '@' and letters.")
+                .arg(_settings.host_account));
+    }
+    const QString& topic = _settings.connection_topic;
+    if (!matches(QStringLiteral("[^#+%\\x{0}-\\x{1f}]*"), topic) ||
+        topic.startsWith(QLatin1Char('$')) || topic != topic.trimmed()) {
+        return result_t::failed(
+            QStringLiteral("The connection topic \"%1\" is not a plain MQTT topic.").arg(topic));
+    }
+    return {};
+}
+
+}  // namespace
+
+result_t check_accounts(const account_settings_t& _settings,
+                        const QList<broker_account_t>& _accounts) {
+    static const QRegularExpression name(QStringLiteral("\\A[0-9a-zA-Z._-]+\\z"));
+    static const QRegularExpression hash(
+        QStringLiteral("\\A\\$7\\$[1-9][0-9]*\\$[0-9a-zA-Z+/]+=*\\$[0-9a-zA-Z+/]+=*\\z"));
+    for (const broker_account_t& account : _accounts) {
+        if (!name.match(account.name).hasMatch()) {
+            return result_t::failed(
+                QStringLiteral("The user name \"%1\" cannot be a broker account.")
+                    .arg(account.name));
+        }
+        if (!hash.match(account.password_hash).hasMatch()) {
+            return result_t::failed(
+                QStringLiteral("The password hash of user \"%1\" has not the broker's form.")
+                    .arg(account.name));
+        }
+    }
+    return check_settings(_settings);
+}
+
+QByteArray password_file(const QList<broker_account_t>& _accounts) {
+    QByteArray text;
+    for (const broker_account_t& account : _accounts) {
+        text += account.name.toUtf8() + ":" + account.password_hash.toUtf8() + "\n";
+    }
+    return text;
+}
+
+QByteArray acl_file(const account_settings_t& _settings) {
+    QByteArray text = "user " + _settings.host_account.toUtf8() + "\ntopic readwrite #\n\n";
+    text += "pattern write local/api/v1/%u/+/request/#\n";
+    text += "pattern read local/api/v1/%u/#\n";
+    if (!_settings.connection_topic.isEmpty()) {
+        text += "pattern read " + _settings.connection_topic.toUtf8() + "\n";
+    }
+    return text;
+}
+
+}  // namespace accounts
