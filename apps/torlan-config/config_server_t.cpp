@@ -8,6 +8,8 @@
 #include "gated_listener_t.h"
 #include "settings_path_t.h"
 
+namespace torlan {
+
 namespace {
 
 void add_headers(QHttpServerResponse* _response) {
@@ -45,19 +47,17 @@ config_server_t::config_server_t(const QString& _trigger, QObject* _parent)
 
 config_server_t::~config_server_t() = default;
 
-QString config_server_t::start(const QString& _file, quint16 _port) {
+base::result_t config_server_t::start(const QString& _file, quint16 _port) {
     // First the port: a start that fails has made no file. Nothing is served before the event loop.
     if (!listener->listen(QHostAddress::LocalHost, _port)) {
-        return QStringLiteral("cannot listen on 127.0.0.1, port %1: %2")
-            .arg(_port)
-            .arg(listener->errorString());
+        return base::result_t::failed(QStringLiteral("cannot listen on 127.0.0.1, port %1: %2")
+                                          .arg(QString::number(_port), listener->errorString()));
     }
-    const QString error = file.open(_file);
-    if (!error.isEmpty()) {
-        return error;
+    base::result_t opened = file.open(_file);
+    if (opened.is_ok()) {
+        static_cast<void>(http.bind(listener));
     }
-    static_cast<void>(http.bind(listener));
-    return {};
+    return opened;
 }
 
 quint16 config_server_t::port() const {
@@ -84,3 +84,5 @@ settings_service_t::answer_t config_server_t::put(const settings_path_t& _path,
     }
     return result;
 }
+
+}  // namespace torlan

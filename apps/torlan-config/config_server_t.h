@@ -7,6 +7,8 @@
 #include "settings_service_t.h"
 #include "trigger_runner_t.h"
 
+namespace torlan {
+
 class gated_listener_t;
 
 /// The configuration server: wires listener, HTTP server, settings and triggers. Everything runs
@@ -20,8 +22,7 @@ class config_server_t : public QObject {
     ~config_server_t() override;
 
     /// Opens the settings and listens on 127.0.0.1; @p _port 0 takes a free one.
-    /// @return empty, or one sentence on what is wrong
-    QString start(const QString& _file, quint16 _port);
+    base::result_t start(const QString& _file, quint16 _port);
 
     quint16 port() const;
     /// True when start() found no settings file and made one.
@@ -40,3 +41,5 @@ class config_server_t : public QObject {
     QHttpServer http;
     gated_listener_t* const listener;  ///< a child, given to http once it listens
 };
+
+}  // namespace torlan

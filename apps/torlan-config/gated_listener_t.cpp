@@ -2,6 +2,8 @@
 
 #include "request_gate_t.h"
 
+namespace torlan {
+
 void gated_listener_t::incomingConnection(qintptr _descriptor) {
     auto* socket = new QTcpSocket(this);
     if (!socket->setSocketDescriptor(_descriptor)) {
@@ -16,3 +18,5 @@ void gated_listener_t::incomingConnection(qintptr _descriptor) {
         gate->refuse({503, QStringLiteral("Too many connections")});
     }
 }
+
+}  // namespace torlan

@@ -2,6 +2,8 @@
 
 #include <QTcpServer>
 
+namespace torlan {
+
 /// Listens on loopback and gives the HTTP server behind it only connections that hold one whole,
 /// allowed request (see request_gate_t).
 class gated_listener_t : public QTcpServer {
@@ -24,3 +26,5 @@ class gated_listener_t : public QTcpServer {
     int limit_ms = default_limit_ms;
     int connections = 0;
 };
+
+}  // namespace torlan

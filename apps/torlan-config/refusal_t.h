@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
+namespace torlan {
+
 /// Why a request is not served; status 0: it is.
 struct refusal_t {
     int status = 0;   ///< an HTTP status of 400 or above
@@ -13,3 +15,5 @@ struct refusal_t {
 
 /// The body of every failed request: {"error": status, "message": text}.
 QByteArray error_packet(const refusal_t& _refusal);
+
+}  // namespace torlan

@@ -5,6 +5,8 @@
 #include "request_guard_t.h"
 #include "request_head_t.h"
 
+namespace torlan {
+
 namespace {
 
 // Long enough for a client to take a refusal while it still sends.
@@ -114,3 +116,5 @@ void request_gate_t::on_late() {
         refuse({408, QStringLiteral("The request took too long")});
     }
 }
+
+}  // namespace torlan

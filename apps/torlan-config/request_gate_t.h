@@ -6,6 +6,8 @@
 
 #include "refusal_t.h"
 
+namespace torlan {
+
 /// One connection until its one request is whole and allowed.
 ///
 /// The HTTP server behind keeps whatever a client sends, of any size and for any time. So it gets a
@@ -40,3 +42,5 @@ class request_gate_t : public QObject {
     bool expects_go_on = false;
     bool is_decided = false;
 };
+
+}  // namespace torlan

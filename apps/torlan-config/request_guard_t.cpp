@@ -5,6 +5,8 @@
 #include "http/loopback.h"
 #include "settings_path_t.h"
 
+namespace torlan {
+
 namespace {
 
 bool is_port(const QByteArray& _text) {
@@ -76,3 +78,5 @@ refusal_t request_guard_t::judge(const request_head_t& _head) {
     }
     return judge_body(_head);
 }
+
+}  // namespace torlan

@@ -3,6 +3,8 @@
 #include "refusal_t.h"
 #include "request_head_t.h"
 
+namespace torlan {
+
 /// Decides by a request's head whether it is served; pure rules.
 ///
 /// Any web page that the user's browser shows can send requests to this machine. A page on another
@@ -13,3 +15,5 @@ struct request_guard_t {
 
     static refusal_t judge(const request_head_t& _head);
 };
+
+}  // namespace torlan

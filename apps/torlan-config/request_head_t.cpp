@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace torlan {
+
 namespace {
 
 bool is_name(const QByteArray& _name) {
@@ -89,3 +91,5 @@ std::optional<qint64> request_head_t::body_bytes() const {
     }
     return length.toLongLong();
 }
+
+}  // namespace torlan

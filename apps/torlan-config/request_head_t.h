@@ -4,6 +4,8 @@
 #include <QList>
 #include <optional>
 
+namespace torlan {
+
 /// Request line and headers of one HTTP/1 request, as far as this server judges them.
 struct request_head_t {
     QByteArray method;
@@ -28,3 +30,5 @@ struct request_head_t {
     /// a number.
     std::optional<qint64> body_bytes() const;
 };
+
+}  // namespace torlan

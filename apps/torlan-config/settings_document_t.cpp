@@ -2,6 +2,8 @@
 
 #include <QJsonArray>
 
+namespace torlan {
+
 namespace {
 
 template <class Container>
@@ -69,3 +71,5 @@ bool settings_document_t::set(const QStringList& _keys, const QJsonValue& _value
 int settings_document_t::depth() const {
     return deepest(root);
 }
+
+}  // namespace torlan

@@ -5,6 +5,8 @@
 #include <QStringList>
 #include <optional>
 
+namespace torlan {
+
 /// The settings as one JSON object, read and changed along a path of keys; a plain value.
 class settings_document_t {
  public:
@@ -28,3 +30,5 @@ class settings_document_t {
  private:
     QJsonObject root;
 };
+
+}  // namespace torlan

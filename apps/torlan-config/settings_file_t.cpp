@@ -11,6 +11,8 @@
 #include <cerrno>
 #include <cstdio>
 
+namespace torlan {
+
 namespace {
 
 /// A file descriptor that closes itself.
@@ -45,8 +47,9 @@ class descriptor_t {
     const int descriptor;
 };
 
-QString sentence(const QString& _what, const QString& _path) {
-    return QStringLiteral("%1 %2: %3").arg(_what, _path, qt_error_string(errno));
+base::result_t failed(const QString& _what, const QString& _path) {
+    return base::result_t::failed(
+        QStringLiteral("%1 %2: %3").arg(_what, _path, qt_error_string(errno)));
 }
 
 bool write_whole(const QString& _path, const QByteArray& _text) {
@@ -63,85 +66,85 @@ settings_file_t::~settings_file_t() {
 }
 
 // The kernel lets go of the lock when the process ends, however it ends.
-QString settings_file_t::lock() {
+base::result_t settings_file_t::lock() {
     const QString path = file + QStringLiteral(".lock");
     lock_descriptor =
         ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
     if (lock_descriptor < 0) {
-        return sentence(QStringLiteral("cannot write"), path);
+        return failed(QStringLiteral("cannot write"), path);
     }
     if (::flock(lock_descriptor, LOCK_EX | LOCK_NB) != 0) {
-        return QStringLiteral("another server uses %1").arg(file);
+        return base::result_t::failed(QStringLiteral("another server uses %1").arg(file));
     }
     return {};
 }
 
-QString settings_file_t::open(const QString& _path) {
+base::result_t settings_file_t::open(const QString& _path) {
     // A link stays a link: the file behind it is replaced.
     const QString target = QFileInfo(_path).canonicalFilePath();
     file = target.isEmpty() ? QFileInfo(_path).absoluteFilePath() : target;
-    QString error = lock();
-    if (!error.isEmpty()) {
-        return error;
+    if (const base::result_t locked = lock(); !locked.is_ok()) {
+        return locked;
     }
     created = !QFileInfo::exists(file);
     if (created) {
         return write("{}\n");
     }
-    read(&error);
-    return error.isEmpty() ? check_writable() : error;
+    const base::result_t readable = read();
+    return readable.is_ok() ? check_writable() : readable;
 }
 
-QJsonObject settings_file_t::read(QString* _error) const {
-    _error->clear();
+base::result_of_t<QJsonObject> settings_file_t::read() const {
     QFile source(file);
     if (!source.open(QIODevice::ReadOnly)) {
-        *_error = QStringLiteral("cannot read %1: %2").arg(file, source.errorString());
-        return {};
+        return base::result_t::failed(
+            QStringLiteral("cannot read %1: %2").arg(file, source.errorString()));
     }
     const QByteArray text = source.read(max_bytes + 1);
     if (text.size() > max_bytes) {
-        *_error = QStringLiteral("%1 is larger than %2 bytes").arg(file).arg(max_bytes);
-        return {};
+        return base::result_t::failed(
+            QStringLiteral("%1 is larger than %2 bytes").arg(file, QString::number(max_bytes)));
     }
     QJsonParseError parse;
     const QJsonDocument document = QJsonDocument::fromJson(text, &parse);
     if (!document.isObject()) {
-        *_error = QStringLiteral("%1 is not a JSON object: %2, at byte %3")
-                      .arg(file, parse.errorString())
-                      .arg(parse.offset);
+        return base::result_t::failed(
+            QStringLiteral("%1 is not a JSON object: %2, at byte %3")
+                .arg(file, parse.errorString(), QString::number(parse.offset)));
     }
     return document.object();
 }
 
 // A folder that cannot take a new file shows at the start, not at the first write.
-QString settings_file_t::check_writable() const {
+base::result_t settings_file_t::check_writable() const {
     const QString next = file + QStringLiteral(".new");
     if (!write_whole(next, {})) {
-        return sentence(QStringLiteral("cannot write"), next);
+        return failed(QStringLiteral("cannot write"), next);
     }
     ::unlink(QFile::encodeName(next).constData());
     if (::chmod(QFile::encodeName(file).constData(), 0600) != 0) {
-        return sentence(QStringLiteral("cannot restrict"), file);
+        return failed(QStringLiteral("cannot restrict"), file);
     }
     return {};
 }
 
-QString settings_file_t::write(const QByteArray& _text) const {
+base::result_t settings_file_t::write(const QByteArray& _text) const {
     const QString next = file + QStringLiteral(".new");
-    QString error;
+    base::result_t replaced;
     if (!write_whole(next, _text)) {
-        error = sentence(QStringLiteral("cannot write"), next);
+        replaced = failed(QStringLiteral("cannot write"), next);
     } else if (::rename(QFile::encodeName(next).constData(), QFile::encodeName(file).constData()) !=
                0) {
-        error = sentence(QStringLiteral("cannot replace"), file);
+        replaced = failed(QStringLiteral("cannot replace"), file);
     }
-    if (!error.isEmpty()) {
+    if (!replaced.is_ok()) {
         ::unlink(QFile::encodeName(next).constData());
-        return error;
+        return replaced;
     }
     const QString folder_path = QFileInfo(file).absolutePath();
     const descriptor_t folder(folder_path, O_RDONLY | O_DIRECTORY);
-    return folder && folder.sync() ? QString()
-                                   : sentence(QStringLiteral("cannot sync"), folder_path);
+    return folder && folder.sync() ? base::result_t()
+                                   : failed(QStringLiteral("cannot sync"), folder_path);
 }
+
+}  // namespace torlan

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <optional>
 
+namespace torlan {
+
 namespace {
 
 bool is_hex(char _char) {
@@ -26,7 +28,7 @@ bool is_encoded_well(const QByteArray& _text) {
 }
 
 bool is_allowed(QChar _char) {
-    return _char != u'/' && _char.category() != QChar::Other_Control;
+    return _char != QLatin1Char('/') && _char.category() != QChar::Other_Control;
 }
 
 std::optional<QString> key_of(const QByteArray& _encoded) {
@@ -67,3 +69,5 @@ settings_path_t settings_path_t::parse(const QByteArray& _encoded) {
     }
     return path;
 }
+
+}  // namespace torlan

@@ -5,6 +5,8 @@
 
 #include "refusal_t.h"
 
+namespace torlan {
+
 /// The keys that lead from the document's root to a value, read from an address's path.
 struct settings_path_t {
     static constexpr qsizetype max_bytes = 2048;      ///< of the encoded path
@@ -19,3 +21,5 @@ struct settings_path_t {
     /// paths beyond the limits.
     static settings_path_t parse(const QByteArray& _encoded);
 };
+
+}  // namespace torlan

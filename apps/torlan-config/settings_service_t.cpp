@@ -1,11 +1,13 @@
 #include "settings_service_t.h"
 
 #include <QJsonDocument>
-#include <cstdio>
 
 #include "http/json_text.h"
+#include "program/say.h"
 #include "refusal_t.h"
 #include "settings_file_t.h"
+
+namespace torlan {
 
 namespace {
 
@@ -17,7 +19,7 @@ answer_t refused(const refusal_t& _refusal) {
 
 // The client needs no path of this machine; whoever runs the server does.
 answer_t failed(const QString& _reason) {
-    std::fprintf(stderr, "torlan-config: %s\n", qPrintable(_reason));
+    say(stderr, _reason);
     return refused({500, QStringLiteral("The settings file cannot be used")});
 }
 
@@ -38,12 +40,11 @@ answer_t settings_service_t::get(const settings_path_t& _path) const {
     if (_path.refusal) {
         return refused(_path.refusal);
     }
-    QString error;
-    const settings_document_t document(file->read(&error));
-    if (!error.isEmpty()) {
-        return failed(error);
+    const base::result_of_t<QJsonObject> root = file->read();
+    if (!root.is_ok()) {
+        return failed(root.error);
     }
-    const std::optional<QJsonValue> value = document.get(_path.keys);
+    const std::optional<QJsonValue> value = settings_document_t(root.value).get(_path.keys);
     if (!value) {
         return refused({404, QStringLiteral("No setting has this path")});
     }
@@ -58,9 +59,9 @@ answer_t settings_service_t::put(const settings_path_t& _path, const QByteArray&
     if (!value) {
         return refused({400, QStringLiteral("The body is not a JSON value")});
     }
-    QString error;
-    const settings_document_t document(file->read(&error));
-    return error.isEmpty() ? store(document, _path, *value) : failed(error);
+    const base::result_of_t<QJsonObject> root = file->read();
+    return root.is_ok() ? store(settings_document_t(root.value), _path, *value)
+                        : failed(root.error);
 }
 
 answer_t settings_service_t::store(settings_document_t _document, const settings_path_t& _path,
@@ -77,6 +78,8 @@ answer_t settings_service_t::store(settings_document_t _document, const settings
     if (text.size() > settings_file_t::max_bytes) {
         return refused({413, QStringLiteral("The settings would become too large")});
     }
-    const QString error = file->write(text);
-    return error.isEmpty() ? answer_t{200, json_to_text(_value)} : failed(error);
+    const base::result_t written = file->write(text);
+    return written.is_ok() ? answer_t{200, json_to_text(_value)} : failed(written.error);
 }
+
+}  // namespace torlan

@@ -5,6 +5,8 @@
 #include "settings_document_t.h"
 #include "settings_path_t.h"
 
+namespace torlan {
+
 class settings_file_t;
 
 /// Reads and writes settings values for clients: JSON in, JSON out.
@@ -36,3 +38,5 @@ class settings_service_t {
 
     settings_file_t* const file;
 };
+
+}  // namespace torlan

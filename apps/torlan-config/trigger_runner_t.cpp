@@ -1,6 +1,8 @@
 #include "trigger_runner_t.h"
 
-#include <cstdio>
+#include "program/say.h"
+
+namespace torlan {
 
 trigger_runner_t::trigger_runner_t(const QString& _program, QObject* _parent)
     : QObject(_parent), program(_program) {
@@ -47,10 +49,12 @@ void trigger_runner_t::start() {
 void trigger_runner_t::on_end(bool _success) {
     limit.stop();
     if (!_success) {
-        std::fprintf(stderr, "torlan-config: the trigger %s failed\n", qPrintable(program));
+        say(stderr, QStringLiteral("the trigger %1 failed").arg(program));
     }
     Q_EMIT ran(_success);
     if (is_asked_again) {
         start();
     }
 }
+
+}  // namespace torlan

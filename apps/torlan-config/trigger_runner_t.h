@@ -4,6 +4,8 @@
 #include <QProcess>
 #include <QTimer>
 
+namespace torlan {
+
 /// Runs the program that is to know of changed settings. Runs never overlap: what is asked for
 /// while one is under way is one more run after it.
 class trigger_runner_t : public QObject {
@@ -35,3 +37,5 @@ class trigger_runner_t : public QObject {
     QTimer limit;
     bool is_asked_again = false;
 };
+
+}  // namespace torlan

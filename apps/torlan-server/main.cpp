@@ -1,36 +1,23 @@
-#include <langinfo.h>
 #include <sys/stat.h>
 
 #include <QCoreApplication>
-#include <clocale>
-#include <csignal>
-#include <cstdio>
 
 #include "host_t.h"
 #include "logs/early_logger_t.h"
-#include "signal_watch_t.h"
+#include "program/begin_program.h"
+#include "program/exit_status_t.h"
+#include "program/say.h"
+#include "program/standard_streams.h"
+#include "program/stop_signals_t.h"
+
+namespace torlan {
 
 namespace {
 
 using utility::logs::early_logger_t;
 
-enum status_t { done = 0, failed = 1, usage = 2 };
-
-/// In a locale that is not UTF-8, such as a container's bare one, Qt warns and takes UTF-8 anyway.
-void use_utf8() {
-    std::setlocale(LC_ALL, "");
-    if (qstrcmp(nl_langinfo(CODESET), "UTF-8") != 0) {
-        qputenv("LC_ALL", "C.UTF-8");
-    }
-}
-
-void print(std::FILE* _stream, const QString& _text) {
-    std::fputs(qUtf8Printable(_text), _stream);
-    std::fflush(_stream);
-}
-
 /// Lives until the process ends, by whatever way.
-early_logger_t& early_log(const torlan::options_t& _options) {
+early_logger_t& early_log(const options_t& _options) {
     static early_logger_t logger;
     if (_options.stdout_level) {
         logger.set_level(static_cast<int>(*_options.stdout_level));
@@ -39,50 +26,48 @@ early_logger_t& early_log(const torlan::options_t& _options) {
     return logger;
 }
 
-int run(const torlan::options_t& _options) {
-    torlan::signal_watch_t signal_watch;
-    torlan::host_t host(_options, &early_log(_options));
-    QObject::connect(&host, &torlan::host_t::waiting, &host, [](const QString& _sentence) {
-        print(stdout, QStringLiteral("torlan: ") + _sentence + QLatin1Char('\n'));
-    });
+int run(const options_t& _options) {
+    const stop_signals_t stop_signals;
+    host_t host(_options, &early_log(_options));
+    QObject::connect(&host, &host_t::waiting, &host,
+                     [](const QString& _sentence) { say(stdout, _sentence); });
     bool asked = false;
-    QObject::connect(&signal_watch, &torlan::signal_watch_t::asked_to_stop, &host, [&]() {
+    QObject::connect(&stop_signals, &stop_signals_t::stop_asked, &host, [&]() {
         asked = true;
         host.break_off();
         QCoreApplication::quit();
     });
     const QString error = host.start();
     if (asked) {
-        return done;
+        return status_done;
     }
     if (!error.isEmpty()) {
-        print(stderr, QStringLiteral("torlan: ") + error + QLatin1Char('\n'));
-        return failed;
+        say(stderr, error);
+        return status_failed;
     }
-    print(stdout, host.ready_text());
+    write_text(stdout, host.ready_text());
     QCoreApplication::exec();
-    return done;
+    return status_done;
 }
 
 }  // namespace
 
-int main(int _argc, char* _argv[]) {
-    ::umask(077);
-    // A reader of standard output that went away does not end the host.
-    std::signal(SIGPIPE, SIG_IGN);
-    use_utf8();
-    const QCoreApplication application(_argc, _argv);
-    QCoreApplication::setApplicationName(QStringLiteral("torlan-server"));
-    QCoreApplication::setApplicationVersion(QStringLiteral(TORLAN_VERSION));
+}  // namespace torlan
 
-    const torlan::options_result_t parsed = torlan::parse_options(QCoreApplication::arguments());
-    if (!parsed.error.isEmpty()) {
-        print(stderr, QStringLiteral("torlan: %1 See torlan-server --help.\n").arg(parsed.error));
-        return usage;
+int main(int _argc, char* _argv[]) {
+    using namespace torlan;
+    ::umask(077);
+    begin_program(QStringLiteral("torlan-server"));
+    speak_as(QStringLiteral("torlan"));
+    const QCoreApplication application(_argc, _argv);
+    const base::result_of_t<options_t> options = parse_options(QCoreApplication::arguments());
+    if (!options.is_ok()) {
+        say(stderr, options.error + QStringLiteral(" See torlan-server --help."));
+        return status_usage;
     }
-    if (!parsed.text.isEmpty()) {
-        print(stdout, parsed.text);
-        return done;
+    if (!options.value.to_show.isEmpty()) {
+        write_text(stdout, options.value.to_show);
+        return status_done;
     }
-    return run(parsed.options);
+    return run(options.value);
 }

@@ -1,17 +1,18 @@
 #include "options_t.h"
 
 #include <QCommandLineParser>
-#include <QCoreApplication>
 #include <QDir>
+
+#include "program/standard_options.h"
 
 namespace torlan {
 
 namespace {
 
-void describe(QCommandLineParser& _parser) {
-    _parser.setApplicationDescription(
+void describe(QCommandLineParser* _parser) {
+    _parser->setApplicationDescription(
         QStringLiteral("Runs an installation: database, broker and drivers, on loopback."));
-    _parser.addOptions({
+    _parser->addOptions({
         {QStringLiteral("data"), QStringLiteral("Data folder (default: var)."),
          QStringLiteral("DIR"), QStringLiteral("var")},
         {QStringLiteral("port"), QStringLiteral("Broker's port (default: 1883)."),
@@ -49,35 +50,45 @@ void describe(QCommandLineParser& _parser) {
          QStringLiteral("Import FILE if there is no installation in the data folder yet."),
          QStringLiteral("FILE")},
     });
-    _parser.addHelpOption();
-    _parser.addVersionOption();
+    add_standard_options(_parser);
 }
 
-/// Takes the option's number if it was given; false and a sentence when it is none of the range.
-template <class Number>
-bool take(const QCommandLineParser& _parser, const char* _option, int _lowest, int _highest,
-          Number* _value, QString* _error) {
-    const QString name = QLatin1String(_option);
-    if (!_parser.isSet(name)) {
-        return true;
+/// Takes the numbers among the options; what is none of its range makes a sentence.
+class numbers_t {
+ public:
+    explicit numbers_t(const QCommandLineParser& _parser) : parser(_parser) {}
+
+    /// Nothing when it was not given, or when one before was wrong.
+    template <class Number>
+    void take(const char* _option, int _lowest, int _highest, Number* _value) {
+        const QString name = QLatin1String(_option);
+        if (!result.is_ok() || !parser.isSet(name)) {
+            return;
+        }
+        bool is_number = false;
+        const int value = parser.value(name).toInt(&is_number);
+        if (is_number && value >= _lowest && value <= _highest) {
+            *_value = static_cast<quint16>(value);
+            return;
+        }
+        result =
+            base::result_t::failed(QStringLiteral("--%1 takes a number from %2 to %3, not \"%4\".")
+                                       .arg(name, QString::number(_lowest),
+                                            QString::number(_highest), parser.value(name)));
     }
-    bool is_number = false;
-    const int value = _parser.value(name).toInt(&is_number);
-    if (!is_number || value < _lowest || value > _highest) {
-        *_error = QStringLiteral("--%1 takes a number from %2 to %3, not \"%4\".")
-                      .arg(name, QString::number(_lowest), QString::number(_highest),
-                           _parser.value(name));
-        return false;
-    }
-    *_value = static_cast<quint16>(value);
-    return true;
-}
+
+    base::result_t result;
+
+ private:
+    const QCommandLineParser& parser;
+};
 
 /// Each port once: names the two options that share one.
-QString check_ports(const options_t& _options) {
+base::result_t check_ports(const options_t& _options) {
     const auto shared = [](const char* _one, const char* _other, int _port) {
-        return QStringLiteral("%1 and %2 are both %3.")
-            .arg(QLatin1String(_one), QLatin1String(_other), QString::number(_port));
+        return base::result_t::failed(
+            QStringLiteral("%1 and %2 are both %3.")
+                .arg(QLatin1String(_one), QLatin1String(_other), QString::number(_port)));
     };
     if (_options.port == _options.ws_port) {
         return shared("--port", "--ws-port", _options.port);
@@ -87,49 +98,54 @@ QString check_ports(const options_t& _options) {
     }
     return _options.ws_port == _options.config_port
                ? shared("--ws-port", "--config-port", _options.ws_port)
-               : QString();
+               : base::result_t();
 }
 
-QString read_numbers(const QCommandLineParser& _parser, options_t* _options) {
-    QString error;
-    const bool taken = take(_parser, "port", 1, 65535, &_options->port, &error) &&
-                       take(_parser, "ws-port", 0, 65535, &_options->ws_port, &error) &&
-                       take(_parser, "config-port", 1, 65535, &_options->config_port, &error) &&
-                       take(_parser, "config-wait", 0, 3600, &_options->config_wait, &error) &&
-                       take(_parser, "log-level-std", 0, 6, &_options->stdout_level, &error) &&
-                       take(_parser, "log-level-file", 0, 6, &_options->file_level, &error) &&
-                       take(_parser, "log-size", 1, 1024, &_options->log_size, &error) &&
-                       take(_parser, "log-rotate", 0, 1000, &_options->log_rotate, &error);
-    return taken ? check_ports(*_options) : error;
+base::result_t read_numbers(const QCommandLineParser& _parser, options_t* _options) {
+    numbers_t numbers(_parser);
+    numbers.take("port", 1, 65535, &_options->port);
+    numbers.take("ws-port", 0, 65535, &_options->ws_port);
+    numbers.take("config-port", 1, 65535, &_options->config_port);
+    numbers.take("config-wait", 0, 3600, &_options->config_wait);
+    numbers.take("log-level-std", 0, 6, &_options->stdout_level);
+    numbers.take("log-level-file", 0, 6, &_options->file_level);
+    numbers.take("log-size", 1, 1024, &_options->log_size);
+    numbers.take("log-rotate", 0, 1000, &_options->log_rotate);
+    return numbers.result.is_ok() ? check_ports(*_options) : numbers.result;
+}
+
+base::result_of_t<options_t> read(const QCommandLineParser& _parser) {
+    options_t options;
+    if (const base::result_t numbers = read_numbers(_parser, &options); !numbers.is_ok()) {
+        return numbers;
+    }
+    options.data = QDir(_parser.value(QStringLiteral("data"))).absolutePath();
+    options.plugins = _parser.value(QStringLiteral("plugins"));
+    options.simulate = _parser.isSet(QStringLiteral("simulate"));
+    options.broker_program = _parser.value(QStringLiteral("broker-program"));
+    options.import_file = _parser.value(QStringLiteral("import"));
+    options.sample_file = _parser.value(QStringLiteral("sample"));
+    return options;
 }
 
 }  // namespace
 
-options_result_t parse_options(const QStringList& _arguments) {
+base::result_of_t<options_t> parse_options(const QStringList& _arguments) {
     QCommandLineParser parser;
-    describe(parser);
-    options_result_t result;
+    describe(&parser);
     if (!parser.parse(_arguments)) {
-        result.error = parser.errorText() + QLatin1Char('.');
-    } else if (parser.isSet(QStringLiteral("help"))) {
-        result.text = parser.helpText();
-    } else if (parser.isSet(QStringLiteral("version"))) {
-        result.text = QCoreApplication::applicationName() + QLatin1Char(' ') +
-                      QCoreApplication::applicationVersion() + QLatin1Char('\n');
-    } else if (!parser.positionalArguments().isEmpty()) {
-        result.error = QStringLiteral("\"%1\" is not an option.")
-                           .arg(parser.positionalArguments().constFirst());
-    } else {
-        options_t& options = result.options;
-        result.error = read_numbers(parser, &options);
-        options.data = QDir(parser.value(QStringLiteral("data"))).absolutePath();
-        options.plugins = parser.value(QStringLiteral("plugins"));
-        options.simulate = parser.isSet(QStringLiteral("simulate"));
-        options.broker_program = parser.value(QStringLiteral("broker-program"));
-        options.import_file = parser.value(QStringLiteral("import"));
-        options.sample_file = parser.value(QStringLiteral("sample"));
+        return base::result_t::failed(parser.errorText() + QLatin1Char('.'));
     }
-    return result;
+    options_t shown;
+    shown.to_show = standard_answer(parser);
+    if (!shown.to_show.isEmpty()) {
+        return shown;
+    }
+    if (!parser.positionalArguments().isEmpty()) {
+        return base::result_t::failed(QStringLiteral("\"%1\" is not an option.")
+                                          .arg(parser.positionalArguments().constFirst()));
+    }
+    return read(parser);
 }
 
 }  // namespace torlan

@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <optional>
 
+#include "base/result_t.h"
+
 namespace torlan {
 
 /// What torlan-server was asked to do.
@@ -23,16 +25,10 @@ struct options_t {
     QString broker_program;                ///< empty: the system's
     QString import_file;                   ///< replaces the installation; empty: none
     QString sample_file;  ///< imported when there is no installation yet; empty: none
-};
-
-/// Options that were read, or what to say instead of starting.
-struct options_result_t {
-    options_t options;
-    QString error;  ///< one sentence; empty: none
-    QString text;   ///< help or version to be printed; empty: none
+    QString to_show;      ///< to be printed instead of all that: help, version; empty: none
 };
 
 /// Reads a command line, its first argument the program. The data folder becomes absolute.
-options_result_t parse_options(const QStringList& _arguments);
+base::result_of_t<options_t> parse_options(const QStringList& _arguments);
 
 }  // namespace torlan

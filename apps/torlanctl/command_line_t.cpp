@@ -4,8 +4,9 @@
 
 #include "commands.h"
 #include "installation/name_rules.h"
+#include "program/standard_options.h"
 
-namespace torlanctl {
+namespace torlan {
 
 namespace {
 
@@ -24,12 +25,11 @@ QString command_list() {
 }  // namespace
 
 command_line_t::command_line_t()
-    : data_option("data", "The data folder of the installation.", "DIR"),
-      help_option({"h", "help"}, "Show this text."),
-      version_option("version", "Show the version.") {
+    : data_option("data", "The data folder of the installation.", "DIR") {
     // A value may begin with "-": whatever follows the command is no option.
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
-    parser.addOptions({data_option, help_option, version_option});
+    parser.addOption(data_option);
+    add_standard_options(&parser);
     parser.addPositionalArgument("command", "What to do, with its arguments.",
                                  "--data DIR command [arguments]");
     parser.setApplicationDescription(
@@ -40,25 +40,29 @@ command_line_t::command_line_t()
         "1 when it was refused, 2 when the call was wrong.");
 }
 
-QString command_line_t::parse(const QStringList& _arguments) {
+base::result_t command_line_t::parse(const QStringList& _arguments) {
     if (!parser.parse(_arguments)) {
-        return parser.errorText();
+        return base::result_t::failed(parser.errorText());
     }
-    if (wants_help() || wants_version()) {
+    if (!to_show().isEmpty()) {
         return {};
     }
-    const QString error = find_command();
-    if (!error.isEmpty()) {
-        return error;
+    if (const base::result_t found = find_command(); !found.is_ok()) {
+        return found;
     }
-    return parser.value(data_option).isEmpty() ? QStringLiteral("--data DIR is missing.")
-                                               : QString();
+    return parser.value(data_option).isEmpty()
+               ? base::result_t::failed(QStringLiteral("--data DIR is missing."))
+               : base::result_t();
 }
 
-QString command_line_t::find_command() {
+QString command_line_t::to_show() const {
+    return standard_answer(parser);
+}
+
+base::result_t command_line_t::find_command() {
     const QStringList words = parser.positionalArguments();
     if (words.isEmpty()) {
-        return QStringLiteral("A command is missing.");
+        return base::result_t::failed(QStringLiteral("A command is missing."));
     }
     const auto found =
         std::find_if(commands().begin(), commands().end(), [&words](const command_t& _candidate) {
@@ -66,17 +70,19 @@ QString command_line_t::find_command() {
         });
     if (found == commands().end()) {
         const QString start = words.mid(0, words[0] == QLatin1StringView("user") ? 2 : 1).join(' ');
-        return "There is no command " + database::installation::quoted(start) + ".";
+        return base::result_t::failed("There is no command " +
+                                      database::installation::quoted(start) + ".");
     }
     command = &*found;
     arguments = words.mid(command->words().size());
     return arguments.size() == command->argument_count()
-               ? QString()
-               : QStringLiteral("Usage: torlanctl --data DIR %1.").arg(typed(*command));
+               ? base::result_t()
+               : base::result_t::failed(
+                     QStringLiteral("Usage: torlanctl --data DIR %1.").arg(typed(*command)));
 }
 
 database::store::result_t command_line_t::run() const {
     return command->run(parser.value(data_option), arguments);
 }
 
-}  // namespace torlanctl
+}  // namespace torlan

@@ -4,7 +4,7 @@
 
 #include "store/result_t.h"
 
-namespace torlanctl {
+namespace torlan {
 
 /// One command: what people type, what they read about it, what it does.
 struct command_t {
@@ -21,4 +21,4 @@ struct command_t {
     }
 };
 
-}  // namespace torlanctl
+}  // namespace torlan

@@ -9,11 +9,11 @@
 #include "installation/name_rules.h"
 #include "installation/permission_words.h"
 #include "password_input.h"
-#include "standard_streams.h"
+#include "program/standard_streams.h"
 #include "store/sqlite_store_t.h"
 #include "store/store_editor_t.h"
 
-namespace torlanctl {
+namespace torlan {
 
 namespace {
 
@@ -64,7 +64,7 @@ result_t export_document(const QString& _data, const QStringList&) {
     if (result.ok()) {
         result = store.read(&installation);
     }
-    return result.ok() ? write_output(write_document(installation)) : result;
+    return result.ok() ? result_t{write_output(write_document(installation)).error} : result;
 }
 
 result_t grant(const QString& _data, const QStringList& _arguments) {
@@ -133,4 +133,4 @@ const QList<command_t>& commands() {
     return table;
 }
 
-}  // namespace torlanctl
+}  // namespace torlan

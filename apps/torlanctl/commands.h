@@ -4,9 +4,9 @@
 
 #include "command_t.h"
 
-namespace torlanctl {
+namespace torlan {
 
 /// Every command, in the order in which the help lists them.
 const QList<command_t>& commands();
 
-}  // namespace torlanctl
+}  // namespace torlan

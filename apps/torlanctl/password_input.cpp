@@ -9,9 +9,9 @@
 #include <csignal>
 
 #include "installation/password_error.h"
-#include "standard_streams.h"
+#include "program/standard_streams.h"
 
-namespace torlanctl {
+namespace torlan {
 
 namespace {
 
@@ -57,11 +57,12 @@ class silent_terminal_t {
 /// A terminal hands over one whole line; nothing when it was interrupted.
 QByteArray terminal_line() {
     const silent_terminal_t silent;
-    write_message("Password: ");  // not before: what was typed until now is dropped
+    write_text(stderr,
+               QStringLiteral("Password: "));  // not before: what was typed until now is dropped
     std::array<char, max_line_bytes> buffer;
     const ssize_t count =
         silent.wait_for_line() ? ::read(STDIN_FILENO, buffer.data(), buffer.size()) : 0;
-    write_message("\n");
+    write_text(stderr, QStringLiteral("\n"));
     return QByteArray(buffer.data(), std::max<ssize_t>(count, 0));
 }
 
@@ -93,4 +94,4 @@ password_input_t read_password() {
     return {password, {}};
 }
 
-}  // namespace torlanctl
+}  // namespace torlan

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-namespace torlanctl {
+namespace torlan {
 
 /// A password that was typed or piped in, or one sentence without it.
 struct password_input_t {
@@ -14,4 +14,4 @@ struct password_input_t {
 /// long as it reads, also when it is interrupted.
 password_input_t read_password();
 
-}  // namespace torlanctl
+}  // namespace torlan

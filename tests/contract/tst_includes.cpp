@@ -114,9 +114,10 @@ const QList<row_t> rows{
     {"host/store", "base/|host/installation/"},
     {"host/live", "base/|contract/database/|host/(installation|store)/"},
     {"host/loader", "base/|contract/|server/drivers/driver/"},
-    {"apps/torlan-config", "base/|http/"},
-    {"apps/torlan-server", "base/|contract/|http/|host/|server/(utility|drivers/driver)/"},
-    {"apps/torlanctl", "base/|host/(installation|store)/|host/accounts/broker_hash"},
+    {"apps/program", "base/"},
+    {"apps/torlan-config", "base/|http/|apps/program/"},
+    {"apps/torlan-server", "base/|contract/|http/|host/|server/utility/|apps/program/"},
+    {"apps/torlanctl", "base/|host/(installation|store)/|host/accounts/broker_hash|apps/program/"},
     {"bench", "contract/|host/|server/drivers/driver/|tests/fakes/"},
 };
 

@@ -8,6 +8,8 @@
 
 #include "unit/apps/torlan-config/support/raw_http.h"
 
+using namespace torlan;
+
 using raw_http::body_of;
 using raw_http::request;
 using raw_http::status_of;
@@ -50,7 +52,7 @@ void tst_config_server_t::init() {
     folder = std::make_unique<QTemporaryDir>();
     server = std::make_unique<config_server_t>(
         script("echo run >> \"" + folder->filePath("runs").toUtf8() + '"'));
-    QCOMPARE(server->start(folder->filePath("s.json"), 0), QString());
+    QCOMPARE(server->start(folder->filePath("s.json"), 0).error, QString());
 }
 
 void tst_config_server_t::values_are_put_and_got() {
@@ -166,7 +168,7 @@ void tst_config_server_t::triggers_run_only_after_an_asked_and_successful_put() 
 
 void tst_config_server_t::port_in_use_is_one_sentence() {
     config_server_t second({});
-    const QString error = second.start(folder->filePath("other.json"), server->port());
+    const QString error = second.start(folder->filePath("other.json"), server->port()).error;
     QVERIFY(error.contains(QString::number(server->port())));
     QVERIFY(!error.contains('\n'));
 }

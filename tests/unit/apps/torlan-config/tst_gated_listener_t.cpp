@@ -11,6 +11,8 @@
 #include "config_server_t.h"
 #include "unit/apps/torlan-config/support/raw_http.h"
 
+using namespace torlan;
+
 using raw_http::all_of;
 using raw_http::body_of;
 using raw_http::connected;
@@ -51,7 +53,7 @@ void tst_gated_listener_t::init() {
     server.reset();
     folder = std::make_unique<QTemporaryDir>();
     server = std::make_unique<config_server_t>(QString());
-    QCOMPARE(server->start(folder->filePath("s.json"), 0), QString());
+    QCOMPARE(server->start(folder->filePath("s.json"), 0).error, QString());
 }
 
 void tst_gated_listener_t::large_body_is_refused_before_it_is_sent() {

@@ -2,6 +2,8 @@
 
 #include <QTest>
 
+using namespace torlan;
+
 namespace {
 
 request_head_t good_head() {

@@ -2,6 +2,8 @@
 
 #include <QTest>
 
+using namespace torlan;
+
 class tst_request_head_t : public QObject {
     Q_OBJECT
 

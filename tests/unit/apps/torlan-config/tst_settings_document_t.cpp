@@ -4,6 +4,8 @@
 #include <QJsonDocument>
 #include <QTest>
 
+using namespace torlan;
+
 namespace {
 
 settings_document_t document(const char* _text) {

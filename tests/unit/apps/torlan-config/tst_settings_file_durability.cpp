@@ -10,6 +10,8 @@
 
 #include "settings_file_t.h"
 
+using namespace torlan;
+
 namespace {
 
 /// Names of the calls below in their order, with the last part of the path.
@@ -64,12 +66,12 @@ void tst_settings_file_durability::init() {
     file.reset();
     folder = std::make_unique<QTemporaryDir>();
     file = std::make_unique<settings_file_t>();
-    QCOMPARE(file->open(folder->filePath("s.json")), QString());
+    QCOMPARE(file->open(folder->filePath("s.json")).error, QString());
     calls.clear();
 }
 
 void tst_settings_file_durability::document_is_on_the_disk_before_it_replaces_the_old_one() {
-    QCOMPARE(file->write("{\"a\":1}"), QString());
+    QCOMPARE(file->write("{\"a\":1}").error, QString());
     const QString name = folder->path().section('/', -1);
     QCOMPARE(calls, (QStringList{"sync s.json.new", "rename s.json.new", "sync " + name}));
 }
@@ -91,7 +93,7 @@ void tst_settings_file_durability::disk_that_fails_is_told() {
     QFETCH(QString, error);
     QFETCH(QByteArray, left);
     failing = call == "sync" ? "sync " + folder->path().section('/', -1) : call;
-    QVERIFY(file->write("{\"a\":1}").startsWith(error));
+    QVERIFY(file->write("{\"a\":1}").error.startsWith(error));
     QCOMPARE(bytes(), left);
     QVERIFY(!QFile::exists(file->path() + ".new"));
 }

@@ -9,6 +9,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace torlan;
+
 class tst_settings_file_t : public QObject {
     Q_OBJECT
 
@@ -56,19 +58,18 @@ void tst_settings_file_t::init() {
 
 void tst_settings_file_t::missing_file_is_made_empty() {
     settings_file_t file;
-    QCOMPARE(file.open(path), QString());
+    QCOMPARE(file.open(path).error, QString());
     QVERIFY(file.is_new());
     QCOMPARE(bytes(), "{}\n");
-    QString error = "not asked";
-    QCOMPARE(file.read(&error), QJsonObject());
-    QCOMPARE(error, QString());
+    QVERIFY(file.read().is_ok());
+    QCOMPARE(file.read().value, QJsonObject());
 }
 
 void tst_settings_file_t::existing_file_is_kept_byte_by_byte() {
     const QByteArray text = " { \"z\" : 1,\n\"a\":2 }  ";
     put_bytes(text);
     settings_file_t file;
-    QCOMPARE(file.open(path), QString());
+    QCOMPARE(file.open(path).error, QString());
     QVERIFY(!file.is_new());
     QCOMPARE(bytes(), text);
 }
@@ -82,40 +83,38 @@ void tst_settings_file_t::only_the_owner_may_read() {
     put_bytes("{}");
     QVERIFY(::chmod(QFile::encodeName(path).constData(), 0666) == 0);
     settings_file_t file;
-    QCOMPARE(file.open(path), QString());
+    QCOMPARE(file.open(path).error, QString());
     QCOMPARE(mode(), 0600u);
     const mode_t before = ::umask(0);
     QVERIFY(::chmod(QFile::encodeName(path).constData(), 0666) == 0);
-    QCOMPARE(file.write("{\"a\":1}"), QString());
+    QCOMPARE(file.write("{\"a\":1}").error, QString());
     ::umask(before);
     QCOMPARE(mode(), 0600u);
 }
 
 void tst_settings_file_t::written_document_is_read_back() {
     settings_file_t file;
-    QCOMPARE(file.open(path), QString());
-    QCOMPARE(file.write("{\"a\":{\"b\":\"w\"}}"), QString());
-    QString error;
-    QCOMPARE(file.read(&error), (QJsonObject{{"a", QJsonObject{{"b", "w"}}}}));
+    QCOMPARE(file.open(path).error, QString());
+    QCOMPARE(file.write("{\"a\":{\"b\":\"w\"}}").error, QString());
+    QCOMPARE(file.read().value, (QJsonObject{{"a", QJsonObject{{"b", "w"}}}}));
 }
 
 void tst_settings_file_t::file_edited_by_hand_is_seen() {
     settings_file_t file;
-    QCOMPARE(file.open(path), QString());
+    QCOMPARE(file.open(path).error, QString());
     put_bytes("{\"by\":\"hand\"}");
-    QString error;
-    QCOMPARE(file.read(&error), (QJsonObject{{"by", "hand"}}));
+    QCOMPARE(file.read().value, (QJsonObject{{"by", "hand"}}));
     put_bytes("{\"by\":");
-    QCOMPARE(file.read(&error), QJsonObject());
-    QVERIFY(error.contains(path));
+    QCOMPARE(file.read().value, QJsonObject());
+    QVERIFY(file.read().error.contains(path));
 }
 
 void tst_settings_file_t::write_replaces_the_file_and_leaves_nothing_beside() {
     settings_file_t file;
-    QCOMPARE(file.open(path), QString());
+    QCOMPARE(file.open(path).error, QString());
     QFile old(path);
     QVERIFY(old.open(QIODevice::ReadOnly));
-    QCOMPARE(file.write("{\"a\":1}"), QString());
+    QCOMPARE(file.write("{\"a\":1}").error, QString());
     QCOMPARE(old.readAll(), "{}\n");  // whoever reads meanwhile has the old document, whole
     QCOMPARE(bytes(), "{\"a\":1}");
     QCOMPARE(names(), (QStringList{"settings.json", "settings.json.lock"}));
@@ -123,9 +122,9 @@ void tst_settings_file_t::write_replaces_the_file_and_leaves_nothing_beside() {
 
 void tst_settings_file_t::failed_write_leaves_the_old_document() {
     settings_file_t file;
-    QCOMPARE(file.open(path), QString());
+    QCOMPARE(file.open(path).error, QString());
     QVERIFY(QDir().mkdir(path + ".new"));
-    const QString error = file.write("{\"a\":1}");
+    const QString error = file.write("{\"a\":1}").error;
     QVERIFY(error.startsWith("cannot write"));
     QCOMPARE(bytes(), "{}\n");
 }
@@ -137,23 +136,23 @@ void tst_settings_file_t::rest_of_a_killed_write_does_not_matter() {
     rest.write("{\"torn\":");
     rest.close();
     settings_file_t file;
-    QCOMPARE(file.open(path), QString());
+    QCOMPARE(file.open(path).error, QString());
     QCOMPARE(bytes(), "{\"old\":1}");
     QVERIFY(!rest.exists());
 }
 
 void tst_settings_file_t::second_server_is_refused_until_the_first_ends() {
     auto first = std::make_unique<settings_file_t>();
-    QCOMPARE(first->open(path), QString());
-    QVERIFY(settings_file_t().open(path).contains("another server"));
+    QCOMPARE(first->open(path).error, QString());
+    QVERIFY(settings_file_t().open(path).error.contains("another server"));
     first.reset();
     settings_file_t second;
-    QCOMPARE(second.open(path), QString());
+    QCOMPARE(second.open(path).error, QString());
 }
 
 void tst_settings_file_t::programs_started_meanwhile_do_not_hold_the_lock() {
     settings_file_t file;
-    QCOMPARE(file.open(path), QString());
+    QCOMPARE(file.open(path).error, QString());
     QProcess program;
     program.start("ls", {"-l", "/proc/self/fd"});
     QVERIFY(program.waitForFinished());
@@ -167,8 +166,8 @@ void tst_settings_file_t::link_stays_a_link() {
     put_bytes("{}");
     QVERIFY(QFile::link(path, link));
     settings_file_t file;
-    QCOMPARE(file.open(link), QString());
-    QCOMPARE(file.write("{\"a\":1}"), QString());
+    QCOMPARE(file.open(link).error, QString());
+    QCOMPARE(file.write("{\"a\":1}").error, QString());
     QVERIFY(QFileInfo(link).isSymLink());
     QCOMPARE(bytes(), "{\"a\":1}");
 }
@@ -186,7 +185,7 @@ void tst_settings_file_t::unusable_document_is_one_sentence() {
     QFETCH(QByteArray, text);
     put_bytes(text);
     settings_file_t file;
-    const QString error = file.open(path);
+    const QString error = file.open(path).error;
     QVERIFY(error.contains(path));
     QVERIFY(!error.contains('\n'));
     QVERIFY(bytes() == text);
@@ -196,17 +195,19 @@ void tst_settings_file_t::unusable_document_is_one_sentence() {
 void tst_settings_file_t::file_above_the_limit_is_not_read_further() {
     QCOMPARE(settings_file_t::max_bytes, 4194304);
     put_bytes("{}" + QByteArray(settings_file_t::max_bytes - 2, ' '));
-    QCOMPARE(settings_file_t().open(path), QString());
+    QCOMPARE(settings_file_t().open(path).error, QString());
     put_bytes("{}" + QByteArray(settings_file_t::max_bytes - 1, ' '));
-    QVERIFY(settings_file_t().open(path).contains("is larger than 4194304 bytes"));
+    QVERIFY(settings_file_t().open(path).error.contains("is larger than 4194304 bytes"));
 }
 
 void tst_settings_file_t::unusable_folder_is_one_sentence() {
-    QVERIFY(settings_file_t().open(folder->filePath("no/such/s.json")).contains("no/such/s.json"));
+    QVERIFY(settings_file_t()
+                .open(folder->filePath("no/such/s.json"))
+                .error.contains("no/such/s.json"));
     put_bytes("{}");
-    QVERIFY(settings_file_t().open(path + "/s.json").contains("s.json"));
+    QVERIFY(settings_file_t().open(path + "/s.json").error.contains("s.json"));
     QVERIFY(QDir().mkdir(path + ".new"));
-    QVERIFY(settings_file_t().open(path).startsWith("cannot write"));
+    QVERIFY(settings_file_t().open(path).error.startsWith("cannot write"));
 }
 
 void tst_settings_file_t::folder_without_write_permission_is_one_sentence() {
@@ -214,7 +215,7 @@ void tst_settings_file_t::folder_without_write_permission_is_one_sentence() {
         QSKIP("nothing is forbidden to root");
     }
     QVERIFY(QFile::setPermissions(folder->path(), QFile::ReadOwner | QFile::ExeOwner));
-    QVERIFY(settings_file_t().open(path).startsWith("cannot write"));
+    QVERIFY(settings_file_t().open(path).error.startsWith("cannot write"));
     QVERIFY(QFile::setPermissions(folder->path(),
                                   QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
 }

@@ -2,6 +2,8 @@
 
 #include <QTest>
 
+using namespace torlan;
+
 class tst_settings_path_t : public QObject {
     Q_OBJECT
 

@@ -8,6 +8,8 @@
 
 #include "settings_file_t.h"
 
+using namespace torlan;
+
 class tst_settings_service_t : public QObject {
     Q_OBJECT
 
@@ -51,7 +53,7 @@ class tst_settings_service_t : public QObject {
 void tst_settings_service_t::init() {
     folder = std::make_unique<QTemporaryDir>();
     file = std::make_unique<settings_file_t>();
-    QCOMPARE(file->open(folder->filePath("s.json")), QString());
+    QCOMPARE(file->open(folder->filePath("s.json")).error, QString());
     service = std::make_unique<settings_service_t>(file.get());
     QCOMPARE(put("/", R"({"a":{"b":"w"},"l":[1]})").status, 200);
 }

@@ -6,6 +6,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace torlan;
+
 class tst_trigger_runner_t : public QObject {
     Q_OBJECT
 

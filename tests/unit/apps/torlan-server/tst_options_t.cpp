@@ -12,15 +12,15 @@ class tst_options_t : public QObject {
     void nothing_given_is_the_shipped_default() {
         const auto parsed = parse({});
         QCOMPARE(parsed.error, QString());
-        QCOMPARE(parsed.options.data, QDir(QStringLiteral("var")).absolutePath());
-        QCOMPARE(parsed.options.port, quint16(1883));
-        QCOMPARE(parsed.options.ws_port, quint16(0));
-        QCOMPARE(parsed.options.config_port, quint16(4321));
-        QCOMPARE(parsed.options.config_wait, 15);
-        QVERIFY(!parsed.options.stdout_level && !parsed.options.file_level);
-        QVERIFY(!parsed.options.log_size && !parsed.options.log_rotate);
-        QVERIFY(!parsed.options.simulate);
-        QCOMPARE(parsed.options.plugins, QString());
+        QCOMPARE(parsed.value.data, QDir(QStringLiteral("var")).absolutePath());
+        QCOMPARE(parsed.value.port, quint16(1883));
+        QCOMPARE(parsed.value.ws_port, quint16(0));
+        QCOMPARE(parsed.value.config_port, quint16(4321));
+        QCOMPARE(parsed.value.config_wait, 15);
+        QVERIFY(!parsed.value.stdout_level && !parsed.value.file_level);
+        QVERIFY(!parsed.value.log_size && !parsed.value.log_rotate);
+        QVERIFY(!parsed.value.simulate);
+        QCOMPARE(parsed.value.plugins, QString());
     }
 
     void every_option_is_taken() {
@@ -51,20 +51,20 @@ class tst_options_t : public QObject {
                                    "--sample",
                                    "s"});
         QCOMPARE(parsed.error, QString());
-        QCOMPARE(parsed.options.data, QStringLiteral("/a/b"));
-        QCOMPARE(parsed.options.port, quint16(2));
-        QCOMPARE(parsed.options.ws_port, quint16(3));
-        QCOMPARE(parsed.options.plugins, QStringLiteral("p"));
-        QVERIFY(parsed.options.simulate);
-        QCOMPARE(parsed.options.stdout_level, 0u);
-        QCOMPARE(parsed.options.file_level, 6u);
-        QCOMPARE(parsed.options.log_size, 1024u);
-        QCOMPARE(parsed.options.log_rotate, 0u);
-        QCOMPARE(parsed.options.config_port, quint16(4322));
-        QCOMPARE(parsed.options.config_wait, 0);
-        QCOMPARE(parsed.options.broker_program, QStringLiteral("m"));
-        QCOMPARE(parsed.options.import_file, QStringLiteral("i"));
-        QCOMPARE(parsed.options.sample_file, QStringLiteral("s"));
+        QCOMPARE(parsed.value.data, QStringLiteral("/a/b"));
+        QCOMPARE(parsed.value.port, quint16(2));
+        QCOMPARE(parsed.value.ws_port, quint16(3));
+        QCOMPARE(parsed.value.plugins, QStringLiteral("p"));
+        QVERIFY(parsed.value.simulate);
+        QCOMPARE(parsed.value.stdout_level, 0u);
+        QCOMPARE(parsed.value.file_level, 6u);
+        QCOMPARE(parsed.value.log_size, 1024u);
+        QCOMPARE(parsed.value.log_rotate, 0u);
+        QCOMPARE(parsed.value.config_port, quint16(4322));
+        QCOMPARE(parsed.value.config_wait, 0);
+        QCOMPARE(parsed.value.broker_program, QStringLiteral("m"));
+        QCOMPARE(parsed.value.import_file, QStringLiteral("i"));
+        QCOMPARE(parsed.value.sample_file, QStringLiteral("s"));
     }
 
     void what_makes_no_sense_is_one_sentence_that_names_it_data() {
@@ -103,11 +103,11 @@ class tst_options_t : public QObject {
     void help_is_text_and_no_error() {
         const auto parsed = parse({"--help"});
         QCOMPARE(parsed.error, QString());
-        QVERIFY(parsed.text.contains(QStringLiteral("--ws-port")));
+        QVERIFY(parsed.value.to_show.contains(QStringLiteral("--ws-port")));
     }
 
  private:
-    static torlan::options_result_t parse(const QStringList& _arguments) {
+    static base::result_of_t<torlan::options_t> parse(const QStringList& _arguments) {
         return parse_options(QStringList("torlan-server") + _arguments);
     }
 };

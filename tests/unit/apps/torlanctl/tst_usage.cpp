@@ -9,7 +9,6 @@ class tst_usage : public QObject {
     void wrong_call_ends_with_status_2_data();
     void wrong_call_ends_with_status_2();
     void help_lists_every_command();
-    void bare_locale_adds_no_warning();
 };
 
 void tst_usage::wrong_call_ends_with_status_2_data() {
@@ -48,17 +47,6 @@ void tst_usage::help_lists_every_command() {
           "user passwd NAME", "user remove NAME", "set ITEM VALUE", "--data <DIR>"}) {
         QVERIFY2(call.output.contains(QLatin1StringView(command)), command);
     }
-}
-
-void tst_usage::bare_locale_adds_no_warning() {
-    QProcess process;
-    QProcessEnvironment environment;
-    environment.insert("LC_ALL", "C");
-    process.setProcessEnvironment(environment);
-    process.start(TORLANCTL, {"--version"});
-    QVERIFY(process.waitForFinished());
-    QCOMPARE(process.readAllStandardError(), QByteArray());
-    QVERIFY(process.readAllStandardOutput().startsWith("torlanctl "));
 }
 
 QTEST_GUILESS_MAIN(tst_usage)

@@ -1,4 +1,4 @@
-#include "signal_watch_t.h"
+#include "program/stop_signals_t.h"
 
 #include <signal.h>
 #include <sys/eventfd.h>
@@ -15,6 +15,7 @@ namespace {
 std::atomic<int> event_descriptor = -1;
 static_assert(std::atomic<int>::is_always_lock_free);
 
+// A signal handler may do little more than write.
 void on_signal(int) {
     const int former_error = errno;
     const quint64 one = 1;
@@ -22,26 +23,35 @@ void on_signal(int) {
     errno = former_error;
 }
 
-}  // namespace
-
-signal_watch_t::signal_watch_t(QObject* _parent) : QObject(_parent) {
-    const int descriptor = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-    event_descriptor = descriptor;
-    notifier = new QSocketNotifier(descriptor, QSocketNotifier::Read, this);
-    connect(notifier, &QSocketNotifier::activated, this, [this]() {
-        notifier->setEnabled(false);
-        Q_EMIT asked_to_stop();
-    });
+void handle(void (*_handler)(int)) {
     struct sigaction action = {};
-    action.sa_handler = on_signal;
+    action.sa_handler = _handler;
     action.sa_flags = SA_RESTART;
     ::sigaction(SIGINT, &action, nullptr);
     ::sigaction(SIGTERM, &action, nullptr);
 }
 
-signal_watch_t::~signal_watch_t() {
-    ::signal(SIGINT, SIG_DFL);
-    ::signal(SIGTERM, SIG_DFL);
+}  // namespace
+
+stop_signals_t::stop_signals_t(QObject* _parent) : QObject(_parent) {
+    const int descriptor = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    if (descriptor < 0) {
+        return;  // both signals end the process at once, as they do without this object
+    }
+    event_descriptor = descriptor;
+    notifier = new QSocketNotifier(descriptor, QSocketNotifier::Read, this);
+    connect(notifier, &QSocketNotifier::activated, this, [this]() {
+        notifier->setEnabled(false);
+        Q_EMIT stop_asked();
+    });
+    handle(on_signal);
+}
+
+stop_signals_t::~stop_signals_t() {
+    if (notifier == nullptr) {
+        return;
+    }
+    handle(SIG_DFL);
     notifier->setEnabled(false);
     ::close(event_descriptor.exchange(-1));
 }

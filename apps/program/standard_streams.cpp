@@ -1,11 +1,12 @@
-#include "standard_streams.h"
+#include "program/standard_streams.h"
 
 #include <fcntl.h>
 #include <unistd.h>
-#include <csignal>
-#include <cstdio>
 
-namespace torlanctl {
+#include <cerrno>
+#include <csignal>
+
+namespace torlan {
 
 void secure_standard_streams() {
     for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
@@ -17,18 +18,19 @@ void secure_standard_streams() {
     std::signal(SIGPIPE, SIG_IGN);
 }
 
-database::store::result_t write_output(const QByteArray& _bytes) {
+base::result_t write_output(const QByteArray& _bytes) {
     const auto size = static_cast<size_t>(_bytes.size());
     if (std::fwrite(_bytes.constData(), 1, size, stdout) != size || std::fflush(stdout) != 0) {
-        return database::store::result_t::failed("Standard output: " + qt_error_string(errno) +
-                                                 ".");
+        return base::result_t::failed(
+            QStringLiteral("Standard output: %1.").arg(qt_error_string(errno)));
     }
     return {};
 }
 
-void write_message(const QString& _text) {
+void write_text(std::FILE* _stream, const QString& _text) {
     const QByteArray bytes = _text.toUtf8();
-    std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stderr);
+    std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), _stream);
+    std::fflush(_stream);
 }
 
-}  // namespace torlanctl
+}  // namespace torlan

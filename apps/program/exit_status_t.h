@@ -1,0 +1,12 @@
+#pragma once
+
+namespace torlan {
+
+/// How a program ends; scripts ask for it.
+enum exit_status_t {
+    status_done = 0,    ///< done, or ended because somebody asked for it
+    status_failed = 1,  ///< refused or not possible; a sentence on standard error says why
+    status_usage = 2,   ///< the call was wrong
+};
+
+}  // namespace torlan

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include "base/result_t.h"
+
+namespace torlan {
+
+/// What torlan-config was asked to do.
+struct options_t {
+    QString file;      ///< the settings
+    QString trigger;   ///< program to run after a PUT that asks for it; empty: none
+    quint16 port = 0;  ///< 0: a free one
+    QString to_show;   ///< to be printed instead of all that: help, version; empty: none
+};
+
+/// Reads a command line, its first argument the program.
+base::result_of_t<options_t> parse_options(const QStringList& _arguments);
+
+}  // namespace torlan
