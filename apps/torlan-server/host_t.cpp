@@ -107,11 +107,11 @@ QString host_t::open_log() {
     if (!QDir().mkpath(log.folder)) {
         return QStringLiteral("The folder %1 cannot be made.").arg(log.folder);
     }
-    spdlog_logger_t::opened_t opened = spdlog_logger_t::open(log);
-    if (!opened.logger) {
+    auto opened = spdlog_logger_t::open(log);
+    if (!opened.is_ok()) {
         return opened.error;
     }
-    logger = std::move(opened.logger);
+    logger = std::move(opened.value);
     classlogs::setInstance(logger.get());
     early->hand_over(logger.get());
     utility::torlan_option_t::print();

@@ -63,7 +63,8 @@ struct spdlog_logger_t::parts_t {
     std::shared_ptr<spdlog::async_logger> logger;
 };
 
-spdlog_logger_t::opened_t spdlog_logger_t::open(const log_settings_t& _settings) {
+base::result_of_t<std::unique_ptr<spdlog_logger_t>> spdlog_logger_t::open(
+    const log_settings_t& _settings) {
     try {
         const spdlog::sinks_init_list sinks = {file_sink(_settings), stdout_sink(_settings)};
         auto parts = std::make_unique<parts_t>();
@@ -75,10 +76,11 @@ spdlog_logger_t::opened_t spdlog_logger_t::open(const log_settings_t& _settings)
         parts->logger->set_level(spdlog::level::trace);
         parts->logger->set_pattern("%Y-%m-%d %H:%M:%S.%e %v");
         parts->logger->flush_on(spdlog::level::trace);
-        return {std::unique_ptr<spdlog_logger_t>(new spdlog_logger_t(std::move(parts))), {}};
+        return std::unique_ptr<spdlog_logger_t>(new spdlog_logger_t(std::move(parts)));
     } catch (const std::exception& error) {
-        return {nullptr, QStringLiteral("The log cannot be written in %1: %2.")
-                             .arg(_settings.folder, QString::fromLocal8Bit(error.what()))};
+        return base::result_t::failed(
+            QStringLiteral("The log cannot be written in %1: %2.")
+                .arg(_settings.folder, QString::fromLocal8Bit(error.what())));
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "base/result_t.h"
 #include "logs/classlogs.h"
 #include "logs/log_settings_t.h"
 
@@ -14,13 +15,9 @@ namespace utility::logs {
 /// line is lost and counted. Destruction writes what is queued; no other thread may log then.
 class spdlog_logger_t : public classlogs {
  public:
-    struct opened_t {
-        std::unique_ptr<spdlog_logger_t> logger;  ///< null: see error
-        QString error;                            ///< one sentence
-    };
-
     /// Opens the file and starts the thread.
-    static opened_t open(const log_settings_t& _settings);
+    static base::result_of_t<std::unique_ptr<spdlog_logger_t>> open(
+        const log_settings_t& _settings);
 
     ~spdlog_logger_t() override;
     Q_DISABLE_COPY_MOVE(spdlog_logger_t)

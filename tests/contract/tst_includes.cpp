@@ -105,7 +105,7 @@ const QList<row_t> rows{
     {"server/drivers/plugins/plugin_driver_api",
      "base/|contract/|server/utility/|server/drivers/driver/|"
      "server/drivers/plugins/plugin_driver_api/mqtt/mqtt_server_t"},
-    {"host/logs", "contract/logs/"},
+    {"host/logs", "base/|contract/logs/"},
     {"host/endpoint", "base/|contract/(logs|comunication)/"},
     {"host/process", "base/"},
     {"host/accounts", "base/|host/process/private_folder_t"},

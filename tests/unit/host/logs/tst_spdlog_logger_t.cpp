@@ -90,8 +90,8 @@ class tst_spdlog_logger_t : public QObject {
         {
             const redirected_stdout_t redirected(descriptor);
             const auto opened = spdlog_logger_t::open(settings);
-            for (int level = 0; opened.logger && level <= 6; ++level) {
-                opened.logger->log_asynch(QString::number(level), level, {}, {}, 1);
+            for (int level = 0; opened.value && level <= 6; ++level) {
+                opened.value->log_asynch(QString::number(level), level, {}, {}, 1);
             }
         }
         ::close(descriptor);
@@ -107,10 +107,10 @@ class tst_spdlog_logger_t : public QObject {
     void every_line_of_several_threads_is_written_at_the_end() {
         {
             const auto opened = spdlog_logger_t::open(settings);
-            QVERIFY2(opened.logger, qPrintable(opened.error));
+            QVERIFY2(opened.value, qPrintable(opened.error));
             const auto log = [&opened] {
                 for (int i = 0; i < 2000; ++i) {
-                    opened.logger->log_asynch(QStringLiteral("x"), 3, {}, {}, i);
+                    opened.value->log_asynch(QStringLiteral("x"), 3, {}, {}, i);
                 }
             };
             const std::unique_ptr<QThread> other(QThread::create(log));
@@ -134,10 +134,10 @@ class tst_spdlog_logger_t : public QObject {
             const redirected_stdout_t redirected(pipe[1]);
             auto opened = spdlog_logger_t::open(settings);
             // More than the pipe and the queue can hold; nobody reads yet.
-            for (int i = 0; opened.logger && i < 4000; ++i) {
-                opened.logger->log_asynch(QStringLiteral("line %1").arg(i), 4, {}, {}, 1);
+            for (int i = 0; opened.value && i < 4000; ++i) {
+                opened.value->log_asynch(QStringLiteral("line %1").arg(i), 4, {}, {}, 1);
             }
-            dropped = opened.logger->dropped();
+            dropped = opened.value->dropped();
             reader.reset(QThread::create([&shown, in = pipe[0]] { shown = read_all(in); }));
             reader->start();
         }
@@ -155,10 +155,10 @@ class tst_spdlog_logger_t : public QObject {
         settings.rotation = 2;
         {
             const auto opened = spdlog_logger_t::open(settings);
-            QVERIFY2(opened.logger, qPrintable(opened.error));
+            QVERIFY2(opened.value, qPrintable(opened.error));
             const QString text(10000, QLatin1Char('x'));
             for (int i = 0; i < 450; ++i) {
-                opened.logger->log_asynch(text, 4, {}, {}, i);
+                opened.value->log_asynch(text, 4, {}, {}, i);
             }
         }
         const QStringList files = QDir(folder->path()).entryList(QDir::Files, QDir::Name);
@@ -181,7 +181,7 @@ class tst_spdlog_logger_t : public QObject {
         QVERIFY(in_the_way.open(QIODevice::WriteOnly));
         settings.folder = in_the_way.fileName();
         const auto opened = spdlog_logger_t::open(settings);
-        QVERIFY(!opened.logger);
+        QVERIFY(!opened.value);
         QVERIFY2(opened.error.contains(settings.folder), qPrintable(opened.error));
         QVERIFY(!opened.error.contains(QLatin1Char('\n')));
     }
@@ -191,9 +191,9 @@ class tst_spdlog_logger_t : public QObject {
 
     void write(int _level, const QString& _message) {
         const auto opened = spdlog_logger_t::open(settings);
-        QVERIFY2(opened.logger, qPrintable(opened.error));
-        opened.logger->log_asynch(_message, _level, QStringLiteral("start"),
-                                  QStringLiteral("server/a/b"), 28);
+        QVERIFY2(opened.value, qPrintable(opened.error));
+        opened.value->log_asynch(_message, _level, QStringLiteral("start"),
+                                 QStringLiteral("server/a/b"), 28);
     }
 
     static QString last_characters(const QString& _file) {
