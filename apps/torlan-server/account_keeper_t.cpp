@@ -2,8 +2,8 @@
 
 #include "accounts/broker_hash.h"
 #include "base/random_hex.h"
-#include "endpoint/host_log.h"
 #include "live/live_database_t.h"
+#include "logs/log_line.h"
 
 namespace torlan {
 
@@ -38,8 +38,8 @@ void account_keeper_t::update() {
         error = broker->set_accounts(accounts).error;
     }
     if (!error.isEmpty()) {
-        comunication::host_log(QStringLiteral("The broker keeps its former users: ") + error, 2,
-                               "update", source, __LINE__);
+        utility::log_line(QStringLiteral("The broker keeps its former users: ") + error, 2,
+                          "update", source, __LINE__);
     }
 }
 

@@ -3,7 +3,7 @@
 #include <QDir>
 #include <QFileInfo>
 
-#include "endpoint/host_log.h"
+#include "logs/log_line.h"
 
 namespace torlan {
 
@@ -28,11 +28,11 @@ bool make(const QString& _folder) {
 
 void make_client_folder(const QString& _folder) {
     if (_folder.isEmpty()) {
-        comunication::host_log(QStringLiteral("The settings name no folder for the client file"), 3,
-                               __func__, source, __LINE__);
+        utility::log_line(QStringLiteral("The settings name no folder for the client file"), 3,
+                          __func__, source, __LINE__);
     } else if (!make(QDir::cleanPath(_folder + QStringLiteral("/config")))) {
-        comunication::host_log(QStringLiteral("The client folder %1 cannot be made").arg(_folder),
-                               2, __func__, source, __LINE__);
+        utility::log_line(QStringLiteral("The client folder %1 cannot be made").arg(_folder), 2,
+                          __func__, source, __LINE__);
     }
 }
 

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "comunication/protoserver_t.h"
-#include "endpoint/host_log.h"
 #include "loader/driver_loader_t.h"
+#include "logs/log_line.h"
 
 namespace torlan {
 
@@ -21,12 +21,12 @@ QString driver_set_t::load(const QString& _folder) {
     loader::driver_loader_t loader(_folder);
     drivers = loader.load_all();
     for (const loader::refused_file_t& refused : loader.refused()) {
-        comunication::host_log(refused.text, 2, "load", source, __LINE__);
+        utility::log_line(refused.text, 2, "load", source, __LINE__);
     }
     for (const loader::loaded_driver_t& driver : drivers) {
-        comunication::host_log(QStringLiteral("Loaded driver %1 from %2")
-                                   .arg(driver.get_metadata().class_name, driver.get_file()),
-                               4, "load", source, __LINE__);
+        utility::log_line(QStringLiteral("Loaded driver %1 from %2")
+                              .arg(driver.get_metadata().class_name, driver.get_file()),
+                          4, "load", source, __LINE__);
     }
     if (!drivers.empty()) {
         return {};
@@ -46,7 +46,7 @@ QString driver_set_t::init(database::database_t* _database,
             continue;
         }
         refused = QStringLiteral("The driver %1 could not be initialised.").arg(driver.get_file());
-        comunication::host_log(refused, 2, "init", source, __LINE__);
+        utility::log_line(refused, 2, "init", source, __LINE__);
     }
     drivers.swap(taken);
     return drivers.empty() ? refused : QString();

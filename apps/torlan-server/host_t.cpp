@@ -7,8 +7,8 @@
 
 #include "broker/broker_rights_check_t.h"
 #include "broker/port_probe_t.h"
-#include "endpoint/host_log.h"
 #include "first_request_t.h"
+#include "logs/log_line.h"
 #include "ready_probe_t.h"
 #include "utility/torlan_option_t.h"
 
@@ -220,7 +220,7 @@ void host_t::set_up_connections() {
     });
     connect(live.get(), &database::live::live_database_t::failed, this,
             [](const QString& _sentence) {
-                comunication::host_log(_sentence, 2, "operator()", source, __LINE__);
+                utility::log_line(_sentence, 2, "operator()", source, __LINE__);
             });
 }
 

@@ -11,8 +11,8 @@
 
 #include "build_facts.h"
 #include "client_folder.h"
-#include "endpoint/host_log.h"
 #include "http/http_t.h"
+#include "logs/log_line.h"
 #include "utility/cnfserver.h"
 #include "utility/http_read_config_server_t.h"
 #include "utility/torlan_option_t.h"
@@ -156,7 +156,7 @@ void settings_t::tell_clients(const QString& _installation_id) {
 void settings_t::put(const QString& _path, const QJsonValue& _value) {
     const httpresponse_t response = http_t(cnfserver::base, false).put(_path, _value);
     if (response.getError() != 0) {
-        comunication::host_log(
+        utility::log_line(
             QStringLiteral("The settings do not take %1: %2").arg(_path, response.getErrorText()),
             2, __func__, source, __LINE__);
         return;

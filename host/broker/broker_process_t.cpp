@@ -4,7 +4,7 @@
 #include <QStandardPaths>
 
 #include "broker/broker_config_t.h"
-#include "endpoint/host_log.h"
+#include "logs/log_line.h"
 
 namespace broker {
 
@@ -72,8 +72,8 @@ void broker_process_t::set_up_connections() {
     connect(&child, &supervised_process_t::died, this, &broker_process_t::on_died);
     connect(&child, &supervised_process_t::failed, this, &broker_process_t::on_failed);
     connect(&child, &supervised_process_t::said, this, [](const QString& _words) {
-        comunication::host_log(QStringLiteral("MQTT broker: ") + _words, 3, "operator()", source,
-                               __LINE__);
+        utility::log_line(QStringLiteral("MQTT broker: ") + _words, 3, "operator()", source,
+                          __LINE__);
     });
 }
 
@@ -124,8 +124,8 @@ void broker_process_t::launch(const QString& _executable) {
 void broker_process_t::on_died(bool _listened) {
     probe.cancel();
     who_may.on_broker_ended();
-    comunication::host_log(QStringLiteral("The MQTT broker has ended, it is started again"), 2,
-                           "on_died", source, __LINE__);
+    utility::log_line(QStringLiteral("The MQTT broker has ended, it is started again"), 2,
+                      "on_died", source, __LINE__);
     if (_listened) {
         Q_EMIT died();
     }

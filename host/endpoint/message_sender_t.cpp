@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "endpoint/host_log.h"
+#include "logs/log_line.h"
 
 namespace comunication {
 
@@ -16,7 +16,7 @@ constexpr int window = 20;
 
 void tell_once(bool& _told, const QString& _line) {
     if (!std::exchange(_told, true)) {
-        host_log(_line, 3, "send", source, __LINE__);
+        ::utility::log_line(_line, 3, "send", source, __LINE__);
     }
 }
 

@@ -3,9 +3,9 @@
 #include <utility>
 
 #include "base/random_hex.h"
-#include "endpoint/host_log.h"
 #include "endpoint/incoming_t.h"
 #include "endpoint/json_payload.h"
+#include "logs/log_line.h"
 
 namespace comunication {
 
@@ -170,9 +170,9 @@ void mqtt_endpoint_t::log_outage(const QString& _reason) {
         return;
     }
     told_outage = _reason;
-    host_log(QStringLiteral("No connection to the broker at %1:%2: %3")
-                 .arg(settings.host, QString::number(settings.port), _reason),
-             2, "log_outage", source, __LINE__);
+    ::utility::log_line(QStringLiteral("No connection to the broker at %1:%2: %3")
+                            .arg(settings.host, QString::number(settings.port), _reason),
+                        2, "log_outage", source, __LINE__);
 }
 
 void mqtt_endpoint_t::set_enable_api_message(bool _enable) {
@@ -220,7 +220,7 @@ void mqtt_endpoint_t::on_received(const QString& _topic, const QByteArray& _payl
 void mqtt_endpoint_t::clear_retained_request(const QString& _topic) {
     ++counts.retained_requests_cleared;
     if (!std::exchange(told_retained, true)) {
-        host_log(
+        ::utility::log_line(
             QStringLiteral("Retained requests are taken off the broker, first: %1").arg(_topic), 3,
             "clear_retained_request", source, __LINE__);
     }

@@ -4,8 +4,8 @@
 #include <cstdlib>
 
 #include "http/http_t.h"
+#include "logs/log_line.h"
 #include "utility/cnfserver.h"
-#include "utility/log_line.h"
 #include "utility/torlan_option_t.h"
 #include "utility/utility_t.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "utility/log_line.h"
+#include "logs/log_line.h"
 
 namespace utility {
 

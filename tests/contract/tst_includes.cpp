@@ -95,8 +95,7 @@ const QList<row_t> rows{
     {"http", "base/"},
     {"server/utility", "base/|http/|contract/(logs|database/definition)/"},
     {"server/drivers/driver",
-     "base/|contract/(logs/|comunication/protoserver_t|database/database_t)|"
-     "server/utility/log_line"},
+     "base/|contract/(logs/|comunication/protoserver_t|database/database_t)"},
     {"server/drivers/plugins/plugin_driver_api/data",
      "base/|contract/(logs|database)/|server/utility/"},
     {"server/drivers/plugins/plugin_driver_api/mqtt",

@@ -1,6 +1,6 @@
 #include "drivers/driver/plugin_driver_interface_t.h"
 
-#include "utility/log_line.h"
+#include "logs/log_line.h"
 
 namespace interfaces {
 

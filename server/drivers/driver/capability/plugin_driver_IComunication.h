@@ -7,7 +7,7 @@
 #include "base/locks.h"
 #include "comunication/protoserver_t.h"
 #include "drivers/driver/capability/call_lifetime_t.h"
-#include "utility/log_line.h"
+#include "logs/log_line.h"
 
 namespace interfaces {
 

@@ -1,6 +1,6 @@
 #include "drivers/plugins/plugin_driver_api/plugin_driver_api_t.h"
 
-#include "utility/log_line.h"
+#include "logs/log_line.h"
 
 namespace interfaces {
 

@@ -2,7 +2,7 @@
 
 #include "database/persistent/objects/psoe_scenario.h"
 #include "database/persistent/objects/psoe_thermo_logic.h"
-#include "utility/log_line.h"
+#include "logs/log_line.h"
 #include "utility/utility_t.h"
 
 namespace interfaces {

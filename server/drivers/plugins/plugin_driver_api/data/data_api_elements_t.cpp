@@ -1,7 +1,7 @@
 #include "drivers/plugins/plugin_driver_api/data/data_api_elements_t.h"
 
 #include "drivers/plugins/plugin_driver_api/data/element_type.h"
-#include "utility/log_line.h"
+#include "logs/log_line.h"
 
 namespace interfaces {
 

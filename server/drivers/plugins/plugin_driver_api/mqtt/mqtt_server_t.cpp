@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "drivers/plugins/plugin_driver_api/mqtt/api_v1/mqtt_server_api_v1_t.h"
-#include "utility/log_line.h"
+#include "logs/log_line.h"
 
 namespace interfaces {
 

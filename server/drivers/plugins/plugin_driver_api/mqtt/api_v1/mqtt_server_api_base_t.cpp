@@ -1,7 +1,7 @@
 #include "drivers/plugins/plugin_driver_api/mqtt/api_v1/mqtt_server_api_base_t.h"
 
 #include "drivers/plugins/plugin_driver_api/mqtt/api_topics.h"
-#include "utility/log_line.h"
+#include "logs/log_line.h"
 
 namespace interfaces {
 

@@ -1,7 +1,7 @@
 #include <QTest>
 
 #include "fakes/recording_logger_t.h"
-#include "utility/log_line.h"
+#include "logs/log_line.h"
 
 using utility::log_line;
 

@@ -6,7 +6,7 @@
 
 namespace utility {
 
-/// Writes one line to the host's logger; without a logger the line is skipped. Any thread.
+/// Writes one line to the server's logger; without a logger the line is skipped. Any thread.
 /// Arguments as in logs::classlogs::log_asynch; the line numbers are part of the log's contract
 /// where they are given as constants.
 inline void log_line(const QString& _message, int _level, const char* _function,
