@@ -5,7 +5,10 @@
 namespace torlan {
 
 /// Listens on loopback and gives the HTTP server behind it only connections that hold one whole,
-/// allowed request (see request_gate_t).
+/// allowed request (see request_gate_t) of the user that it runs as, or of root.
+///
+/// Every other user of the machine reaches the port too, so who asks is judged first, by the
+/// kernel's tables: a stranger takes no connection of the 64.
 class gated_listener_t : public QTcpServer {
     Q_OBJECT
 
@@ -23,8 +26,11 @@ class gated_listener_t : public QTcpServer {
     void incomingConnection(qintptr _descriptor) override;
 
  private:
+    bool admit(QTcpSocket* _socket);
+
     int limit_ms = default_limit_ms;
     int connections = 0;
+    bool told_stranger = false;
 };
 
 }  // namespace torlan

@@ -16,4 +16,7 @@ struct refusal_t {
 /// The body of every failed request: {"error": status, "message": text}.
 QByteArray error_packet(const refusal_t& _refusal);
 
+/// The whole answer, head and body, of a server that closes the connection behind it.
+QByteArray refusal_answer(const refusal_t& _refusal);
+
 }  // namespace torlan

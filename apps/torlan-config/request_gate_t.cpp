@@ -12,15 +12,6 @@ namespace {
 // Long enough for a client to take a refusal while it still sends.
 constexpr int linger_ms = 2000;
 
-QByteArray refusal_text(const refusal_t& _refusal) {
-    const QByteArray body = error_packet(_refusal);
-    QByteArray head = "HTTP/1.1 " + QByteArray::number(_refusal.status) + " Refused\r\n";
-    head += _refusal.status == 405 ? "Allow: GET, PUT\r\n" : "";
-    head += "Content-Type: application/json\r\nContent-Length: " + QByteArray::number(body.size()) +
-            "\r\nConnection: close\r\n\r\n";
-    return head + body;
-}
-
 }  // namespace
 
 request_gate_t::request_gate_t(QTcpSocket* _socket, int _limit_ms)
@@ -97,7 +88,7 @@ void request_gate_t::refuse(const refusal_t& _refusal) {
     disconnect(socket, &QTcpSocket::readyRead, this, nullptr);
     connect(socket, &QTcpSocket::readyRead, socket, [this]() { socket->readAll(); });
     socket->readAll();
-    socket->write(refusal_text(_refusal));
+    socket->write(refusal_answer(_refusal));
     limit.start(linger_ms);
 }
 

@@ -4,6 +4,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <QProcess>
 #include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
@@ -38,6 +39,9 @@ class tst_gated_listener_t : public QObject {
     void request_in_pieces_is_served();
     void no_connection_is_kept();
     void shipped_limits();
+    void other_users_are_refused();
+    void other_users_take_no_connection();
+    void who_sends_and_closes_is_refused();
 
  private:
     QByteArray exchange(const QByteArray& _bytes) const {
@@ -185,6 +189,61 @@ void tst_gated_listener_t::no_connection_is_kept() {
 void tst_gated_listener_t::shipped_limits() {
     QCOMPARE(gated_listener_t::default_limit_ms, 10000);
     QCOMPARE(gated_listener_t::max_connections, 64);
+}
+
+namespace {
+
+/// What the account nobody gets for a request, as a shell of its own asks it.
+QByteArray answer_to_nobody(quint16 _port, const QByteArray& _line) {
+    QProcess shell;
+    shell.start("setpriv",
+                {"--reuid=65534", "--regid=65534", "--clear-groups", "bash", "-c",
+                 "exec 3<>/dev/tcp/127.0.0.1/$0 && printf '%s HTTP/1.1\\r\\nHost: 127.0.0.1\\r\\n"
+                 "Content-Length: 2\\r\\n\\r\\n{}' \"$1\" >&3 && cat <&3",
+                 QString::number(_port), QString::fromLatin1(_line)});
+    QSignalSpy finished(&shell, &QProcess::finished);
+    return finished.wait(5000) ? shell.readAllStandardOutput() : QByteArray("not finished");
+}
+
+}  // namespace
+
+void tst_gated_listener_t::other_users_are_refused() {
+    if (::geteuid() != 0) {
+        QSKIP("only root can become another user");
+    }
+    const QByteArray before = document();
+    QCOMPARE(status_of(answer_to_nobody(server->port(), "GET /")), 403);
+    QCOMPARE(status_of(answer_to_nobody(server->port(), "PUT /")), 403);
+    QCOMPARE(document(), before);
+}
+
+void tst_gated_listener_t::other_users_take_no_connection() {
+    if (::geteuid() != 0) {
+        QSKIP("only root can become another user");
+    }
+    // As many as there are, and each of them stays open.
+    QProcess shell;
+    shell.start("setpriv", {"--reuid=65534", "--regid=65534", "--clear-groups", "bash", "-c",
+                            "for i in {10..90}; do eval \"exec $i<>/dev/tcp/127.0.0.1/$0\"; done; "
+                            "echo all; read",
+                            QString::number(server->port())});
+    QTRY_VERIFY(shell.bytesAvailable() > 0);
+    QCOMPARE(status_of(exchange(request("GET /"))), 200);
+    shell.closeWriteChannel();
+    QVERIFY(shell.waitForFinished());
+}
+
+void tst_gated_listener_t::who_sends_and_closes_is_refused() {
+    const QByteArray before = document();
+    // A closed socket shows as root's in the kernel's tables. The listener looks when we let it.
+    {
+        QTcpSocket client;
+        client.connectToHost(QHostAddress::LocalHost, server->port());
+        QVERIFY(client.waitForConnected());
+        client.write(request("PUT /", "{\"taken\": 1}"));
+        QVERIFY(client.waitForBytesWritten());
+    }
+    QCOMPARE(document(), before);
 }
 
 QTEST_GUILESS_MAIN(tst_gated_listener_t)
