@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "commands.h"
-#include "installation/name_rules.h"
+#include "database/name_rules.h"
 #include "program/standard_options.h"
 
 namespace torlan {
@@ -70,8 +70,7 @@ base::result_t command_line_t::find_command() {
         });
     if (found == commands().end()) {
         const QString start = words.mid(0, words[0] == QLatin1StringView("user") ? 2 : 1).join(' ');
-        return base::result_t::failed("There is no command " +
-                                      database::installation::quoted(start) + ".");
+        return base::result_t::failed("There is no command " + database::quoted(start) + ".");
     }
     command = &*found;
     arguments = words.mid(command->words().size());

@@ -4,10 +4,10 @@
 #include <QFileInfo>
 
 #include "accounts/broker_hash.h"
+#include "database/name_rules.h"
+#include "database/permission.h"
 #include "installation/document_reader.h"
 #include "installation/document_writer.h"
-#include "installation/name_rules.h"
-#include "installation/permission_words.h"
 #include "password_input.h"
 #include "program/standard_streams.h"
 #include "store/sqlite_store_t.h"
@@ -18,6 +18,8 @@ namespace torlan {
 namespace {
 
 using namespace database::installation;
+using database::identifier_error;
+using database::quoted;
 using database::store::result_t;
 using database::store::sqlite_store_t;
 using database::store::store_editor_t;
@@ -68,7 +70,7 @@ result_t export_document(const QString& _data, const QStringList&) {
 }
 
 result_t grant(const QString& _data, const QStringList& _arguments) {
-    const std::optional<int> bits = permission_bits(_arguments[2]);
+    const std::optional<int> bits = database::permission::bits(_arguments[2]);
     if (!bits) {
         return result_t::failed(quoted(_arguments[2]) +
                                 " is no permission: read, write, readwrite or deny.");

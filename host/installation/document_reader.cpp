@@ -3,10 +3,10 @@
 #include <QFile>
 
 #include "accounts/broker_hash.h"
+#include "database/permission.h"
 #include "installation/installation_rules.h"
 #include "installation/json_text.h"
 #include "installation/password_error.h"
-#include "installation/permission_words.h"
 #include "installation/schema_check.h"
 
 namespace database::installation {
@@ -43,7 +43,7 @@ element_t element(const QJsonValue& _value) {
 
 QMap<QString, int> grants(const QJsonValue& _value) {
     return read_section<int>(_value, [](const QJsonValue& _word) {
-        return permission_bits(_word.toString()).value_or(0);
+        return permission::bits(_word.toString()).value_or(0);
     });
 }
 

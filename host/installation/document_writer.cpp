@@ -3,7 +3,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include "installation/permission_words.h"
+#include "database/permission.h"
 
 namespace database::installation {
 
@@ -64,7 +64,7 @@ QJsonObject permissions(const QMap<QString, QMap<QString, int>>& _permissions) {
         QMap<QString, int> grants = it.value();
         grants.removeIf([](const auto& _grant) { return _grant.value() == 0; });
         if (!grants.isEmpty()) {
-            section.insert(it.key(), write_section(grants, permission_word));
+            section.insert(it.key(), write_section(grants, permission::word));
         }
     }
     return section;

@@ -1,13 +1,11 @@
 #include "installation/installation_rules.h"
 
-#include "installation/name_rules.h"
+#include "database/element_type.h"
+#include "database/name_rules.h"
 
 namespace database::installation {
 
 namespace {
-
-constexpr int type_scenario = 8;
-constexpr int type_thermostat = 17;
 
 class rules_t {
  public:
@@ -83,9 +81,9 @@ class rules_t {
             const QStringList place{"elements", it.key()};
             demand(plain_text_error(it->name), place + QStringList{"name"});
             check_connections(it->functions, place + QStringList{"functions"});
-            check_target("scenario", it->scenario, it->type == type_scenario, whole.scenarios,
-                         place);
-            check_target("thermostat", it->thermostat, it->type == type_thermostat,
+            check_target("scenario", it->scenario, it->type == element_type::scenario,
+                         whole.scenarios, place);
+            check_target("thermostat", it->thermostat, it->type == element_type::thermostat,
                          whole.thermostats, place);
         }
     }

@@ -7,7 +7,7 @@
 #include <QStack>
 #include <algorithm>
 
-#include "installation/name_rules.h"
+#include "database/name_rules.h"
 
 namespace database::installation {
 

@@ -1,6 +1,6 @@
 #include "installation/password_error.h"
 
-#include "installation/name_rules.h"
+#include "database/name_rules.h"
 
 namespace database::installation {
 

@@ -1,6 +1,6 @@
 #include "installation/problems_t.h"
 
-#include "installation/name_rules.h"
+#include "database/name_rules.h"
 
 namespace database::installation {
 

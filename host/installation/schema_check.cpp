@@ -10,7 +10,7 @@
 #include <valijson/validation_results.hpp>
 #include <valijson/validator.hpp>
 
-#include "installation/name_rules.h"
+#include "database/name_rules.h"
 
 namespace database::installation {
 

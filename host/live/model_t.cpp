@@ -1,5 +1,6 @@
 #include "live/model_t.h"
 
+#include "database/element_type.h"
 #include "database/persistent/objects/psoe_scenario.h"
 #include "database/persistent/objects/psoe_thermo_logic.h"
 #include "live/table_writer_t.h"
@@ -10,9 +11,6 @@ using installation::installation_t;
 namespace objects = persistent::objects;
 
 namespace {
-
-constexpr int type_scenario = 8;
-constexpr int type_thermo_logic = 17;
 
 QVariant item_reference(const QString& _id) {
     return _id.isEmpty() ? QVariant() : QVariant(_id);
@@ -29,10 +27,10 @@ QMap<QString, QVariant> item_references(const QMap<QString, QString>& _ids) {
 std::unique_ptr<objects::ps_object_element_t> make_element(const installation::element_t& _from) {
     objects::ps_element_data_t data{_from.name, _from.type, _from.flags,
                                     item_references(_from.functions)};
-    if (_from.type == type_scenario) {
+    if (_from.type == element_type::scenario) {
         return std::make_unique<objects::psoe_scenario>(std::move(data), _from.scenario);
     }
-    if (_from.type == type_thermo_logic) {
+    if (_from.type == element_type::thermostat) {
         return std::make_unique<objects::psoe_thermo_logic>(std::move(data), _from.thermostat);
     }
     return std::make_unique<objects::ps_object_element_t>(std::move(data));

@@ -99,7 +99,8 @@ const QList<row_t> rows{
     {"server/drivers/plugins/plugin_driver_api/data",
      "base/|contract/(logs|database)/|server/utility/"},
     {"server/drivers/plugins/plugin_driver_api/mqtt",
-     "base/|contract/(logs/|router/|comunication/(qos_t|topic_\\w+))|server/utility/|"
+     "base/|contract/(logs/|router/|database/permission|comunication/(qos_t|topic_\\w+))|"
+     "server/utility/|"
      "server/drivers/plugins/plugin_driver_api/data/"},
     {"server/drivers/plugins/plugin_driver_api",
      "base/|contract/|server/utility/|server/drivers/driver/|"
@@ -109,14 +110,17 @@ const QList<row_t> rows{
     {"host/process", "base/"},
     {"host/accounts", "base/|host/process/private_folder_t"},
     {"host/broker", "base/|contract/(logs|comunication)/|host/(accounts|endpoint|process)/"},
-    {"host/installation", "base/|contract/database/|host/accounts/broker_hash"},
+    {"host/installation",
+     "base/|contract/database/(element_type|name_rules|permission)|host/accounts/broker_hash"},
     {"host/store", "base/|host/installation/"},
     {"host/live", "base/|contract/database/|host/(installation|store)/"},
     {"host/loader", "base/|contract/|server/drivers/driver/"},
     {"apps/program", "base/"},
     {"apps/torlan-config", "base/|http/|apps/program/"},
     {"apps/torlan-server", "base/|contract/|http/|host/|server/utility/|apps/program/"},
-    {"apps/torlanctl", "base/|host/(installation|store)/|host/accounts/broker_hash|apps/program/"},
+    {"apps/torlanctl",
+     "base/|contract/database/(name_rules|permission)|host/(installation|store)/|"
+     "host/accounts/broker_hash|apps/program/"},
     {"bench", "contract/|host/|server/drivers/driver/|tests/fakes/"},
 };
 

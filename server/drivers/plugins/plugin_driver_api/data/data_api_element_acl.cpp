@@ -1,16 +1,12 @@
 // The permission side of data_api_element_object_t.
 #include <QThread>
 
+#include "database/permission.h"
 #include "drivers/plugins/plugin_driver_api/data/data_api_element_object_t.h"
 
 namespace interfaces {
 
-namespace {
-constexpr unsigned int mask_read = 1;
-constexpr unsigned int mask_write = 2;
-constexpr int code_accepted = 202;
-constexpr int code_unauthorized = 401;
-}  // namespace
+using namespace database::permission;
 
 void data_api_element_object_t::populatePermission() {
     permission = false;
@@ -36,15 +32,13 @@ void data_api_element_object_t::populatePermission() {
 }
 
 bool data_api_element_object_t::check_authorization(const QString& username, unsigned int mask) {
-    const auto bits = permissions.constFind(username);
-    return bits != permissions.constEnd() &&
-           static_cast<qint32>(static_cast<quint32>(*bits) & mask) > 0;
+    // A user that is not listed has no bits.
+    return allows(permissions.value(username), mask);
 }
 
 bool data_api_element_object_t::autorized_read(const QString& username, int& code) {
-    const bool allowed = check_authorization(username, mask_read);
-    code = allowed ? code_accepted : code_unauthorized;
-    return allowed;
+    code = verdict(permissions.value(username), read_bit);
+    return code == code_accepted;
 }
 
 bool data_api_element_object_t::autorized_write(const QString& username, int& code) {
@@ -55,11 +49,11 @@ bool data_api_element_object_t::autorized_write(const QString& username, int& co
 void data_api_element_object_t::add_acl(QString username) {
     // The first test holds for either bit already; the order is kept as callers know it.
     QString word = deny;
-    if (check_authorization(username, mask_read | mask_write)) {
+    if (check_authorization(username, all_bits)) {
         word = readwrite;
-    } else if (check_authorization(username, mask_read)) {
+    } else if (check_authorization(username, read_bit)) {
         word = read;
-    } else if (check_authorization(username, mask_write)) {
+    } else if (check_authorization(username, write_bit)) {
         word = write;
     }
     if (word == deny) {

@@ -1,5 +1,6 @@
 #include "drivers/plugins/plugin_driver_api/data/data_api_element_object_t.h"
 
+#include "database/element_type.h"
 #include "database/persistent/objects/psoe_scenario.h"
 #include "database/persistent/objects/psoe_thermo_logic.h"
 #include "logs/log_line.h"
@@ -9,6 +10,7 @@ namespace interfaces {
 
 using database::persistent::objects::psoe_scenario;
 using database::persistent::objects::psoe_thermo_logic;
+namespace element_type = database::element_type;
 
 namespace {
 constexpr const char* source =
@@ -57,9 +59,9 @@ void data_api_element_object_t::populateFunctions() {
 }
 
 void data_api_element_object_t::add_functions() {
-    if (type == type_scenario) {
+    if (type == element_type::scenario) {
         add_scenario_function();
-    } else if (type == type_thermostat) {
+    } else if (type == element_type::thermostat) {
         add_thermostat_functions();
     } else {
         add_mapped_functions();
@@ -127,7 +129,7 @@ bool data_api_element_object_t::requestSetValue(std::pair<QString, QJsonValue> f
     if (id_item.isEmpty()) {
         return false;
     }
-    if (type == type_scenario) {
+    if (type == element_type::scenario) {
         const int execute = utility::utility_t::QJsonValueToBool(function_value.second);
         return execute >= 0 && setExecScena(id_item, execute == 1);
     }
@@ -154,7 +156,7 @@ void data_api_element_object_t::update_value(const QString& _key) {
     }
     for (const QString& function : functions) {
         function_values[function] =
-            type == type_scenario ? getScenaryValue(_key) : getItemsValue(_key);
+            type == element_type::scenario ? getScenaryValue(_key) : getItemsValue(_key);
     }
     Q_EMIT value_change(id_element, function_values, functions);
 }
@@ -168,7 +170,8 @@ void data_api_element_object_t::onRealtimeChangeScenaryObjects(const QJsonObject
                                                                const QString& _key) {
     const base::mutex_locker_t locker(&events_mutex);
     const auto clone = view.clone_element(id_element);
-    if (clone == nullptr || type != type_scenario || clone->getType() != type_scenario) {
+    if (clone == nullptr || type != element_type::scenario ||
+        clone->getType() != element_type::scenario) {
         return;
     }
     const auto* scenario = qobject_cast<const psoe_scenario*>(clone.get());
@@ -187,7 +190,7 @@ void data_api_element_object_t::onRealtimeChangeScenaryObjects(const QJsonObject
 
 void data_api_element_object_t::onPersistentStatusThermo(const QJsonObject&, const QString& _key) {
     const base::mutex_locker_t locker(&events_mutex);
-    if (type != type_thermostat) {
+    if (type != element_type::thermostat) {
         return;
     }
     const auto* element = qobject_cast<const psoe_thermo_logic*>(view.element(id_element));

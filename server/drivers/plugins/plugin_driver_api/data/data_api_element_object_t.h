@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/locks.h"
+#include "database/permission.h"
 #include "drivers/plugins/plugin_driver_api/data/data_api_t.h"
 
 namespace interfaces {
@@ -19,15 +20,11 @@ class data_api_element_object_t : public data_api_t {
     Q_OBJECT
 
  public:
-    /// Type codes with rules of their own; every other element has a function map.
-    static constexpr int type_scenario = 8;
-    static constexpr int type_thermostat = 17;
-
     /// Permission words of the ACL.
-    inline static const QString readwrite = QStringLiteral("readwrite");
-    inline static const QString read = QStringLiteral("read");
-    inline static const QString write = QStringLiteral("write");
-    inline static const QString deny = QStringLiteral("deny");
+    inline static const QString readwrite = database::permission::readwrite;
+    inline static const QString read = database::permission::read;
+    inline static const QString write = database::permission::write;
+    inline static const QString deny = database::permission::deny;
 
     /// Loads itself with init(); an id that the database lacks gives an empty, silent object.
     data_api_element_object_t(QPointer<database::database_t> db, const QString& id_element,

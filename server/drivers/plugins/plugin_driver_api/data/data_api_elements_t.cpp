@@ -1,6 +1,6 @@
 #include "drivers/plugins/plugin_driver_api/data/data_api_elements_t.h"
 
-#include "drivers/plugins/plugin_driver_api/data/element_type.h"
+#include "database/element_type.h"
 #include "logs/log_line.h"
 
 namespace interfaces {
@@ -74,7 +74,7 @@ void data_api_elements_t::reinit() {
 void data_api_elements_t::addElement(const QString& id) {
     const base::mutex_locker_t locker(&lock);
     const auto* element = view.element(id);
-    if (element == nullptr || !is_exposed_element_type(element->getType())) {
+    if (element == nullptr || !database::element_type::is_exposed(element->getType())) {
         removeElement(id);
         return;
     }

@@ -2,17 +2,14 @@
 
 #include <QJsonArray>
 
+#include "database/permission.h"
 #include "drivers/plugins/plugin_driver_api/data/data_api_elements_t.h"
 
 namespace interfaces::v1 {
 
-namespace {
+using namespace database::permission;
 
-constexpr unsigned int mask_read = 1;
-constexpr unsigned int mask_write = 2;
-constexpr int code_accepted = 202;
-constexpr int code_unauthorized = 401;
-constexpr int code_not_found = 404;
+namespace {
 
 /// An empty list lets everything pass.
 bool passes(const QJsonArray& _filter, const QJsonValue& _value) {
@@ -45,7 +42,7 @@ QJsonObject to_json(const data_api_element_object_t& _element) {
 
 QJsonObject to_json(data_api_element_object_t& _element, const QString& _username,
                     const QJsonObject& _filter, int& _code) {
-    if (!_element.check_authorization(_username, mask_read)) {
+    if (!_element.check_authorization(_username, read_bit)) {
         _code = code_unauthorized;
         return {{QStringLiteral("error"), code_unauthorized}};
     }
@@ -71,7 +68,7 @@ QJsonObject to_json(data_api_elements_t& _elements, const QString& _username,
 
 QJsonObject request_set_value(data_api_element_object_t& _element, const QString& _username,
                               const QList<std::pair<QString, QJsonValue>>& _values, int& _code) {
-    if (!_element.check_authorization(_username, mask_write)) {
+    if (!_element.check_authorization(_username, write_bit)) {
         _code = code_unauthorized;
         return {{QStringLiteral("error"), code_unauthorized},
                 {QStringLiteral("message"), QStringLiteral("Configure user on API on App")}};

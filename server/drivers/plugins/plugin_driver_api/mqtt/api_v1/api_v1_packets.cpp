@@ -1,6 +1,11 @@
 #include "drivers/plugins/plugin_driver_api/mqtt/api_v1/api_v1_packets.h"
 
+#include "database/permission.h"
+
 namespace interfaces::v1 {
+
+using database::permission::code_not_found;
+using database::permission::code_unauthorized;
 
 QJsonObject data_packet(const QJsonObject& _data) {
     return {{QStringLiteral("data"), _data}};
@@ -21,15 +26,16 @@ QJsonObject non_compliant_payload() {
 }
 
 QJsonObject unauthorized_user() {
-    return error_packet({}, 401, QStringLiteral("Unauthorized user: configure user API on App"));
+    return error_packet({}, code_unauthorized,
+                        QStringLiteral("Unauthorized user: configure user API on App"));
 }
 
 QJsonObject not_found_element(const QString& _id) {
-    return error_packet({}, 404, QStringLiteral("Not found element ") + _id);
+    return error_packet({}, code_not_found, QStringLiteral("Not found element ") + _id);
 }
 
 QJsonObject non_found_element(const QString& _id) {
-    return error_packet({}, 404, QStringLiteral("Non found element ") + _id);
+    return error_packet({}, code_not_found, QStringLiteral("Non found element ") + _id);
 }
 
 QJsonObject topic_not_valid() {

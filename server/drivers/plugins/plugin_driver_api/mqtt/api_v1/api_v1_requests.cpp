@@ -2,6 +2,7 @@
 
 #include <QJsonArray>
 
+#include "database/permission.h"
 #include "drivers/plugins/plugin_driver_api/data/data_api_elements_t.h"
 #include "drivers/plugins/plugin_driver_api/data/element_json_v1.h"
 #include "drivers/plugins/plugin_driver_api/mqtt/api_v1/api_v1_packets.h"
@@ -9,9 +10,10 @@
 
 namespace interfaces::v1 {
 
+using database::permission::code_accepted;
+
 namespace {
 
-constexpr int code_accepted = 202;
 constexpr int filters_malformed = -1;
 constexpr int filters_valid = 1;
 

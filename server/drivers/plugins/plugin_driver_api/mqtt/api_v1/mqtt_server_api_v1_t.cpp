@@ -3,6 +3,7 @@
 #include <QRegExp>
 #include <array>
 
+#include "database/permission.h"
 #include "drivers/plugins/plugin_driver_api/data/element_json_v1.h"
 #include "drivers/plugins/plugin_driver_api/mqtt/api_topics.h"
 #include "drivers/plugins/plugin_driver_api/mqtt/api_v1/api_v1_packets.h"
@@ -141,7 +142,8 @@ bool mqtt_server_api_v1_t::handlerMessageRetained(const QString& username, const
     }
     const QPointer<data_api_element_object_t> element =
         elements ? elements->get_data_api_element_object(expression.cap(2)) : nullptr;
-    return !element.isNull() && element->check_authorization(username, 1);
+    return !element.isNull() &&
+           element->check_authorization(username, database::permission::read_bit);
 }
 
 QString mqtt_server_api_v1_t::topic_update_element(const QString& user, const QString& id) {

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-namespace database::installation {
+namespace database {
 
 /// Why a text is no identifier or user name, as the end of a sentence ("must be ..."); empty: it
 /// is one. Identifiers are topic levels, hence the narrow alphabet.
@@ -21,4 +21,4 @@ QString value_error(const QString& _value);
 /// A text from a document or a command line, quoted, short and on one line, for a sentence.
 QString quoted(const QString& _text);
 
-}  // namespace database::installation
+}  // namespace database

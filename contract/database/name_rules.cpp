@@ -1,9 +1,9 @@
-#include "installation/name_rules.h"
+#include "database/name_rules.h"
 
 #include <QStringList>
 #include <algorithm>
 
-namespace database::installation {
+namespace database {
 
 namespace {
 
@@ -77,4 +77,4 @@ QString quoted(const QString& _text) {
     return u'"' + shown + u'"';
 }
 
-}  // namespace database::installation
+}  // namespace database

@@ -1,9 +1,13 @@
 #pragma once
 
-namespace interfaces {
+/// Type codes of elements that have rules of their own.
+namespace database::element_type {
+
+inline constexpr int scenario = 8;
+inline constexpr int thermostat = 17;
 
 /// Whether the API shows elements of this type code: all but -1, 11, 14, 18 and 19.
-constexpr bool is_exposed_element_type(int _type) {
+constexpr bool is_exposed(int _type) {
     // Bit n stands for the code n - 1.
     constexpr unsigned int hidden = 0x189001;
     constexpr unsigned int last_bit = 20;
@@ -11,4 +15,4 @@ constexpr bool is_exposed_element_type(int _type) {
     return bit > last_bit || ((hidden >> bit) & 1U) == 0;
 }
 
-}  // namespace interfaces
+}  // namespace database::element_type
