@@ -49,11 +49,11 @@ void account_keeper_t::end_checks() {
 }
 
 QString account_keeper_t::read(QList<accounts::broker_account_t>* _accounts) const {
-    QMap<QString, database::installation::user_t> users;
-    if (const auto result = live->read_users(&users); !result.ok()) {
-        return result.error;
+    const auto users = live->read_users();
+    if (!users.is_ok()) {
+        return users.error;
     }
-    for (const database::installation::user_t& user : std::as_const(users)) {
+    for (const database::installation::user_t& user : users.value) {
         _accounts->append({user.username, user.password_hash});
     }
     if (checking) {

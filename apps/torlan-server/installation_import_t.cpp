@@ -11,10 +11,10 @@ namespace torlan {
 
 QString installation_import_t::read(const QString& _file) {
     const auto document = database::installation::read_document_file(_file);
-    if (!document.ok()) {
+    if (!document.is_ok()) {
         return document.error;
     }
-    installation = document.installation;
+    installation = document.value;
     is_read = true;
     QFile file(_file);
     if (file.open(QIODevice::ReadOnly)) {
@@ -32,7 +32,7 @@ QString installation_import_t::write(const QString& _database) const {
     }
     database::store::sqlite_store_t store;
     const auto opened = store.open(_database);
-    return opened.ok() ? store.replace(installation).error : opened.error;
+    return opened.is_ok() ? store.replace(installation).error : opened.error;
 }
 
 QString installation_import_t::password_of(const QString& _user_id) const {

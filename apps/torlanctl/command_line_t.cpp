@@ -80,7 +80,7 @@ base::result_t command_line_t::find_command() {
                      QStringLiteral("Usage: torlanctl --data DIR %1.").arg(typed(*command)));
 }
 
-database::store::result_t command_line_t::run() const {
+base::result_t command_line_t::run() const {
     return command->run(parser.value(data_option), arguments);
 }
 

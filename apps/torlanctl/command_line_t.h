@@ -21,7 +21,7 @@ class command_line_t {
     QString to_show() const;
 
     /// Runs the command that parse() found.
-    database::store::result_t run() const;
+    base::result_t run() const;
 
  private:
     base::result_t find_command();

@@ -2,7 +2,7 @@
 
 #include <QStringList>
 
-#include "store/result_t.h"
+#include "base/result_t.h"
 
 namespace torlan {
 
@@ -13,7 +13,7 @@ struct command_t {
     const char* help;       ///< one line
 
     /// Gets as many arguments as are named; an error is one sentence.
-    database::store::result_t (*run)(const QString& _data, const QStringList& _arguments);
+    base::result_t (*run)(const QString& _data, const QStringList& _arguments);
 
     QStringList words() const { return QString::fromLatin1(name).split(' '); }
     qsizetype argument_count() const {

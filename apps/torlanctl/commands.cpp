@@ -18,9 +18,9 @@ namespace torlan {
 namespace {
 
 using namespace database::installation;
+using base::result_t;
 using database::identifier_error;
 using database::quoted;
-using database::store::result_t;
 using database::store::sqlite_store_t;
 using database::store::store_editor_t;
 
@@ -42,7 +42,7 @@ template <typename edit_t>
 result_t edit(const QString& _data, edit_t _edit) {
     sqlite_store_t store;
     const result_t opened = open(store, _data, missing_t::refuse);
-    if (!opened.ok()) {
+    if (!opened.is_ok()) {
         return opened;
     }
     store_editor_t editor(store.connection());
@@ -50,23 +50,24 @@ result_t edit(const QString& _data, edit_t _edit) {
 }
 
 result_t import_file(const QString& _data, const QStringList& _arguments) {
-    const read_result_t document = read_document_file(_arguments[0]);
-    if (!document.ok()) {
-        return result_t::failed(document.error);
+    const auto document = read_document_file(_arguments[0]);
+    if (!document.is_ok()) {
+        return document;
     }
     sqlite_store_t store;
     const result_t opened = open(store, _data, missing_t::create);
-    return opened.ok() ? store.replace(document.installation) : opened;
+    return opened.is_ok() ? store.replace(document.value) : opened;
 }
 
 result_t export_document(const QString& _data, const QStringList&) {
     sqlite_store_t store;
-    installation_t installation;
-    result_t result = open(store, _data, missing_t::refuse);
-    if (result.ok()) {
-        result = store.read(&installation);
+    const result_t opened = open(store, _data, missing_t::refuse);
+    if (!opened.is_ok()) {
+        return opened;
     }
-    return result.ok() ? result_t{write_output(write_document(installation)).error} : result;
+    const auto installation = store.read();
+    return installation.is_ok() ? write_output(write_document(installation.value))
+                                : result_t(installation);
 }
 
 result_t grant(const QString& _data, const QStringList& _arguments) {

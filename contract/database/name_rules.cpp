@@ -12,7 +12,7 @@ constexpr qsizetype max_topic = 256;
 constexpr qsizetype max_quoted = 80;
 
 /// Answer topics replace this word, so that no topic level may hold it.
-const QLatin1StringView reserved_word("request");
+const QLatin1String reserved_word("request");
 
 bool is_identifier_character(QChar _c) {
     const char16_t c = _c.unicode();
@@ -42,13 +42,13 @@ QString identifier_error(const QString& _text) {
 }
 
 QString topic_error(const QString& _topic) {
-    const QStringList levels = _topic.split('/');
+    const QStringList levels = _topic.split(QLatin1Char('/'));
     if (_topic.size() > max_topic || !std::all_of(levels.begin(), levels.end(), is_level)) {
         return QStringLiteral(
             "must be levels of 1 to 64 of the characters 0-9 a-z A-Z . _ - joined by \"/\", at "
             "most 256 characters");
     }
-    if (levels.constFirst() == QLatin1StringView("api")) {
+    if (levels.constFirst() == QLatin1String("api")) {
         return QStringLiteral("must not begin with the level \"api\"");
     }
     if (_topic.contains(reserved_word)) {
@@ -72,7 +72,7 @@ QString value_error(const QString& _value) {
 }
 
 QString quoted(const QString& _text) {
-    QString shown = _text.size() > max_quoted ? _text.left(max_quoted) + u'…' : _text;
+    QString shown = _text.size() > max_quoted ? _text.left(max_quoted) + QChar(u'…') : _text;
     std::replace_if(shown.begin(), shown.end(), is_control, QChar(u'?'));
     return u'"' + shown + u'"';
 }

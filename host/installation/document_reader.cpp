@@ -11,6 +11,8 @@
 
 namespace database::installation {
 
+using ::base::result_t;
+
 namespace {
 
 constexpr qint64 max_file_bytes = 64 << 20;
@@ -31,14 +33,18 @@ QString text(const QJsonValue& _value) {
 }
 
 thermostat_t thermostat(const QJsonValue& _value) {
-    return {read_section<QString>(_value["ids"], text), text(_value["id_actual"]),
-            text(_value["id_windows_contact"])};
+    return {read_section<QString>(_value[QLatin1String("ids")], text),
+            text(_value[QLatin1String("id_actual")]),
+            text(_value[QLatin1String("id_windows_contact")])};
 }
 
 element_t element(const QJsonValue& _value) {
-    return {text(_value["name"]),     _value["type"].toInt(),
-            _value["flags"].toInt(),  read_section<QString>(_value["functions"], text),
-            text(_value["scenario"]), text(_value["thermostat"])};
+    return {text(_value[QLatin1String("name")]),
+            _value[QLatin1String("type")].toInt(),
+            _value[QLatin1String("flags")].toInt(),
+            read_section<QString>(_value[QLatin1String("functions")], text),
+            text(_value[QLatin1String("scenario")]),
+            text(_value[QLatin1String("thermostat")])};
 }
 
 QMap<QString, int> grants(const QJsonValue& _value) {
@@ -50,38 +56,44 @@ QMap<QString, int> grants(const QJsonValue& _value) {
 /// Users come without their hashes: those are made when everything else is known to be right.
 installation_t unsecured(const QJsonObject& _document) {
     installation_t whole;
-    whole.topic = text(_document["topic"]);
-    whole.items = read_section<QString>(_document["items"], [](const QJsonValue& _item) {
-        return _item["value"].toString(QStringLiteral(""));
-    });
-    whole.scenarios = read_section<bool>(_document["scenarios"], [](const QJsonValue& _scenario) {
-        return _scenario["execution"].toBool();
-    });
-    whole.thermostats = read_section<thermostat_t>(_document["thermostats"], thermostat);
-    whole.elements = read_section<element_t>(_document["elements"], element);
-    whole.users = read_section<user_t>(_document["users"], [](const QJsonValue& _user) {
-        return user_t{text(_user["username"]), {}};
-    });
-    whole.permissions = read_section<QMap<QString, int>>(_document["permissions"], grants);
+    whole.topic = text(_document[QLatin1String("topic")]);
+    whole.items =
+        read_section<QString>(_document[QLatin1String("items")], [](const QJsonValue& _item) {
+            return _item[QLatin1String("value")].toString(QStringLiteral(""));
+        });
+    whole.scenarios = read_section<bool>(
+        _document[QLatin1String("scenarios")],
+        [](const QJsonValue& _scenario) { return _scenario[QLatin1String("execution")].toBool(); });
+    whole.thermostats =
+        read_section<thermostat_t>(_document[QLatin1String("thermostats")], thermostat);
+    whole.elements = read_section<element_t>(_document[QLatin1String("elements")], element);
+    whole.users =
+        read_section<user_t>(_document[QLatin1String("users")], [](const QJsonValue& _user) {
+            return user_t{text(_user[QLatin1String("username")]), {}};
+        });
+    whole.permissions =
+        read_section<QMap<QString, int>>(_document[QLatin1String("permissions")], grants);
     return whole;
 }
 
 void check_secret(const QString& _id, const QJsonValue& _user, problems_t& _problems) {
-    const QStringList place{"users", _id};
-    const bool clear = !_user["password"].isUndefined();
-    const bool hashed = !_user["password_hash"].isUndefined();
+    const QStringList place{QStringLiteral("users"), _id};
+    const bool clear = !_user[QLatin1String("password")].isUndefined();
+    const bool hashed = !_user[QLatin1String("password_hash")].isUndefined();
     if (clear == hashed) {
-        _problems.add(place, "needs either \"password\" or \"password_hash\"");
-    } else if (hashed && !accounts::is_password_hash(text(_user["password_hash"]))) {
-        _problems.add(place + QStringList{"password_hash"}, "must be $7$iterations$salt$hash");
-    } else if (clear && !password_error(text(_user["password"])).isEmpty()) {
-        _problems.add(place + QStringList{"password"}, password_error(text(_user["password"])));
+        _problems.add(place, QStringLiteral("needs either \"password\" or \"password_hash\""));
+    } else if (hashed && !accounts::is_password_hash(text(_user[QLatin1String("password_hash")]))) {
+        _problems.add(place + QStringList{QStringLiteral("password_hash")},
+                      QStringLiteral("must be $7$iterations$salt$hash"));
+    } else if (clear && !password_error(text(_user[QLatin1String("password")])).isEmpty()) {
+        _problems.add(place + QStringList{QStringLiteral("password")},
+                      password_error(text(_user[QLatin1String("password")])));
     }
 }
 
 problems_t check_document(const QJsonObject& _document, const installation_t& _whole) {
     problems_t problems = check_rules(_whole);
-    const QJsonObject users = _document["users"].toObject();
+    const QJsonObject users = _document[QLatin1String("users")].toObject();
     for (auto it = users.begin(); it != users.end(); ++it) {
         check_secret(it.key(), it.value(), problems);
     }
@@ -91,9 +103,10 @@ problems_t check_document(const QJsonObject& _document, const installation_t& _w
 void secure(installation_t& _whole, const QJsonValue& _users) {
     for (auto it = _whole.users.begin(); it != _whole.users.end(); ++it) {
         const QJsonValue user = _users[it.key()];
-        const QString hash = text(user["password_hash"]);
+        const QString hash = text(user[QLatin1String("password_hash")]);
         it->password_hash =
-            hash.isEmpty() ? accounts::make_password_hash(text(user["password"])) : hash;
+            hash.isEmpty() ? accounts::make_password_hash(text(user[QLatin1String("password")]))
+                           : hash;
     }
 }
 
@@ -105,8 +118,8 @@ void drop_denials(installation_t& _whole) {
     _whole.permissions.removeIf([](const auto& _user) { return _user.value().isEmpty(); });
 }
 
-read_result_t refused(const QString& _name, const QString& _sentence) {
-    return {{}, _name + ": " + _sentence};
+result_t refused(const QString& _name, const QString& _sentence) {
+    return result_t::failed(_name + QStringLiteral(": ") + _sentence);
 }
 
 /// A pipe yields its bytes in pieces.
@@ -124,36 +137,36 @@ QByteArray read_up_to(QFile& _file, qint64 _limit) {
 
 }  // namespace
 
-read_result_t read_document(const QByteArray& _bytes, const QString& _name) {
-    const json_text_t json = parse_json(_bytes);
-    if (!json.error.isEmpty()) {
+::base::result_of_t<installation_t> read_document(const QByteArray& _bytes, const QString& _name) {
+    const ::base::result_of_t<QJsonObject> json = parse_json(_bytes);
+    if (!json.is_ok()) {
         return refused(_name, json.error);
     }
-    const problems_t shape = check_shape(json.object);
-    if (!shape.empty()) {
+    const problems_t shape = check_shape(json.value);
+    if (!shape.is_empty()) {
         return refused(_name, shape.summary());
     }
-    installation_t whole = unsecured(json.object);
-    const problems_t problems = check_document(json.object, whole);
-    if (!problems.empty()) {
+    installation_t whole = unsecured(json.value);
+    const problems_t problems = check_document(json.value, whole);
+    if (!problems.is_empty()) {
         return refused(_name, problems.summary());
     }
-    secure(whole, json.object["users"]);
+    secure(whole, json.value[QLatin1String("users")]);
     drop_denials(whole);
-    return {whole, {}};
+    return whole;
 }
 
-read_result_t read_document_file(const QString& _path) {
+::base::result_of_t<installation_t> read_document_file(const QString& _path) {
     QFile file(_path);
     if (!file.open(QIODevice::ReadOnly)) {
-        return refused(_path, "cannot be read: " + file.errorString());
+        return refused(_path, QStringLiteral("cannot be read: ") + file.errorString());
     }
     const QByteArray bytes = read_up_to(file, max_file_bytes + 1);
     if (file.error() != QFileDevice::NoError) {
-        return refused(_path, "cannot be read: " + file.errorString());
+        return refused(_path, QStringLiteral("cannot be read: ") + file.errorString());
     }
     if (bytes.size() > max_file_bytes) {
-        return refused(_path, "is larger than 64 MiB");
+        return refused(_path, QStringLiteral("is larger than 64 MiB"));
     }
     return read_document(bytes, _path);
 }

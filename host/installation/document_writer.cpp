@@ -29,32 +29,36 @@ void insert_unless_empty(QJsonObject& _object, const QString& _key, const QStrin
 }
 
 QJsonObject item(const QString& _value) {
-    return {{"value", _value}};
+    return {{QStringLiteral("value"), _value}};
 }
 
 QJsonObject scenario(bool _execution) {
-    return {{"execution", _execution}};
+    return {{QStringLiteral("execution"), _execution}};
 }
 
 QJsonObject thermostat(const thermostat_t& _thermostat) {
-    QJsonObject object{{"ids", write_section(_thermostat.ids, text_or_null)}};
-    insert_unless_empty(object, "id_actual", _thermostat.id_actual);
-    insert_unless_empty(object, "id_windows_contact", _thermostat.id_windows_contact);
+    QJsonObject object{{QStringLiteral("ids"), write_section(_thermostat.ids, text_or_null)}};
+    insert_unless_empty(object, QStringLiteral("id_actual"), _thermostat.id_actual);
+    insert_unless_empty(object, QStringLiteral("id_windows_contact"),
+                        _thermostat.id_windows_contact);
     return object;
 }
 
 QJsonObject element(const element_t& _element) {
-    QJsonObject object{{"name", _element.name}, {"type", _element.type}, {"flags", _element.flags}};
+    QJsonObject object{{QStringLiteral("name"), _element.name},
+                       {QStringLiteral("type"), _element.type},
+                       {QStringLiteral("flags"), _element.flags}};
     if (!_element.functions.isEmpty()) {
-        object.insert("functions", write_section(_element.functions, text_or_null));
+        object.insert(QStringLiteral("functions"), write_section(_element.functions, text_or_null));
     }
-    insert_unless_empty(object, "scenario", _element.scenario);
-    insert_unless_empty(object, "thermostat", _element.thermostat);
+    insert_unless_empty(object, QStringLiteral("scenario"), _element.scenario);
+    insert_unless_empty(object, QStringLiteral("thermostat"), _element.thermostat);
     return object;
 }
 
 QJsonObject user(const user_t& _user) {
-    return {{"username", _user.username}, {"password_hash", _user.password_hash}};
+    return {{QStringLiteral("username"), _user.username},
+            {QStringLiteral("password_hash"), _user.password_hash}};
 }
 
 /// A denial is written as nothing, and so is a user who may do nothing.
@@ -74,13 +78,13 @@ QJsonObject permissions(const QMap<QString, QMap<QString, int>>& _permissions) {
 
 QByteArray write_document(const installation_t& _installation) {
     const QJsonObject document{
-        {"topic", _installation.topic},
-        {"items", write_section(_installation.items, item)},
-        {"scenarios", write_section(_installation.scenarios, scenario)},
-        {"thermostats", write_section(_installation.thermostats, thermostat)},
-        {"elements", write_section(_installation.elements, element)},
-        {"users", write_section(_installation.users, user)},
-        {"permissions", permissions(_installation.permissions)},
+        {QStringLiteral("topic"), _installation.topic},
+        {QStringLiteral("items"), write_section(_installation.items, item)},
+        {QStringLiteral("scenarios"), write_section(_installation.scenarios, scenario)},
+        {QStringLiteral("thermostats"), write_section(_installation.thermostats, thermostat)},
+        {QStringLiteral("elements"), write_section(_installation.elements, element)},
+        {QStringLiteral("users"), write_section(_installation.users, user)},
+        {QStringLiteral("permissions"), permissions(_installation.permissions)},
     };
     return QJsonDocument(document).toJson(QJsonDocument::Indented);
 }

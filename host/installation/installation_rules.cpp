@@ -12,12 +12,12 @@ class rules_t {
     explicit rules_t(const installation_t& _installation) : whole(_installation) {}
 
     problems_t check() {
-        demand(topic_error(whole.topic), {"topic"});
-        check_ids("items", whole.items);
-        check_ids("scenarios", whole.scenarios);
-        check_ids("thermostats", whole.thermostats);
-        check_ids("elements", whole.elements);
-        check_ids("users", whole.users);
+        demand(topic_error(whole.topic), {QStringLiteral("topic")});
+        check_ids(QStringLiteral("items"), whole.items);
+        check_ids(QStringLiteral("scenarios"), whole.scenarios);
+        check_ids(QStringLiteral("thermostats"), whole.thermostats);
+        check_ids(QStringLiteral("elements"), whole.elements);
+        check_ids(QStringLiteral("users"), whole.users);
         check_items();
         check_thermostats();
         check_elements();
@@ -37,7 +37,8 @@ class rules_t {
     void check_ids(const QString& _section, const QMap<QString, value_t>& _entries) {
         for (auto it = _entries.keyBegin(); it != _entries.keyEnd(); ++it) {
             const QString error = identifier_error(*it);
-            demand(error.isEmpty() ? error : "the identifier " + error, {_section, *it});
+            demand(error.isEmpty() ? error : QStringLiteral("the identifier ") + error,
+                   {_section, *it});
         }
     }
 
@@ -45,14 +46,15 @@ class rules_t {
     void check_known(const QString& _what, const QString& _id, const QMap<QString, value_t>& _known,
                      const QStringList& _place) {
         if (!_known.contains(_id)) {
-            problems.add(_place, "there is no " + _what + " " + quoted(_id));
+            problems.add(
+                _place, QStringLiteral("there is no ") + _what + QStringLiteral(" ") + quoted(_id));
         }
     }
 
     /// An empty id means: not connected.
     void check_item_or_empty(const QString& _id, const QStringList& _place) {
         if (!_id.isEmpty()) {
-            check_known("item", _id, whole.items, _place);
+            check_known(QStringLiteral("item"), _id, whole.items, _place);
         }
     }
 
@@ -63,28 +65,30 @@ class rules_t {
 
     void check_items() {
         for (auto it = whole.items.begin(); it != whole.items.end(); ++it) {
-            demand(value_error(it.value()), {"items", it.key(), "value"});
+            demand(value_error(it.value()),
+                   {QStringLiteral("items"), it.key(), QStringLiteral("value")});
         }
     }
 
     void check_thermostats() {
         for (auto it = whole.thermostats.begin(); it != whole.thermostats.end(); ++it) {
-            const QStringList place{"thermostats", it.key()};
-            check_connections(it->ids, place + QStringList{"ids"});
-            check_item_or_empty(it->id_actual, place + QStringList{"id_actual"});
-            check_item_or_empty(it->id_windows_contact, place + QStringList{"id_windows_contact"});
+            const QStringList place{QStringLiteral("thermostats"), it.key()};
+            check_connections(it->ids, place + QStringList{QStringLiteral("ids")});
+            check_item_or_empty(it->id_actual, place + QStringList{QStringLiteral("id_actual")});
+            check_item_or_empty(it->id_windows_contact,
+                                place + QStringList{QStringLiteral("id_windows_contact")});
         }
     }
 
     void check_elements() {
         for (auto it = whole.elements.begin(); it != whole.elements.end(); ++it) {
-            const QStringList place{"elements", it.key()};
-            demand(plain_text_error(it->name), place + QStringList{"name"});
-            check_connections(it->functions, place + QStringList{"functions"});
-            check_target("scenario", it->scenario, it->type == element_type::scenario,
-                         whole.scenarios, place);
-            check_target("thermostat", it->thermostat, it->type == element_type::thermostat,
-                         whole.thermostats, place);
+            const QStringList place{QStringLiteral("elements"), it.key()};
+            demand(plain_text_error(it->name), place + QStringList{QStringLiteral("name")});
+            check_connections(it->functions, place + QStringList{QStringLiteral("functions")});
+            check_target(QStringLiteral("scenario"), it->scenario,
+                         it->type == element_type::scenario, whole.scenarios, place);
+            check_target(QStringLiteral("thermostat"), it->thermostat,
+                         it->type == element_type::thermostat, whole.thermostats, place);
         }
     }
 
@@ -93,7 +97,8 @@ class rules_t {
         for (auto it = _ids.begin(); it != _ids.end(); ++it) {
             check_key(it.key(), _place + QStringList{it.key()});
             if (!it->isNull()) {
-                check_known("item", it.value(), whole.items, _place + QStringList{it.key()});
+                check_known(QStringLiteral("item"), it.value(), whole.items,
+                            _place + QStringList{it.key()});
             }
         }
     }
@@ -104,18 +109,19 @@ class rules_t {
         if (!_id.isEmpty()) {
             check_known(_key, _id, _known, _place + QStringList{_key});
         } else if (_needed) {
-            problems.add(_place, "an element of this type needs a " + quoted(_key));
+            problems.add(_place, QStringLiteral("an element of this type needs a ") + quoted(_key));
         }
     }
 
     void check_users() {
         QMap<QString, QString> owners;
         for (auto it = whole.users.begin(); it != whole.users.end(); ++it) {
-            const QStringList place{"users", it.key(), "username"};
+            const QStringList place{QStringLiteral("users"), it.key(), QStringLiteral("username")};
             demand(identifier_error(it->username), place);
             if (owners.contains(it->username)) {
-                problems.add(place, quoted(it->username) + " is the name of user " +
-                                        quoted(owners.value(it->username)) + " already");
+                problems.add(place, quoted(it->username) + QStringLiteral(" is the name of user ") +
+                                        quoted(owners.value(it->username)) +
+                                        QStringLiteral(" already"));
             }
             owners.insert(it->username, it.key());
         }
@@ -123,9 +129,11 @@ class rules_t {
 
     void check_permissions() {
         for (auto it = whole.permissions.begin(); it != whole.permissions.end(); ++it) {
-            check_known("user", it.key(), whole.users, {"permissions", it.key()});
+            check_known(QStringLiteral("user"), it.key(), whole.users,
+                        {QStringLiteral("permissions"), it.key()});
             for (auto grant = it->keyBegin(); grant != it->keyEnd(); ++grant) {
-                check_known("element", *grant, whole.elements, {"permissions", it.key(), *grant});
+                check_known(QStringLiteral("element"), *grant, whole.elements,
+                            {QStringLiteral("permissions"), it.key(), *grant});
             }
         }
     }

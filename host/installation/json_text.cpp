@@ -11,6 +11,8 @@
 
 namespace database::installation {
 
+using ::base::result_t;
+
 namespace {
 
 QString at(const QByteArray& _bytes, qsizetype _offset, const QString& _sentence) {
@@ -41,7 +43,8 @@ class key_walk_t {
             if (bytes[position] == '"') {
                 position = string_end(position);
                 if (!note_key(begin)) {
-                    return at(bytes, begin, quoted(key) + " stands twice in one object");
+                    return at(bytes, begin,
+                              quoted(key) + QStringLiteral(" stands twice in one object"));
                 }
                 continue;
             }
@@ -96,16 +99,20 @@ class key_walk_t {
 
 }  // namespace
 
-json_text_t parse_json(const QByteArray& _bytes) {
+::base::result_of_t<QJsonObject> parse_json(const QByteArray& _bytes) {
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(_bytes, &error);
     if (error.error != QJsonParseError::NoError) {
-        return {{}, at(_bytes, error.offset, error.errorString())};
+        return result_t::failed(at(_bytes, error.offset, error.errorString()));
     }
     if (!document.isObject()) {
-        return {{}, QStringLiteral("must be a JSON object")};
+        return result_t::failed(QStringLiteral("must be a JSON object"));
     }
-    return {document.object(), key_walk_t(_bytes).duplicate()};
+    const QString duplicate = key_walk_t(_bytes).duplicate();
+    if (!duplicate.isEmpty()) {
+        return result_t::failed(duplicate);
+    }
+    return document.object();
 }
 
 }  // namespace database::installation

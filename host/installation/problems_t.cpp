@@ -24,7 +24,8 @@ QString shown_place(const QStringList& _place) {
 
 void problems_t::add(const QStringList& _place, const QString& _sentence) {
     if (++count == 1) {
-        first = _place.isEmpty() ? _sentence : shown_place(_place) + ": " + _sentence;
+        first =
+            _place.isEmpty() ? _sentence : shown_place(_place) + QStringLiteral(": ") + _sentence;
     }
 }
 

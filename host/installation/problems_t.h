@@ -11,7 +11,7 @@ class problems_t {
     /// @param _place keys from the document's root; empty: the document itself.
     void add(const QStringList& _place, const QString& _sentence);
 
-    bool empty() const { return count == 0; }
+    bool is_empty() const { return count == 0; }
 
     /// "elements/e-lamp/type: must be ... (and 2 more)"; empty when there is no problem.
     QString summary() const;

@@ -28,8 +28,9 @@ QJsonObject read_schema() {
 /// Without the rules that installation_rules.cpp checks with better sentences. Patterns must go
 /// in any case: std::regex recurses once per character, and a text of some 100 kB ends the process.
 QJsonValue shape_only(const QJsonValue& _schema) {
-    static const QStringList left_to_rules{"pattern", "propertyNames", "oneOf",
-                                           "allOf",   "maxLength",     "minLength"};
+    static const QStringList left_to_rules{
+        QStringLiteral("pattern"), QStringLiteral("propertyNames"), QStringLiteral("oneOf"),
+        QStringLiteral("allOf"),   QStringLiteral("maxLength"),     QStringLiteral("minLength")};
     if (!_schema.isObject()) {
         return _schema;
     }
@@ -58,30 +59,33 @@ const valijson::Schema& compiled_schema() {
 }
 
 QJsonObject resolved(const QJsonObject& _schema) {
-    const QString definition = _schema["$ref"].toString().section('/', -1);
-    return definition.isEmpty() ? _schema : schema_document()["definitions"][definition].toObject();
+    const QString definition = _schema[QLatin1String("$ref")].toString().section('/', -1);
+    return definition.isEmpty()
+               ? _schema
+               : schema_document()[QLatin1String("definitions")][definition].toObject();
 }
 
 /// The part of the schema that speaks about a place of the document.
 QJsonObject schema_at(const QStringList& _place) {
     QJsonObject schema = schema_document();
     for (const QString& key : _place) {
-        const QJsonValue property = schema["properties"][key];
-        schema =
-            resolved((property.isObject() ? property : schema["additionalProperties"]).toObject());
+        const QJsonValue property = schema[QLatin1String("properties")][key];
+        schema = resolved(
+            (property.isObject() ? property : schema[QLatin1String("additionalProperties")])
+                .toObject());
     }
     return schema;
 }
 
 QString wrong_key(const QJsonObject& _value, const QJsonObject& _schema) {
-    for (const QJsonValue& key : _schema["required"].toArray()) {
+    for (const QJsonValue& key : _schema[QLatin1String("required")].toArray()) {
         if (!_value.contains(key.toString())) {
-            return quoted(key.toString()) + " is missing";
+            return quoted(key.toString()) + QStringLiteral(" is missing");
         }
     }
     for (const QString& key : _value.keys()) {
-        if (!_schema["properties"].toObject().contains(key)) {
-            return "there is no such key as " + quoted(key);
+        if (!_schema[QLatin1String("properties")].toObject().contains(key)) {
+            return QStringLiteral("there is no such key as ") + quoted(key);
         }
     }
     return {};
@@ -94,7 +98,7 @@ QString sentence(const QJsonObject& _document, const QStringList& _place) {
     }
     const QJsonObject schema = schema_at(_place);
     const QString keys = value.isObject() ? wrong_key(value.toObject(), schema) : QString();
-    return keys.isEmpty() ? schema["errorMessage"].toString() : keys;
+    return keys.isEmpty() ? schema[QLatin1String("errorMessage")].toString() : keys;
 }
 
 /// valijson's context is "<root>", "[elements]", "[e-lamp]".

@@ -5,7 +5,7 @@
 
 namespace database::live {
 
-using store::result_t;
+using ::base::result_t;
 using store::transaction_t;
 
 change_feed_t::change_feed_t(store::connection_t& _connection, database_t* _database,
@@ -24,10 +24,10 @@ result_t change_feed_t::load() {
     installation::installation_t whole;
     {
         transaction_t transaction(connection, transaction_t::kind_t::reading);
-        const result_t result = transaction.begun().ok()
+        const result_t result = transaction.begun().is_ok()
                                     ? store::store_reader_t(connection).read_all(&whole)
                                     : transaction.begun();
-        if (!result.ok()) {
+        if (!result.is_ok()) {
             return result;
         }
         last_sequence = log.last_sequence();
@@ -45,7 +45,7 @@ void change_feed_t::check() {
     const qint64 before = last_sequence;
     model_changes_t changes;
     const result_t result = read_changes(&changes);
-    if (!result.ok()) {
+    if (!result.is_ok()) {
         log.forget();
         Q_EMIT failed(result.error);
         return;
@@ -58,18 +58,20 @@ void change_feed_t::check() {
 
 result_t change_feed_t::read_changes(model_changes_t* _changes) {
     transaction_t transaction(connection, transaction_t::kind_t::reading);
-    return transaction.begun().ok() ? absorb(_changes) : transaction.begun();
+    return transaction.begun().is_ok() ? absorb(_changes) : transaction.begun();
 }
 
 result_t change_feed_t::absorb(model_changes_t* _changes) {
-    store::change_batch_t batch;
+    const ::base::result_of_t<store::change_batch_t> rows = log.read(last_sequence);
+    if (!rows.is_ok()) {
+        return rows;
+    }
+    const store::change_batch_t& batch = rows.value;
     installation::installation_t part;
     store::store_reader_t reader(connection);
-    result_t result = log.read(last_sequence, &batch);
-    if (result.ok()) {
-        result = batch.everything ? reader.read_all(&part) : reader.read_batch(batch, &part);
-    }
-    if (!result.ok()) {
+    const result_t result =
+        batch.everything ? reader.read_all(&part) : reader.read_batch(batch, &part);
+    if (!result.is_ok()) {
         return result;
     }
     last_sequence = batch.last_sequence;
@@ -119,7 +121,7 @@ void change_feed_t::announce_users_and_elements(const model_changes_t& _changes)
 
 void change_feed_t::announce_realtime(const model_changes_t& _changes) {
     for (const QString& id : _changes.scenarios) {
-        realtime->announce_scenary(id);
+        realtime->announce_scenario(id);
     }
     if (_changes.items.size() > bulk_limit) {
         Q_EMIT database->getRealtime()->getNotifier()->onRealtimeChangeItems({});

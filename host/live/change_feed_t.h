@@ -21,13 +21,13 @@ class change_feed_t : public QObject {
     ~change_feed_t() override;
 
     /// Fills the model; what is written from then on comes as changes. Announces nothing.
-    store::result_t load();
+    ::base::result_t load();
 
     /// Looks whether something was written, and if so applies and announces it.
     void check();
 
     /// For a caller that holds a transaction: applies what is there, without announcing.
-    store::result_t absorb(model_changes_t* _changes);
+    ::base::result_t absorb(model_changes_t* _changes);
     /// Announces what absorb() applied; to be called after the transaction.
     void announce(const model_changes_t& _changes);
 
@@ -42,7 +42,7 @@ class change_feed_t : public QObject {
     void failed(const QString& _sentence);
 
  private:
-    store::result_t read_changes(model_changes_t* _changes);
+    ::base::result_t read_changes(model_changes_t* _changes);
     void announce_users_and_elements(const model_changes_t& _changes);
     void announce_realtime(const model_changes_t& _changes);
 

@@ -5,7 +5,7 @@
 
 namespace database::live {
 
-using store::result_t;
+using ::base::result_t;
 
 namespace {
 
@@ -34,13 +34,13 @@ live_database_t::~live_database_t() {
 
 result_t live_database_t::open(const QString& _path) {
     result_t result = store::open_database(connection, _path, 5000);
-    if (result.ok()) {
+    if (result.is_ok()) {
         result = changes.load();
     }
-    if (result.ok()) {
+    if (result.is_ok()) {
         result = connection.run(QStringLiteral("PRAGMA busy_timeout = %1").arg(busy_ms));
     }
-    if (result.ok()) {
+    if (result.is_ok()) {
         watch = new wal_watch_t(_path, options.poll_ms, this);
         connect(watch, &wal_watch_t::woken, &changes, &change_feed_t::check);
     }
@@ -54,13 +54,13 @@ result_t live_database_t::flush() {
     return result;
 }
 
-result_t live_database_t::read_users(QMap<QString, installation::user_t>* _users) {
+::base::result_of_t<QMap<QString, installation::user_t>> live_database_t::read_users() {
     installation::installation_t part;
-    result_t result = store::store_reader_t(connection).read_accounts(&part);
-    if (result.ok()) {
-        *_users = part.users;
+    const result_t result = store::store_reader_t(connection).read_accounts(&part);
+    if (!result.is_ok()) {
+        return result;
     }
-    return result;
+    return part.users;
 }
 
 }  // namespace database::live

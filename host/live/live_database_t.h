@@ -27,13 +27,13 @@ class live_database_t : public QObject {
     ~live_database_t() override;
 
     /// Opens or creates the file, fills the objects and begins to follow changes. Once only.
-    store::result_t open(const QString& _path);
+    ::base::result_t open(const QString& _path);
 
     /// Saves every realtime value now, waiting up to five seconds for other writers.
-    store::result_t flush();
+    ::base::result_t flush();
 
     /// Reads the users with their password hashes, by user id: what the broker's files are made of.
-    store::result_t read_users(QMap<QString, installation::user_t>* _users);
+    ::base::result_of_t<QMap<QString, installation::user_t>> read_users();
 
     /// Where bus drivers set values.
     realtime_writer_t* writer() { return &realtime; }

@@ -125,14 +125,14 @@ QStringList model_t::apply_scenarios(const std::set<QString>& _ids, const instal
         const auto execution = _part.scenarios.constFind(id);
         if (execution == _part.scenarios.constEnd()) {
             table_writer_t(database).remove<objects::ps_object_scenary_t>(id);
-            realtime->forget_scenary(id);
+            realtime->forget_scenario(id);
             changed.append(id);
             continue;
         }
         if (scenarios->list(id) == nullptr) {
             put_scenario(id);
         }
-        if (realtime->take_scenary(id, *execution)) {
+        if (realtime->take_scenario(id, *execution)) {
             changed.append(id);
         }
     }

@@ -5,7 +5,7 @@
 
 namespace database::live {
 
-using store::result_t;
+using ::base::result_t;
 using store::transaction_t;
 
 realtime_saver_t::realtime_saver_t(store::connection_t& _connection, database_t* _database,
@@ -37,14 +37,14 @@ void realtime_saver_t::on_unsaved() {
 
 void realtime_saver_t::on_timeout() {
     const result_t result = save();
-    if (!result.ok()) {
+    if (!result.is_ok()) {
         Q_EMIT failed(result.error);
         delay.start();
     }
 }
 
 result_t realtime_saver_t::save() {
-    if (!database || (realtime->unsaved_items().empty() && realtime->unsaved_scenaries().empty())) {
+    if (!database || (realtime->unsaved_items().empty() && realtime->unsaved_scenarios().empty())) {
         return {};
     }
     model_changes_t foreign;
@@ -52,18 +52,18 @@ result_t realtime_saver_t::save() {
     {
         transaction_t transaction(connection, transaction_t::kind_t::writing);
         result = transaction.begun();
-        if (result.ok()) {
+        if (result.is_ok()) {
             // What others wrote before us is newer than what we are about to overwrite.
             result = feed->absorb(&foreign);
         }
-        if (result.ok()) {
+        if (result.is_ok()) {
             result = write_values();
         }
-        if (result.ok()) {
+        if (result.is_ok()) {
             result = transaction.commit();
         }
     }
-    if (result.ok()) {
+    if (result.is_ok()) {
         realtime->clear_unsaved();
         delay.stop();
     }
@@ -75,21 +75,21 @@ result_t realtime_saver_t::write_values() {
     result_t result;
     const realtime::realtime_t* side = database->getRealtime();
     for (const QString& id : realtime->unsaved_items()) {
-        if (result.ok()) {
+        if (result.is_ok()) {
             result =
                 connection.run(QStringLiteral("UPDATE items SET value = ? WHERE id = ?"),
                                {store::text_value(side->getItems()->list(id)->getValue()), id});
         }
     }
-    for (const QString& id : realtime->unsaved_scenaries()) {
-        if (result.ok()) {
+    for (const QString& id : realtime->unsaved_scenarios()) {
+        if (result.is_ok()) {
             result =
                 connection.run(QStringLiteral("UPDATE scenarios SET execution = ? WHERE id = ?"),
                                {int(side->getScenary()->list(id)->getExecution()), id});
         }
     }
     // Under the write lock all other rows have been applied: what is left are our own.
-    return result.ok() ? store::change_log_t(connection).clear() : result;
+    return result.is_ok() ? store::change_log_t(connection).clear() : result;
 }
 
 }  // namespace database::live

@@ -23,7 +23,7 @@ class realtime_saver_t : public QObject {
 
     /// Saves what is unsaved now; after an error, or while another program holds the store's
     /// write lock, it stays unsaved.
-    store::result_t save();
+    ::base::result_t save();
 
  Q_SIGNALS:
     void failed(const QString& _sentence);
@@ -31,7 +31,7 @@ class realtime_saver_t : public QObject {
  private:
     void on_unsaved();
     void on_timeout();
-    store::result_t write_values();
+    ::base::result_t write_values();
 
     store::connection_t& connection;
     QPointer<database_t> database;

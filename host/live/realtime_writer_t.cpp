@@ -26,18 +26,18 @@ bool realtime_writer_t::write_item(const QString& _id, const QString& _value) {
     return true;
 }
 
-bool realtime_writer_t::write_scenary(const QString& _id, bool _execution) {
-    rt_object_scenary_t* scenary =
+bool realtime_writer_t::write_scenario(const QString& _id, bool _execution) {
+    rt_object_scenary_t* scenario =
         database ? database->getRealtime()->getScenary()->list(_id) : nullptr;
-    if (scenary == nullptr) {
+    if (scenario == nullptr) {
         return false;
     }
-    if (scenary->getExecution() != _execution) {
-        table_writer_t(database).set_execution(scenary, _execution);
-        dirty_scenaries.insert(_id);
+    if (scenario->getExecution() != _execution) {
+        table_writer_t(database).set_execution(scenario, _execution);
+        dirty_scenarios.insert(_id);
         Q_EMIT unsaved();
     }
-    announce_scenary(_id);
+    announce_scenario(_id);
     return true;
 }
 
@@ -53,15 +53,15 @@ bool realtime_writer_t::take_item(const QString& _id, const QString& _value) {
     return changed;
 }
 
-bool realtime_writer_t::take_scenary(const QString& _id, bool _execution) {
-    dirty_scenaries.erase(_id);
-    rt_object_scenary_t* scenary = database->getRealtime()->getScenary()->list(_id);
-    if (scenary == nullptr) {
+bool realtime_writer_t::take_scenario(const QString& _id, bool _execution) {
+    dirty_scenarios.erase(_id);
+    rt_object_scenary_t* scenario = database->getRealtime()->getScenary()->list(_id);
+    if (scenario == nullptr) {
         table_writer_t(database).put(_id, std::make_unique<rt_object_scenary_t>(_execution));
         return true;
     }
-    const bool changed = scenary->getExecution() != _execution;
-    table_writer_t(database).set_execution(scenary, _execution);
+    const bool changed = scenario->getExecution() != _execution;
+    table_writer_t(database).set_execution(scenario, _execution);
     return changed;
 }
 
@@ -70,8 +70,8 @@ void realtime_writer_t::forget_item(const QString& _id) {
     table_writer_t(database).remove<rt_object_item_t>(_id);
 }
 
-void realtime_writer_t::forget_scenary(const QString& _id) {
-    dirty_scenaries.erase(_id);
+void realtime_writer_t::forget_scenario(const QString& _id) {
+    dirty_scenarios.erase(_id);
     table_writer_t(database).remove<rt_object_scenary_t>(_id);
 }
 
@@ -80,14 +80,14 @@ void realtime_writer_t::announce_item(const QString& _id) {
         {{QStringLiteral("item"), _id}}, _id);
 }
 
-void realtime_writer_t::announce_scenary(const QString& _id) {
+void realtime_writer_t::announce_scenario(const QString& _id) {
     Q_EMIT database->getRealtime()->getNotifier()->onRealtimeChangeScenaryObjects(
         {{QStringLiteral("scenario"), _id}}, _id);
 }
 
 void realtime_writer_t::clear_unsaved() {
     dirty_items.clear();
-    dirty_scenaries.clear();
+    dirty_scenarios.clear();
 }
 
 }  // namespace database::live

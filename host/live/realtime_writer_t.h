@@ -20,21 +20,21 @@ class realtime_writer_t : public QObject {
 
     /// The bus's side: stores, then announces, an unchanged value too. False: unknown id.
     bool write_item(const QString& _id, const QString& _value);
-    bool write_scenary(const QString& _id, bool _execution);
+    bool write_scenario(const QString& _id, bool _execution);
 
     /// The store's side: takes over a value that is on disk, without announcing it; what was
     /// unsaved for the id is dropped. True when the value in memory was another or none.
     bool take_item(const QString& _id, const QString& _value);
-    bool take_scenary(const QString& _id, bool _execution);
+    bool take_scenario(const QString& _id, bool _execution);
     void forget_item(const QString& _id);
-    void forget_scenary(const QString& _id);
+    void forget_scenario(const QString& _id);
 
     void announce_item(const QString& _id);
-    void announce_scenary(const QString& _id);
+    void announce_scenario(const QString& _id);
 
     /// Ids whose value in memory is not on disk.
     const std::set<QString>& unsaved_items() const { return dirty_items; }
-    const std::set<QString>& unsaved_scenaries() const { return dirty_scenaries; }
+    const std::set<QString>& unsaved_scenarios() const { return dirty_scenarios; }
     /// Says that all of them are on disk, or do not matter any more.
     void clear_unsaved();
 
@@ -45,7 +45,7 @@ class realtime_writer_t : public QObject {
  private:
     QPointer<database_t> database;
     std::set<QString> dirty_items;
-    std::set<QString> dirty_scenaries;
+    std::set<QString> dirty_scenarios;
 };
 
 }  // namespace database::live

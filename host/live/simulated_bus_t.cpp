@@ -16,7 +16,7 @@ simulated_bus_t::simulated_bus_t(database_t* _database, realtime_writer_t* _real
         Qt::QueuedConnection);
     connect(
         requests, &ps_requests_t::scenaryExecutionRequested, this,
-        [this](const QString& _id, bool _execution) { realtime->write_scenary(_id, _execution); },
+        [this](const QString& _id, bool _execution) { realtime->write_scenario(_id, _execution); },
         Qt::QueuedConnection);
     connect(&timer, &QTimer::timeout, this, &simulated_bus_t::step);
 }

@@ -53,8 +53,8 @@ class table_writer_t {
         _item->value = _value;
     }
 
-    void set_execution(realtime::objects::rt_object_scenary_t* _scenary, bool _execution) const {
-        _scenary->execution = _execution;
+    void set_execution(realtime::objects::rt_object_scenary_t* _scenario, bool _execution) const {
+        _scenario->execution = _execution;
     }
 
  private:

@@ -13,11 +13,6 @@ struct change_batch_t {
     bool topic = false;
     bool accounts = false;  ///< a user name or a password changed, users came or went
     std::set<QString> items, scenarios, thermostats, elements, users;
-
-    bool empty() const {
-        return !everything && !topic && !accounts && items.empty() && scenarios.empty() &&
-               thermostats.empty() && elements.empty();
-    }
 };
 
 }  // namespace database::store

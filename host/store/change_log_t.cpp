@@ -4,6 +4,8 @@
 
 namespace database::store {
 
+using ::base::result_t;
+
 namespace {
 
 void add(const QString& _tab, const QString& _key, change_batch_t* _batch) {
@@ -34,15 +36,20 @@ bool change_log_t::foreign_commit() {
     return std::exchange(data_version, version) != version;
 }
 
-result_t change_log_t::read(qint64 _after, change_batch_t* _batch) {
-    _batch->last_sequence = _after;
-    return connection.each(
-        QStringLiteral("SELECT sequence, tab, key FROM changes WHERE sequence > ? "
-                       "ORDER BY sequence"),
-        {_after}, [_batch](const QSqlQuery& _row) {
-            _batch->last_sequence = _row.value(0).toLongLong();
-            add(_row.value(1).toString(), _row.value(2).toString(), _batch);
-        });
+::base::result_of_t<change_batch_t> change_log_t::read(qint64 _after) {
+    change_batch_t batch;
+    batch.last_sequence = _after;
+    const result_t result =
+        connection.each(QStringLiteral("SELECT sequence, tab, key FROM changes WHERE sequence > ? "
+                                       "ORDER BY sequence"),
+                        {_after}, [&batch](const QSqlQuery& _row) {
+                            batch.last_sequence = _row.value(0).toLongLong();
+                            add(_row.value(1).toString(), _row.value(2).toString(), &batch);
+                        });
+    if (!result.is_ok()) {
+        return result;
+    }
+    return batch;
 }
 
 qint64 change_log_t::last_sequence() {
@@ -60,9 +67,9 @@ result_t change_log_t::clear() {
 result_t change_log_t::collapse(qint64 _sequence) {
     const result_t deleted =
         connection.run(QStringLiteral("DELETE FROM changes WHERE sequence > ?"), {_sequence});
-    return deleted.ok() ? connection.run(
-                              QStringLiteral("INSERT INTO changes (tab, key) VALUES ('bulk', '')"))
-                        : deleted;
+    return deleted.is_ok() ? connection.run(QStringLiteral(
+                                 "INSERT INTO changes (tab, key) VALUES ('bulk', '')"))
+                           : deleted;
 }
 
 }  // namespace database::store

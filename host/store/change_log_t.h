@@ -16,15 +16,15 @@ class change_log_t {
     void forget() { data_version = -1; }
     /// Reads the rows above @p _after. To be called inside the transaction that reads what the
     /// rows point to.
-    result_t read(qint64 _after, change_batch_t* _batch);
+    ::base::result_of_t<change_batch_t> read(qint64 _after);
     /// Number of the newest row, 0 when there is none. Inside the transaction of a whole read.
     qint64 last_sequence();
     /// Deletes the rows up to @p _sequence.
-    result_t prune(qint64 _sequence);
+    ::base::result_t prune(qint64 _sequence);
     /// Deletes all rows.
-    result_t clear();
+    ::base::result_t clear();
     /// Deletes the rows above @p _sequence and leaves one that means "read everything again".
-    result_t collapse(qint64 _sequence);
+    ::base::result_t collapse(qint64 _sequence);
 
  private:
     connection_t& connection;

@@ -8,6 +8,8 @@
 
 namespace database::store {
 
+using ::base::result_t;
+
 struct connection_t::impl_t {
     QString name;  ///< Qt's name of the connection; empty: closed
     QString path;
@@ -94,7 +96,7 @@ result_t connection_t::each(const QString& _sql, const QVariantList& _values, co
         result = impl->failure(query->lastError());
     }
     impl->changed_rows = query->numRowsAffected();
-    while (result.ok() && _row && query->next()) {
+    while (result.is_ok() && _row && query->next()) {
         _row(*query);
     }
     // A stepped statement that is not finished keeps its read transaction open.
@@ -109,7 +111,7 @@ QVariant connection_t::value(const QString& _sql, const QVariantList& _values) {
             first = _row.value(0);
         }
     });
-    return result.ok() ? first : QVariant();
+    return result.is_ok() ? first : QVariant();
 }
 
 int connection_t::changed_rows() const {

@@ -4,7 +4,7 @@
 #include <functional>
 #include <memory>
 
-#include "store/result_t.h"
+#include "base/result_t.h"
 
 class QSqlQuery;
 
@@ -23,14 +23,14 @@ class connection_t {
 
     /// Opens @p _path; closes what was open before.
     /// @param _busy_ms how long a statement waits for another writer, in milliseconds
-    result_t open(const QString& _path, access_t _access, int _busy_ms);
+    ::base::result_t open(const QString& _path, access_t _access, int _busy_ms);
     void close();
     QString path() const;
 
     /// Runs one statement; rows that it yields are ignored.
-    result_t run(const QString& _sql, const QVariantList& _values = {});
+    ::base::result_t run(const QString& _sql, const QVariantList& _values = {});
     /// Runs one statement and calls @p _row for each row.
-    result_t each(const QString& _sql, const QVariantList& _values, const row_t& _row);
+    ::base::result_t each(const QString& _sql, const QVariantList& _values, const row_t& _row);
     /// First column of the first row; invalid without a row or after an error.
     QVariant value(const QString& _sql, const QVariantList& _values = {});
 

@@ -8,6 +8,8 @@
 
 namespace database::store {
 
+using ::base::result_t;
+
 namespace {
 
 constexpr int application_id = 0x746f7264;  // marks the file as an installation database
@@ -26,7 +28,7 @@ result_t create_private(const QString& _path) {
 result_t check_existing(const QString& _path) {
     connection_t connection;
     const result_t opened = connection.open(_path, connection_t::access_t::read_only, 5000);
-    if (!opened.ok()) {
+    if (!opened.is_ok()) {
         return opened;
     }
     const QString verdict = connection.value(QStringLiteral("PRAGMA quick_check(1)")).toString();
@@ -56,7 +58,7 @@ result_t configure(connection_t& _connection) {
     for (const char* pragma :
          {"PRAGMA journal_mode = WAL", "PRAGMA synchronous = NORMAL", "PRAGMA foreign_keys = ON"}) {
         const result_t result = _connection.run(QLatin1String(pragma));
-        if (!result.ok()) {
+        if (!result.is_ok()) {
             return result;
         }
     }
@@ -77,13 +79,13 @@ result_t create_tables(connection_t& _connection) {
     const QStringList blocks = QString::fromUtf8(file.readAll()).split(QLatin1String("\n\n"));
     for (const QString& block : blocks) {
         const result_t result = is_comment(block) ? result_t() : _connection.run(block);
-        if (!result.ok()) {
+        if (!result.is_ok()) {
             return result;
         }
     }
     const result_t marked =
         _connection.run(QStringLiteral("PRAGMA application_id = %1").arg(application_id));
-    return marked.ok()
+    return marked.is_ok()
                ? _connection.run(QStringLiteral("PRAGMA user_version = %1").arg(schema_version))
                : marked;
 }
@@ -95,14 +97,14 @@ result_t ensure_tables(connection_t& _connection) {
         return {};
     }
     transaction_t transaction(_connection, transaction_t::kind_t::writing);
-    if (!transaction.begun().ok()) {
+    if (!transaction.begun().is_ok()) {
         return transaction.begun();
     }
     if (_connection.value(version).toInt() == schema_version) {
         return transaction.commit();
     }
     const result_t created = create_tables(_connection);
-    return created.ok() ? transaction.commit() : created;
+    return created.is_ok() ? transaction.commit() : created;
 }
 
 }  // namespace
@@ -115,16 +117,16 @@ result_t open_database(connection_t& _connection, const QString& _path, int _bus
 
     const bool is_new = QFileInfo(_path).size() == 0;
     result_t result = is_new ? create_private(_path) : check_existing(_path);
-    if (result.ok()) {
+    if (result.is_ok()) {
         result = _connection.open(_path, connection_t::access_t::read_write, _busy_ms);
     }
-    if (result.ok()) {
+    if (result.is_ok()) {
         result = configure(_connection);
     }
-    if (result.ok()) {
+    if (result.is_ok()) {
         result = ensure_tables(_connection);
     }
-    if (!result.ok()) {
+    if (!result.is_ok()) {
         _connection.close();
     }
     return result;

@@ -11,6 +11,6 @@ inline constexpr int schema_version = 1;
 /// is created, readable by its owner only, since it holds the users' password hashes. A file that
 /// is damaged, foreign or of a newer layout is refused and left as it is.
 /// @param _busy_ms how long a statement waits for another writer, in milliseconds
-result_t open_database(connection_t& _connection, const QString& _path, int _busy_ms);
+::base::result_t open_database(connection_t& _connection, const QString& _path, int _busy_ms);
 
 }  // namespace database::store

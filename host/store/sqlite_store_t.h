@@ -10,13 +10,13 @@ namespace database::store {
 class sqlite_store_t {
  public:
     /// Opens or creates the file; see open_database(). Waits up to five seconds for other writers.
-    result_t open(const QString& _path);
+    ::base::result_t open(const QString& _path);
 
-    /// Reads the whole installation of one moment; on an error @p _target stays as it was.
-    result_t read(installation::installation_t* _target);
+    /// Reads the whole installation of one moment.
+    ::base::result_of_t<installation::installation_t> read();
 
     /// Puts @p _installation in the place of what is there: all of it or, on an error, nothing.
-    result_t replace(const installation::installation_t& _installation);
+    ::base::result_t replace(const installation::installation_t& _installation);
 
     connection_t& connection() { return link; }
 

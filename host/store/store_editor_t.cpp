@@ -7,6 +7,8 @@
 
 namespace database::store {
 
+using ::base::result_t;
+
 namespace {
 
 result_t no_such(const char* _kind, const QString& _id) {
@@ -26,7 +28,7 @@ result_t store_editor_t::grant(const QString& _user, const QString& _element, in
             QStringLiteral("The permission bits %1 are not 0 to 3.").arg(_bits));
     }
     transaction_t transaction(connection, transaction_t::kind_t::writing);
-    if (!transaction.begun().ok()) {
+    if (!transaction.begun().is_ok()) {
         return transaction.begun();
     }
     const QString user = user_id(_user);
@@ -45,7 +47,7 @@ result_t store_editor_t::grant(const QString& _user, const QString& _element, in
                   QStringLiteral("INSERT INTO permissions (user, element, bits) VALUES (?, ?, ?) "
                                  "ON CONFLICT DO UPDATE SET bits = excluded.bits"),
                   {user, _element, _bits});
-    return result.ok() ? transaction.commit() : result;
+    return result.is_ok() ? transaction.commit() : result;
 }
 
 result_t store_editor_t::add_user(const QString& _username, const QString& _password_hash) {
@@ -56,7 +58,7 @@ result_t store_editor_t::add_user(const QString& _username, const QString& _pass
                 .arg(_username));
     }
     transaction_t transaction(connection, transaction_t::kind_t::writing);
-    if (!transaction.begun().ok()) {
+    if (!transaction.begun().is_ok()) {
         return transaction.begun();
     }
     const QString id = QLatin1String("u-") + _username;
@@ -66,7 +68,7 @@ result_t store_editor_t::add_user(const QString& _username, const QString& _pass
     const result_t result = connection.run(
         QStringLiteral("INSERT INTO users (id, username, password_hash) VALUES (?, ?, ?)"),
         {id, _username, text_value(_password_hash)});
-    return result.ok() ? transaction.commit() : result;
+    return result.is_ok() ? transaction.commit() : result;
 }
 
 result_t store_editor_t::set_password(const QString& _user, const QString& _password_hash) {
@@ -93,14 +95,14 @@ result_t store_editor_t::set_value(const char* _table, const QString& _sql, cons
                                    const QString& _id, const result_t& _missing) {
     transaction_t transaction(connection, transaction_t::kind_t::writing);
     result_t result = transaction.begun();
-    if (result.ok()) {
+    if (result.is_ok()) {
         result = change_one(_sql, {_value, _id}, _missing.error);
     }
-    if (result.ok()) {
+    if (result.is_ok()) {
         result = connection.run(QStringLiteral("INSERT INTO changes (tab, key) VALUES (?, ?)"),
                                 {QLatin1String(_table), _id});
     }
-    return result.ok() ? transaction.commit() : result;
+    return result.is_ok() ? transaction.commit() : result;
 }
 
 QString store_editor_t::user_id(const QString& _user) {
@@ -119,7 +121,7 @@ bool store_editor_t::exists(const char* _table, const QString& _id) {
 result_t store_editor_t::change_one(const QString& _sql, const QVariantList& _values,
                                     const QString& _sentence) {
     const result_t result = connection.run(_sql, _values);
-    return result.ok() && connection.changed_rows() == 0 ? result_t::failed(_sentence) : result;
+    return result.is_ok() && connection.changed_rows() == 0 ? result_t::failed(_sentence) : result;
 }
 
 }  // namespace database::store

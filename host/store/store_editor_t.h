@@ -11,28 +11,29 @@ class store_editor_t {
     explicit store_editor_t(connection_t& _connection) : connection(_connection) {}
 
     /// @param _bits 1 read, 2 write, 3 both, 0 takes the grant away
-    result_t grant(const QString& _user, const QString& _element, int _bits);
+    ::base::result_t grant(const QString& _user, const QString& _element, int _bits);
 
     /// Adds a user with the id "u-" and the name; a name that is taken is refused.
-    result_t add_user(const QString& _username, const QString& _password_hash);
-    result_t set_password(const QString& _user, const QString& _password_hash);
+    ::base::result_t add_user(const QString& _username, const QString& _password_hash);
+    ::base::result_t set_password(const QString& _user, const QString& _password_hash);
     /// Removes a user and every grant of it.
-    result_t remove_user(const QString& _user);
+    ::base::result_t remove_user(const QString& _user);
 
     /// The bus's side of an item: what the installation reports, not what a client asks for.
-    result_t set_item(const QString& _item, const QString& _value);
-    result_t set_scenario(const QString& _scenario, bool _execution);
+    ::base::result_t set_item(const QString& _item, const QString& _value);
+    ::base::result_t set_scenario(const QString& _scenario, bool _execution);
 
  private:
     /// The id of the user that @p _user names; empty when there is none. An id goes before a name.
     QString user_id(const QString& _user);
     bool exists(const char* _table, const QString& _id);
     /// Runs one statement that must change the row that @p _sentence misses.
-    result_t change_one(const QString& _sql, const QVariantList& _values, const QString& _sentence);
+    ::base::result_t change_one(const QString& _sql, const QVariantList& _values,
+                                const QString& _sentence);
     /// Notes the change even when the value on disk is this one already: the server may hold
     /// another that it has not saved yet.
-    result_t set_value(const char* _table, const QString& _sql, const QVariant& _value,
-                       const QString& _id, const result_t& _missing);
+    ::base::result_t set_value(const char* _table, const QString& _sql, const QVariant& _value,
+                               const QString& _id, const ::base::result_t& _missing);
 
     connection_t& connection;
 };

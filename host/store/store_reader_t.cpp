@@ -4,6 +4,7 @@
 
 namespace database::store {
 
+using ::base::result_t;
 using installation::installation_t;
 
 namespace {
@@ -21,7 +22,7 @@ result_t store_reader_t::read_all(installation_t* _target) {
                             &store_reader_t::read_elements, &store_reader_t::read_functions,
                             &store_reader_t::read_users, &store_reader_t::read_permissions}) {
         const result_t result = (this->*read)(all, _target);
-        if (!result.ok()) {
+        if (!result.is_ok()) {
             return result;
         }
     }
@@ -51,7 +52,7 @@ result_t store_reader_t::read_batch(const change_batch_t& _batch, installation_t
          }) {
         for (const QString& key : step.keys) {
             const result_t result = (this->*step.read)({step.where, {key}}, _target);
-            if (!result.ok()) {
+            if (!result.is_ok()) {
                 return result;
             }
         }

@@ -12,12 +12,13 @@ class store_reader_t {
     explicit store_reader_t(connection_t& _connection) : connection(_connection) {}
 
     /// Adds the whole installation to @p _target.
-    result_t read_all(installation::installation_t* _target);
+    ::base::result_t read_all(installation::installation_t* _target);
     /// Adds the users alone.
-    result_t read_accounts(installation::installation_t* _target);
+    ::base::result_t read_accounts(installation::installation_t* _target);
     /// Adds what the batch's keys stand for; a key that is not in the store any more stays out.
     /// With an element come all its grants.
-    result_t read_batch(const change_batch_t& _batch, installation::installation_t* _target);
+    ::base::result_t read_batch(const change_batch_t& _batch,
+                                installation::installation_t* _target);
 
  private:
     /// Restricts a read to the row or rows of one key; none: all rows.
@@ -26,15 +27,18 @@ class store_reader_t {
         QVariantList values;
     };
 
-    result_t read_topic(installation::installation_t* _target);
-    result_t read_items(const filter_t& _filter, installation::installation_t* _target);
-    result_t read_scenarios(const filter_t& _filter, installation::installation_t* _target);
-    result_t read_thermostats(const filter_t& _filter, installation::installation_t* _target);
-    result_t read_thermostat_ids(const filter_t& _filter, installation::installation_t* _target);
-    result_t read_elements(const filter_t& _filter, installation::installation_t* _target);
-    result_t read_functions(const filter_t& _filter, installation::installation_t* _target);
-    result_t read_users(const filter_t& _filter, installation::installation_t* _target);
-    result_t read_permissions(const filter_t& _filter, installation::installation_t* _target);
+    ::base::result_t read_topic(installation::installation_t* _target);
+    ::base::result_t read_items(const filter_t& _filter, installation::installation_t* _target);
+    ::base::result_t read_scenarios(const filter_t& _filter, installation::installation_t* _target);
+    ::base::result_t read_thermostats(const filter_t& _filter,
+                                      installation::installation_t* _target);
+    ::base::result_t read_thermostat_ids(const filter_t& _filter,
+                                         installation::installation_t* _target);
+    ::base::result_t read_elements(const filter_t& _filter, installation::installation_t* _target);
+    ::base::result_t read_functions(const filter_t& _filter, installation::installation_t* _target);
+    ::base::result_t read_users(const filter_t& _filter, installation::installation_t* _target);
+    ::base::result_t read_permissions(const filter_t& _filter,
+                                      installation::installation_t* _target);
 
     connection_t& connection;
 };

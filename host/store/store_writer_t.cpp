@@ -2,6 +2,7 @@
 
 namespace database::store {
 
+using ::base::result_t;
 using installation::installation_t;
 
 result_t store_writer_t::clear() {
@@ -9,7 +10,7 @@ result_t store_writer_t::clear() {
                               "thermostats", "users", "scenarios", "items", "meta"}) {
         const result_t result =
             connection.run(QLatin1String("DELETE FROM ") + QLatin1String(table));
-        if (!result.ok()) {
+        if (!result.is_ok()) {
             return result;
         }
     }
@@ -21,7 +22,7 @@ result_t store_writer_t::write(const installation_t& _installation) {
                              &store_writer_t::write_thermostats, &store_writer_t::write_elements,
                              &store_writer_t::write_users, &store_writer_t::write_permissions}) {
         const result_t result = (this->*write)(_installation);
-        if (!result.ok()) {
+        if (!result.is_ok()) {
             return result;
         }
     }
@@ -31,7 +32,8 @@ result_t store_writer_t::write(const installation_t& _installation) {
 
 result_t store_writer_t::write_items(const installation_t& _installation) {
     result_t result;
-    for (auto i = _installation.items.begin(); result.ok() && i != _installation.items.end(); ++i) {
+    for (auto i = _installation.items.begin(); result.is_ok() && i != _installation.items.end();
+         ++i) {
         result = connection.run(QStringLiteral("INSERT INTO items (id, value) VALUES (?, ?)"),
                                 {text_value(i.key()), text_value(i.value())});
     }
@@ -41,7 +43,7 @@ result_t store_writer_t::write_items(const installation_t& _installation) {
 result_t store_writer_t::write_scenarios(const installation_t& _installation) {
     const auto& scenarios = _installation.scenarios;
     result_t result;
-    for (auto i = scenarios.begin(); result.ok() && i != scenarios.end(); ++i) {
+    for (auto i = scenarios.begin(); result.is_ok() && i != scenarios.end(); ++i) {
         result =
             connection.run(QStringLiteral("INSERT INTO scenarios (id, execution) VALUES (?, ?)"),
                            {text_value(i.key()), int(i.value())});
@@ -52,13 +54,13 @@ result_t store_writer_t::write_scenarios(const installation_t& _installation) {
 result_t store_writer_t::write_thermostats(const installation_t& _installation) {
     const auto& thermostats = _installation.thermostats;
     result_t result;
-    for (auto i = thermostats.begin(); result.ok() && i != thermostats.end(); ++i) {
+    for (auto i = thermostats.begin(); result.is_ok() && i != thermostats.end(); ++i) {
         result = connection.run(
             QStringLiteral("INSERT INTO thermostats (id, id_actual, id_windows_contact) "
                            "VALUES (?, ?, ?)"),
             {text_value(i.key()), reference_value(i->id_actual),
              reference_value(i->id_windows_contact)});
-        for (auto id = i->ids.begin(); result.ok() && id != i->ids.end(); ++id) {
+        for (auto id = i->ids.begin(); result.is_ok() && id != i->ids.end(); ++id) {
             result =
                 connection.run(QStringLiteral("INSERT INTO thermostat_ids (thermostat, key, item) "
                                               "VALUES (?, ?, ?)"),
@@ -71,13 +73,13 @@ result_t store_writer_t::write_thermostats(const installation_t& _installation) 
 result_t store_writer_t::write_elements(const installation_t& _installation) {
     const auto& elements = _installation.elements;
     result_t result;
-    for (auto i = elements.begin(); result.ok() && i != elements.end(); ++i) {
+    for (auto i = elements.begin(); result.is_ok() && i != elements.end(); ++i) {
         result = connection.run(
             QStringLiteral("INSERT INTO elements (id, name, type, flags, scenario, thermostat) "
                            "VALUES (?, ?, ?, ?, ?, ?)"),
             {text_value(i.key()), text_value(i->name), i->type, i->flags,
              reference_value(i->scenario), reference_value(i->thermostat)});
-        for (auto f = i->functions.begin(); result.ok() && f != i->functions.end(); ++f) {
+        for (auto f = i->functions.begin(); result.is_ok() && f != i->functions.end(); ++f) {
             result = connection.run(
                 QStringLiteral("INSERT INTO functions (element, name, item) VALUES (?, ?, ?)"),
                 {i.key(), text_value(f.key()), reference_value(f.value())});
@@ -89,7 +91,7 @@ result_t store_writer_t::write_elements(const installation_t& _installation) {
 result_t store_writer_t::write_users(const installation_t& _installation) {
     const auto& users = _installation.users;
     result_t result;
-    for (auto i = users.begin(); result.ok() && i != users.end(); ++i) {
+    for (auto i = users.begin(); result.is_ok() && i != users.end(); ++i) {
         result = connection.run(
             QStringLiteral("INSERT INTO users (id, username, password_hash) VALUES (?, ?, ?)"),
             {text_value(i.key()), text_value(i->username), text_value(i->password_hash)});
@@ -103,7 +105,7 @@ result_t store_writer_t::write_permissions(const installation_t& _installation) 
     const auto& users = _installation.permissions;
     result_t result;
     for (auto user = users.begin(); user != users.end(); ++user) {
-        for (auto i = user->begin(); result.ok() && i != user->end(); ++i) {
+        for (auto i = user->begin(); result.is_ok() && i != user->end(); ++i) {
             if (i.value() != 0) {
                 result = connection.run(insert, {user.key(), i.key(), i.value()});
             }

@@ -11,17 +11,17 @@ class store_writer_t {
     explicit store_writer_t(connection_t& _connection) : connection(_connection) {}
 
     /// Deletes every row of the installation.
-    result_t clear();
+    ::base::result_t clear();
     /// Writes an installation into the empty tables.
-    result_t write(const installation::installation_t& _installation);
+    ::base::result_t write(const installation::installation_t& _installation);
 
  private:
-    result_t write_items(const installation::installation_t& _installation);
-    result_t write_scenarios(const installation::installation_t& _installation);
-    result_t write_thermostats(const installation::installation_t& _installation);
-    result_t write_elements(const installation::installation_t& _installation);
-    result_t write_users(const installation::installation_t& _installation);
-    result_t write_permissions(const installation::installation_t& _installation);
+    ::base::result_t write_items(const installation::installation_t& _installation);
+    ::base::result_t write_scenarios(const installation::installation_t& _installation);
+    ::base::result_t write_thermostats(const installation::installation_t& _installation);
+    ::base::result_t write_elements(const installation::installation_t& _installation);
+    ::base::result_t write_users(const installation::installation_t& _installation);
+    ::base::result_t write_permissions(const installation::installation_t& _installation);
 
     connection_t& connection;
 };

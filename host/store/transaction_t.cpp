@@ -2,11 +2,13 @@
 
 namespace database::store {
 
+using ::base::result_t;
+
 transaction_t::transaction_t(connection_t& _connection, kind_t _kind)
     : connection(_connection),
       begin_result(_connection.run(_kind == kind_t::writing ? QStringLiteral("BEGIN IMMEDIATE")
                                                             : QStringLiteral("BEGIN"))),
-      open(begin_result.ok()) {}
+      open(begin_result.is_ok()) {}
 
 transaction_t::~transaction_t() {
     if (open) {
@@ -17,7 +19,7 @@ transaction_t::~transaction_t() {
 
 result_t transaction_t::commit() {
     result_t result = connection.run(QStringLiteral("COMMIT"));
-    open = open && !result.ok();
+    open = open && !result.is_ok();
     return result;
 }
 

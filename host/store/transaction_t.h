@@ -17,12 +17,12 @@ class transaction_t {
     Q_DISABLE_COPY_MOVE(transaction_t)
 
     /// Whether it began; a writing one fails when another writer outlasts the busy time.
-    const result_t& begun() const { return begin_result; }
-    result_t commit();
+    const ::base::result_t& begun() const { return begin_result; }
+    ::base::result_t commit();
 
  private:
     connection_t& connection;
-    const result_t begin_result;
+    const ::base::result_t begin_result;
     bool open;
 };
 

@@ -19,10 +19,10 @@ class tst_installation_import_t : public QObject {
         QCOMPARE(import.read(document(R"("type": 1)")), QString());
         QCOMPARE(import.write(database()), QString());
         database::store::sqlite_store_t store;
-        database::installation::installation_t written;
-        QVERIFY(store.open(database()).ok());
-        QVERIFY(store.read(&written).ok());
-        QCOMPARE(written.elements.keys(), QStringList("e-lamp"));
+        QVERIFY(store.open(database()).is_ok());
+        const auto written = store.read();
+        QCOMPARE(written.error, QString());
+        QCOMPARE(written.value.elements.keys(), QStringList("e-lamp"));
     }
 
     void a_broken_file_names_its_place_and_writes_nothing() {

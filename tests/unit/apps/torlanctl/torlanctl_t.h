@@ -47,12 +47,13 @@ class torlanctl_t {
     /// What a host would read from the folder.
     database::installation::installation_t stored() const {
         database::store::sqlite_store_t store;
-        database::installation::installation_t installation;
-        if (!store.open(folder.filePath("installation.db")).ok() ||
-            !store.read(&installation).ok()) {
-            installation.topic = "unreadable";
+        database::installation::installation_t unreadable;
+        unreadable.topic = "unreadable";
+        if (!store.open(folder.filePath("installation.db")).is_ok()) {
+            return unreadable;
         }
-        return installation;
+        const auto installation = store.read();
+        return installation.is_ok() ? installation.value : unreadable;
     }
 
     /// A lamp, an item, and the user alice (password "secret") who may read it.

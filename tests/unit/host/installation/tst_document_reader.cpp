@@ -9,7 +9,7 @@ using namespace database::installation;
 namespace {
 
 QString error_of(const QByteArray& _document) {
-    const read_result_t result = read_document(_document, "home.json");
+    const auto result = read_document(_document, "home.json");
     return result.error;
 }
 
@@ -30,7 +30,7 @@ class tst_document_reader : public QObject {
 };
 
 void tst_document_reader::whole_document_is_read() {
-    const read_result_t result = read_document(R"({
+    const auto result = read_document(R"({
         "topic": "home/1",
         "items": {"i-a": {"value": "21.5"}, "i-b": {}},
         "scenarios": {"s-a": {"execution": true}, "s-b": {}},
@@ -45,9 +45,9 @@ void tst_document_reader::whole_document_is_read() {
                       "$7$101$AAAAAAAAAAAAAAAA$AAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAA=="}},
         "permissions": {"u-a": {"e-a": "readwrite", "e-b": "read", "e-c": "write"},
                         "u-b": {"e-a": "deny"}}})",
-                                               "home.json");
+                                      "home.json");
     QCOMPARE(result.error, QString());
-    const installation_t& whole = result.installation;
+    const installation_t& whole = result.value;
     QCOMPARE(whole.topic, "home/1");
     QCOMPARE(whole.items, (QMap<QString, QString>{{"i-a", "21.5"}, {"i-b", ""}}));
     QVERIFY(!whole.items["i-b"].isNull());
@@ -67,11 +67,11 @@ void tst_document_reader::whole_document_is_read() {
 }
 
 void tst_document_reader::sections_and_optional_keys_may_be_left_out() {
-    const read_result_t result = read_document(R"({"topic": "home"})", "home.json");
+    const auto result = read_document(R"({"topic": "home"})", "home.json");
     QCOMPARE(result.error, QString());
     installation_t expected;
     expected.topic = "home";
-    QVERIFY(result.installation == expected);
+    QVERIFY(result.value == expected);
 }
 
 void tst_document_reader::wrong_shape_is_told_with_its_place_data() {

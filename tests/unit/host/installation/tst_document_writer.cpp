@@ -66,11 +66,11 @@ void tst_document_writer::document_has_ordered_keys_and_ends_with_a_line_feed() 
 
 void tst_document_writer::reading_what_was_written_gives_the_same_installation_and_bytes() {
     const QByteArray bytes = write_document(sample());
-    const read_result_t result = read_document(bytes, "export");
+    const auto result = read_document(bytes, "export");
     QCOMPARE(result.error, QString());
-    QVERIFY(result.installation == sample());
-    QVERIFY(result.installation.elements["e-a"].functions["x"].isNull());
-    QCOMPARE(write_document(result.installation), bytes);
+    QVERIFY(result.value == sample());
+    QVERIFY(result.value.elements["e-a"].functions["x"].isNull());
+    QCOMPARE(write_document(result.value), bytes);
 }
 
 void tst_document_writer::denial_is_not_written() {
@@ -91,7 +91,7 @@ void tst_document_writer::large_installation_is_read_back_in_seconds() {
     const QByteArray bytes = write_document(whole);
     // Processor time: other tests run at the same time.
     const std::clock_t begin = std::clock();
-    QVERIFY(read_document(bytes, "export").installation == whole);
+    QVERIFY(read_document(bytes, "export").value == whole);
     const auto seconds = double(std::clock() - begin) / CLOCKS_PER_SEC;
     qInfo("%.1f s", seconds);
     QVERIFY(seconds < 30);

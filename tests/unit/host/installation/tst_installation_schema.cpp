@@ -39,7 +39,7 @@ class tst_installation_schema : public QObject {
 
     /// Const, so that "[]" reads on through it.
     static const QJsonObject schema() {
-        QFile file(QFINDTESTDATA("../../../../host/installation/installation.schema.json"));
+        QFile file(QStringLiteral(SCHEMA));
         return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object()
                                               : QJsonObject();
     }

@@ -47,13 +47,13 @@ void tst_json_text::refused_text_is_told_with_line_and_column() {
 void tst_json_text::same_key_in_two_objects_is_fine() {
     const auto json = parse_json(R"({"a": {"a": 1}, "b": {"a": [{"a": 2}, {"a": 3}]}})");
     QCOMPARE(json.error, QString());
-    QCOMPARE(json.object.keys(), QStringList({"a", "b"}));
+    QCOMPARE(json.value.keys(), QStringList({"a", "b"}));
 }
 
 void tst_json_text::quotes_and_brackets_inside_texts_are_no_structure() {
     const auto json = parse_json(R"({"a": "}\",\"a\":[", "b\\": "{", "b": "\\"})");
     QCOMPARE(json.error, QString());
-    QCOMPARE(json.object["a"].toString(), "}\",\"a\":[");
+    QCOMPARE(json.value["a"].toString(), "}\",\"a\":[");
 }
 
 QTEST_GUILESS_MAIN(tst_json_text)

@@ -27,9 +27,9 @@ class tst_sample_installation : public QObject {
 };
 
 void tst_sample_installation::initTestCase() {
-    const read_result_t result = read_document_file(SAMPLE);
+    const auto result = read_document_file(SAMPLE);
     QCOMPARE(result.error, QString());
-    home = result.installation;
+    home = result.value;
 }
 
 QSet<int> tst_sample_installation::types() const {
@@ -47,7 +47,7 @@ QSet<int> tst_sample_installation::rights(const QString& _user) const {
 
 void tst_sample_installation::export_of_it_is_stable() {
     const QByteArray bytes = write_document(home);
-    QCOMPARE(write_document(read_document(bytes, "export").installation), bytes);
+    QCOMPARE(write_document(read_document(bytes, "export").value), bytes);
 }
 
 void tst_sample_installation::every_kind_of_element_is_there() {

@@ -146,8 +146,8 @@ class tst_change_feed_t : public QObject {
         other.permissions["u-alice"].remove("e-night");
         other.elements["e-lamp"].name = "Lamp";
         database::store::sqlite_store_t store;
-        QVERIFY(store.open(file->path()).ok());
-        QVERIFY(store.replace(other).ok());
+        QVERIFY(store.open(file->path()).is_ok());
+        QVERIFY(store.replace(other).is_ok());
         notifier_log_t log(db.get(), feed.get());
         feed->check();
         QCOMPARE(log.lines,
@@ -193,11 +193,11 @@ class tst_change_feed_t : public QObject {
         notifier_log_t log(db.get(), feed.get());
         database::store::connection_t other;
         using access_t = database::store::connection_t::access_t;
-        QVERIFY(other.open(file->path(), access_t::read_write, 0).ok());
-        QVERIFY(other.run("BEGIN IMMEDIATE").ok());
-        QVERIFY(other.run("UPDATE elements SET name = 'x'").ok());
+        QVERIFY(other.open(file->path(), access_t::read_write, 0).is_ok());
+        QVERIFY(other.run("BEGIN IMMEDIATE").is_ok());
+        QVERIFY(other.run("UPDATE elements SET name = 'x'").is_ok());
         feed->check();
-        QVERIFY(other.run("ROLLBACK").ok());
+        QVERIFY(other.run("ROLLBACK").is_ok());
         feed->check();
         QCOMPARE(log.lines, QStringList());
         QCOMPARE(writer->read("SELECT count(*) FROM changes"), "0");
@@ -224,7 +224,7 @@ class tst_change_feed_t : public QObject {
         QCOMPARE(log.lines, QStringList("failed"));
         QCOMPARE(name_of("e-lamp"), "Kitchen lamp");
         // Mended without a foreign commit: the feed must remember by itself that it missed one.
-        QVERIFY(connection->run("ALTER TABLE elements RENAME COLUMN title TO name").ok());
+        QVERIFY(connection->run("ALTER TABLE elements RENAME COLUMN title TO name").is_ok());
         feed->check();
         QCOMPARE(log.lines, QStringList({"failed", "element e-lamp", "access_changed"}));
         QCOMPARE(name_of("e-lamp"), "Lamp");

@@ -18,7 +18,7 @@ class tst_live_database_t : public QObject {
         const sample::file_t file;
         database::database_t db;
         live_database_t live(&db, {never, never, 5, 64});
-        QVERIFY(live.open(file.path()).ok());
+        QVERIFY(live.open(file.path()).is_ok());
         notifier_log_t log(&db, live.feed());
         sample::foreign_writer_t other(file.path());
         for (int i = 0; i < 50; ++i) {
@@ -34,7 +34,7 @@ class tst_live_database_t : public QObject {
         const sample::file_t file;
         database::database_t db;
         live_database_t live(&db, {5, never, 5, 64});
-        QVERIFY(live.open(file.path()).ok());
+        QVERIFY(live.open(file.path()).is_ok());
         // As after a lost file notification.
         for (QFileSystemWatcher* watcher : live.findChildren<QFileSystemWatcher*>()) {
             watcher->blockSignals(true);
@@ -49,15 +49,15 @@ class tst_live_database_t : public QObject {
         const sample::file_t file;
         database::database_t db;
         live_database_t live(&db, {never, never, 5, 64});
-        QVERIFY(live.open(file.path()).ok());
+        QVERIFY(live.open(file.path()).is_ok());
         notifier_log_t log(&db, live.feed());
         database::store::sqlite_store_t store;
-        QVERIFY(store.open(file.path()).ok());
+        QVERIFY(store.open(file.path()).is_ok());
         database::store::store_editor_t editor(store.connection());
-        QVERIFY(editor.grant("bob", "e-lamp", 0).ok());
+        QVERIFY(editor.grant("bob", "e-lamp", 0).is_ok());
         QTRY_COMPARE(log.lines, QStringList({"element e-lamp", "access_changed"}));
         log.lines.clear();
-        QVERIFY(editor.remove_user("alice").ok());
+        QVERIFY(editor.remove_user("alice").is_ok());
         QTRY_COMPARE(log.lines, QStringList({"users_changed", "user u-alice", "element e-lamp",
                                              "element e-night", "access_changed"}));
     }
@@ -66,12 +66,13 @@ class tst_live_database_t : public QObject {
         const sample::file_t file;
         database::database_t db;
         live_database_t live(&db, {never, never, 5, 64});
-        QVERIFY(live.open(file.path()).ok());
+        QVERIFY(live.open(file.path()).is_ok());
         live.writer()->write_item("i-lamp", "1");
         notifier_log_t log(&db, live.feed());
         database::store::sqlite_store_t store;
-        QVERIFY(store.open(file.path()).ok());
-        QVERIFY(database::store::store_editor_t(store.connection()).set_item("i-lamp", "0").ok());
+        QVERIFY(store.open(file.path()).is_ok());
+        QVERIFY(
+            database::store::store_editor_t(store.connection()).set_item("i-lamp", "0").is_ok());
         QTRY_COMPARE(log.lines, QStringList("item i-lamp"));
         QCOMPARE(db.getRealtime()->getItems()->list("i-lamp")->getValue(), "0");
     }
@@ -81,13 +82,13 @@ class tst_live_database_t : public QObject {
         {
             database::database_t db;
             live_database_t live(&db, {never, never, 5, 64});
-            QVERIFY(live.open(file.path()).ok());
+            QVERIFY(live.open(file.path()).is_ok());
             live.writer()->write_item("i-lamp", "1");
-            live.writer()->write_scenary("s-night", true);
+            live.writer()->write_scenario("s-night", true);
         }
         database::database_t db;
         live_database_t live(&db, {});
-        QVERIFY(live.open(file.path()).ok());
+        QVERIFY(live.open(file.path()).is_ok());
         QCOMPARE(db.getRealtime()->getItems()->list("i-lamp")->getValue(), "1");
         QCOMPARE(db.getRealtime()->getScenary()->list("s-night")->getExecution(), true);
     }
@@ -96,10 +97,10 @@ class tst_live_database_t : public QObject {
         const sample::file_t file;
         database::database_t db;
         live_database_t live(&db, {});
-        QVERIFY(live.open(file.path()).ok());
-        QMap<QString, database::installation::user_t> users;
-        QCOMPARE(live.read_users(&users).error, QString());
-        QVERIFY(users == sample::installation().users);
+        QVERIFY(live.open(file.path()).is_ok());
+        const auto users = live.read_users();
+        QCOMPARE(users.error, QString());
+        QVERIFY(users.value == sample::installation().users);
     }
 
     void a_file_that_is_not_there_is_an_empty_installation() {
@@ -125,12 +126,12 @@ class tst_live_database_t : public QObject {
         const sample::file_t file;
         auto db = std::make_unique<database::database_t>();
         live_database_t live(db.get(), {1, 1, 5, 64});
-        QVERIFY(live.open(file.path()).ok());
+        QVERIFY(live.open(file.path()).is_ok());
         live.writer()->write_item("i-lamp", "1");
         db.reset();
         QSignalSpy failed(&live, &live_database_t::failed);
         QVERIFY(!failed.wait(20));
-        QVERIFY(live.flush().ok());
+        QVERIFY(live.flush().is_ok());
     }
 
     void the_shipped_times_are_these() {

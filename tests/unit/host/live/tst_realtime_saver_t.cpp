@@ -22,20 +22,20 @@ class tst_realtime_saver_t : public QObject {
         db = std::make_unique<database::database_t>();
         realtime = std::make_unique<realtime_writer_t>(db.get());
         connection = std::make_unique<database::store::connection_t>();
-        QVERIFY(database::store::open_database(*connection, file->path(), 0).ok());
+        QVERIFY(database::store::open_database(*connection, file->path(), 0).is_ok());
         feed = std::make_unique<change_feed_t>(*connection, db.get(), realtime.get(), 64);
-        QVERIFY(feed->load().ok());
+        QVERIFY(feed->load().is_ok());
         make_saver(10, 5);
     }
 
     void a_change_is_saved_after_the_delay() {
         realtime->write_item("i-lamp", "1");
-        realtime->write_scenary("s-night", true);
+        realtime->write_scenario("s-night", true);
         QCOMPARE(on_disk("i-lamp"), "0");
         QTRY_COMPARE(on_disk("i-lamp"), "1");
         QCOMPARE(other->read("SELECT execution FROM scenarios"), "1");
         QVERIFY(realtime->unsaved_items().empty());
-        QVERIFY(realtime->unsaved_scenaries().empty());
+        QVERIFY(realtime->unsaved_scenarios().empty());
     }
 
     void an_emptied_value_is_saved() {
@@ -103,13 +103,13 @@ class tst_realtime_saver_t : public QObject {
         QSignalSpy failed(saver.get(), &realtime_saver_t::failed);
         database::store::connection_t long_writer;
         using access_t = database::store::connection_t::access_t;
-        QVERIFY(long_writer.open(file->path(), access_t::read_write, 0).ok());
-        QVERIFY(long_writer.run("BEGIN IMMEDIATE").ok());
-        QVERIFY(long_writer.run("UPDATE items SET value = '50' WHERE id = 'i-dim'").ok());
+        QVERIFY(long_writer.open(file->path(), access_t::read_write, 0).is_ok());
+        QVERIFY(long_writer.run("BEGIN IMMEDIATE").is_ok());
+        QVERIFY(long_writer.run("UPDATE items SET value = '50' WHERE id = 'i-dim'").is_ok());
         realtime->write_item("i-lamp", "1");
         QVERIFY(failed.wait());
         QCOMPARE(realtime->unsaved_items().size(), size_t(1));
-        QVERIFY(long_writer.run("COMMIT").ok());
+        QVERIFY(long_writer.run("COMMIT").is_ok());
         QTRY_COMPARE(on_disk("i-lamp"), "1");
         QCOMPARE(db->getRealtime()->getItems()->list("i-dim")->getValue(), "50");
     }

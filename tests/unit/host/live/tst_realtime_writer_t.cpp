@@ -31,17 +31,17 @@ class tst_realtime_writer_t : public QObject {
 
     void a_scenario_is_announced_and_unsaved() {
         notifier_log_t log(memory->get());
-        QVERIFY(writer->write_scenary("s-night", true));
+        QVERIFY(writer->write_scenario("s-night", true));
         QCOMPARE(log.lines, QStringList("scenario s-night"));
         QVERIFY(memory->get()->getRealtime()->getScenary()->list("s-night")->getExecution());
-        QCOMPARE(writer->unsaved_scenaries(), std::set<QString>{"s-night"});
+        QCOMPARE(writer->unsaved_scenarios(), std::set<QString>{"s-night"});
     }
 
     void an_unchanged_value_is_announced_but_needs_no_save() {
         notifier_log_t log(memory->get());
         QSignalSpy unsaved(writer.get(), &realtime_writer_t::unsaved);
         QVERIFY(writer->write_item("i-lamp", "0"));
-        QVERIFY(writer->write_scenary("s-night", false));
+        QVERIFY(writer->write_scenario("s-night", false));
         QCOMPARE(log.lines, QStringList({"item i-lamp", "scenario s-night"}));
         QCOMPARE(unsaved.count(), 0);
         QVERIFY(writer->unsaved_items().empty());
@@ -50,7 +50,7 @@ class tst_realtime_writer_t : public QObject {
     void unknown_ids_are_refused_silently() {
         notifier_log_t log(memory->get());
         QVERIFY(!writer->write_item("i-none", "1"));
-        QVERIFY(!writer->write_scenary("s-none", true));
+        QVERIFY(!writer->write_scenario("s-none", true));
         QCOMPARE(log.lines, QStringList());
     }
 
@@ -74,7 +74,7 @@ class tst_realtime_writer_t : public QObject {
     void without_a_database_nothing_is_written() {
         memory.reset();
         QVERIFY(!writer->write_item("i-lamp", "1"));
-        QVERIFY(!writer->write_scenary("s-night", true));
+        QVERIFY(!writer->write_scenario("s-night", true));
     }
 
  private:

@@ -12,27 +12,27 @@ class tst_connection_t : public QObject {
  private Q_SLOTS:
     void each_calls_for_every_row() {
         connection_t connection;
-        QVERIFY(connection.open(file.path(), connection_t::access_t::read_write, 0).ok());
+        QVERIFY(connection.open(file.path(), connection_t::access_t::read_write, 0).is_ok());
         QStringList ids;
         QVERIFY(connection
                     .each("SELECT id FROM elements WHERE id > ? ORDER BY id", {"e-lamp"},
                           [&ids](const QSqlQuery& _row) { ids.append(_row.value(0).toString()); })
-                    .ok());
+                    .is_ok());
         QCOMPARE(ids, QStringList({"e-night", "e-therm"}));
     }
 
     void a_wrong_statement_is_one_sentence_with_the_path() {
         connection_t connection;
-        QVERIFY(connection.open(file.path(), connection_t::access_t::read_write, 0).ok());
-        const result_t result = connection.run("SELECT x FROM nowhere");
-        QVERIFY(!result.ok());
+        QVERIFY(connection.open(file.path(), connection_t::access_t::read_write, 0).is_ok());
+        const base::result_t result = connection.run("SELECT x FROM nowhere");
+        QVERIFY(!result.is_ok());
         QVERIFY2(result.error.startsWith("Database " + file.path()), qPrintable(result.error));
         QVERIFY2(result.error.contains("no such table: nowhere"), qPrintable(result.error));
     }
 
     void a_finished_read_does_not_hold_the_old_state() {
         connection_t reader;
-        QVERIFY(reader.open(file.path(), connection_t::access_t::read_write, 0).ok());
+        QVERIFY(reader.open(file.path(), connection_t::access_t::read_write, 0).is_ok());
         const QString sql = "SELECT value FROM items WHERE id = 'i-dim'";
         QCOMPARE(reader.value(sql).toString(), "40");
         sample::foreign_writer_t other(file.path());
@@ -42,17 +42,17 @@ class tst_connection_t : public QObject {
 
     void read_only_refuses_to_write() {
         connection_t connection;
-        QVERIFY(connection.open(file.path(), connection_t::access_t::read_only, 0).ok());
-        QVERIFY(!connection.run("DELETE FROM items").ok());
+        QVERIFY(connection.open(file.path(), connection_t::access_t::read_only, 0).is_ok());
+        QVERIFY(!connection.run("DELETE FROM items").is_ok());
     }
 
     void an_uncommitted_transaction_leaves_nothing() {
         connection_t connection;
-        QVERIFY(connection.open(file.path(), connection_t::access_t::read_write, 0).ok());
+        QVERIFY(connection.open(file.path(), connection_t::access_t::read_write, 0).is_ok());
         {
             transaction_t transaction(connection, transaction_t::kind_t::writing);
-            QVERIFY(transaction.begun().ok());
-            QVERIFY(connection.run("DELETE FROM items").ok());
+            QVERIFY(transaction.begun().is_ok());
+            QVERIFY(connection.run("DELETE FROM items").is_ok());
         }
         QCOMPARE(connection.value("SELECT count(*) FROM items").toInt(), 5);
     }
@@ -60,12 +60,12 @@ class tst_connection_t : public QObject {
     void a_second_writer_waits_no_longer_than_the_busy_time() {
         connection_t first;
         connection_t second;
-        QVERIFY(first.open(file.path(), connection_t::access_t::read_write, 0).ok());
-        QVERIFY(second.open(file.path(), connection_t::access_t::read_write, 0).ok());
+        QVERIFY(first.open(file.path(), connection_t::access_t::read_write, 0).is_ok());
+        QVERIFY(second.open(file.path(), connection_t::access_t::read_write, 0).is_ok());
         transaction_t holding(first, transaction_t::kind_t::writing);
-        QVERIFY(holding.begun().ok());
+        QVERIFY(holding.begun().is_ok());
         transaction_t refused(second, transaction_t::kind_t::writing);
-        QVERIFY(!refused.begun().ok());
+        QVERIFY(!refused.begun().is_ok());
     }
 
  private:

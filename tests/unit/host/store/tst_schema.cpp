@@ -37,13 +37,13 @@ class tst_schema : public QObject {
     void the_settings_are_in_force() {
         const sample::file_t file;
         connection_t connection;
-        QVERIFY(open_database(connection, file.path(), 100).ok());
+        QVERIFY(open_database(connection, file.path(), 100).is_ok());
         QCOMPARE(connection.value("PRAGMA journal_mode").toString(), "wal");
         QCOMPARE(connection.value("PRAGMA foreign_keys").toInt(), 1);
         QCOMPARE(connection.value("PRAGMA synchronous").toInt(), 1);
         QCOMPARE(connection.value("PRAGMA busy_timeout").toInt(), 100);
         QCOMPARE(connection.value("PRAGMA user_version").toInt(), schema_version);
-        QVERIFY(!connection.run("INSERT INTO functions VALUES ('none', 'execute', NULL)").ok());
+        QVERIFY(!connection.run("INSERT INTO functions VALUES ('none', 'execute', NULL)").is_ok());
     }
 
     void a_newer_layout_is_refused() {
@@ -167,11 +167,11 @@ class tst_schema : public QObject {
         for (const char* keys : {"ON", "OFF"}) {
             const sample::file_t file;
             connection_t writer;
-            QVERIFY(open_database(writer, file.path(), 0).ok());
-            QVERIFY(writer.run("DELETE FROM changes").ok());
-            QVERIFY(writer.run(QLatin1String("PRAGMA foreign_keys = ") + keys).ok());
-            const result_t result = writer.run(sql);
-            QVERIFY2(result.ok(), qPrintable(result.error));
+            QVERIFY(open_database(writer, file.path(), 0).is_ok());
+            QVERIFY(writer.run("DELETE FROM changes").is_ok());
+            QVERIFY(writer.run(QLatin1String("PRAGMA foreign_keys = ") + keys).is_ok());
+            const base::result_t result = writer.run(sql);
+            QVERIFY2(result.is_ok(), qPrintable(result.error));
             sample::foreign_writer_t other(file.path());
             QCOMPARE(reports(&other), expected);
             QCOMPARE(other.read("SELECT count(*) FROM pragma_foreign_key_check"), "0");
@@ -188,9 +188,9 @@ class tst_schema : public QObject {
         QFETCH(QString, name);
         const sample::file_t file;
         connection_t writer;
-        QVERIFY(open_database(writer, file.path(), 0).ok());
-        QVERIFY(!writer.run("INSERT INTO users VALUES ('u-x', ?, 'hash')", {name}).ok());
-        QVERIFY(!writer.run("INSERT INTO elements (id, type) VALUES (?, 1)", {name}).ok());
+        QVERIFY(open_database(writer, file.path(), 0).is_ok());
+        QVERIFY(!writer.run("INSERT INTO users VALUES ('u-x', ?, 'hash')", {name}).is_ok());
+        QVERIFY(!writer.run("INSERT INTO elements (id, type) VALUES (?, 1)", {name}).is_ok());
     }
 };
 

@@ -15,7 +15,7 @@ class tst_store_editor_t : public QObject {
     void init() {
         file = std::make_unique<sample::file_t>();
         store = std::make_unique<sqlite_store_t>();
-        QVERIFY(store->open(file->path()).ok());
+        QVERIFY(store->open(file->path()).is_ok());
     }
 
     void a_user_may_be_named_by_id_or_by_name_data() {
@@ -26,11 +26,11 @@ class tst_store_editor_t : public QObject {
     void a_user_may_be_named_by_id_or_by_name() {
         QFETCH(QString, user);
         store_editor_t editor(store->connection());
-        QVERIFY(editor.grant(user, "e-therm", 1).ok());
+        QVERIFY(editor.grant(user, "e-therm", 1).is_ok());
         QCOMPARE(now().permissions["u-bob"]["e-therm"], 1);
-        QVERIFY(editor.set_password(user, "secret-hash").ok());
+        QVERIFY(editor.set_password(user, "secret-hash").is_ok());
         QCOMPARE(now().users["u-bob"].password_hash, "secret-hash");
-        QVERIFY(editor.remove_user(user).ok());
+        QVERIFY(editor.remove_user(user).is_ok());
         QVERIFY(!now().users.contains("u-bob"));
         QVERIFY(!now().permissions.contains("u-bob"));
     }
@@ -39,22 +39,22 @@ class tst_store_editor_t : public QObject {
         store_editor_t editor(store->connection());
         sample::foreign_writer_t other(file->path());
         QVERIFY(other.write({"INSERT INTO users VALUES ('u-eve', 'u-bob', 'hash')"}));
-        QVERIFY(editor.set_password("u-bob", "new").ok());
+        QVERIFY(editor.set_password("u-bob", "new").is_ok());
         QCOMPARE(now().users["u-bob"].password_hash, "new");
         QCOMPARE(now().users["u-eve"].password_hash, "hash");
     }
 
     void a_grant_is_changed_and_taken_away() {
         store_editor_t editor(store->connection());
-        QVERIFY(editor.grant("alice", "e-lamp", 1).ok());
+        QVERIFY(editor.grant("alice", "e-lamp", 1).is_ok());
         QCOMPARE(now().permissions["u-alice"]["e-lamp"], 1);
-        QVERIFY(editor.grant("alice", "e-lamp", 0).ok());
+        QVERIFY(editor.grant("alice", "e-lamp", 0).is_ok());
         QVERIFY(!now().permissions["u-alice"].contains("e-lamp"));
     }
 
     void a_new_user_may_sign_in_and_see_nothing() {
         store_editor_t editor(store->connection());
-        QVERIFY(editor.add_user("eve", "hash").ok());
+        QVERIFY(editor.add_user("eve", "hash").is_ok());
         QCOMPARE(now().users["u-eve"].username, "eve");
         QVERIFY(!now().permissions.contains("u-eve"));
     }
@@ -75,16 +75,16 @@ class tst_store_editor_t : public QObject {
     void a_name_that_would_widen_a_topic_is_refused() {
         store_editor_t editor(store->connection());
         for (const char* name : {"", "+", "a/b", "#", "my-request", "a\n"}) {
-            const result_t result = editor.add_user(QString::fromUtf8(name), "hash");
+            const base::result_t result = editor.add_user(QString::fromUtf8(name), "hash");
             QVERIFY2(result.error.startsWith("The user name \""), name);
         }
     }
 
     void values_are_set() {
         store_editor_t editor(store->connection());
-        QVERIFY(editor.set_item("i-lamp", "1").ok());
-        QVERIFY(editor.set_item("i-dim", QString()).ok());
-        QVERIFY(editor.set_scenario("s-night", true).ok());
+        QVERIFY(editor.set_item("i-lamp", "1").is_ok());
+        QVERIFY(editor.set_item("i-dim", QString()).is_ok());
+        QVERIFY(editor.set_scenario("s-night", true).is_ok());
         QCOMPARE(now().items["i-lamp"], "1");
         QCOMPARE(now().items["i-dim"], "");
         QCOMPARE(now().scenarios["s-night"], true);
@@ -93,7 +93,7 @@ class tst_store_editor_t : public QObject {
     void a_value_that_is_on_disk_already_is_reported_too() {
         sample::foreign_writer_t other(file->path());
         QVERIFY(other.write({"DELETE FROM changes"}));
-        QVERIFY(store_editor_t(store->connection()).set_item("i-lamp", "0").ok());
+        QVERIFY(store_editor_t(store->connection()).set_item("i-lamp", "0").is_ok());
         QCOMPARE(other.read("SELECT tab || ' ' || key FROM changes"), "items i-lamp");
     }
 
@@ -118,11 +118,7 @@ class tst_store_editor_t : public QObject {
     }
 
  private:
-    installation_t now() {
-        installation_t whole;
-        const result_t result = store->read(&whole);
-        return result.ok() ? whole : installation_t();
-    }
+    installation_t now() { return store->read().value; }
 
     std::unique_ptr<sample::file_t> file;
     std::unique_ptr<sqlite_store_t> store;
