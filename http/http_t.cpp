@@ -4,9 +4,9 @@
 #include <QUrl>
 #include <optional>
 
+#include "base/json_text.h"
 #include "base/locks.h"
 #include "http/http_exchange_t.h"
-#include "http/json_text.h"
 #include "http/loopback.h"
 
 const QString http_t::LIBHTTP_VERSION = QStringLiteral("1.0.1");
@@ -56,7 +56,7 @@ httpresponse_t response_of(const QUrl& _url, const http_exchange_t& _exchange) {
     if (answer.body.isEmpty() && (_exchange.method == "PUT" || answer.status == 204)) {
         return httpresponse_t::success(answer.status, QJsonValue::Undefined);
     }
-    const std::optional<QJsonValue> data = json_from_text(answer.body);
+    const std::optional<QJsonValue> data = base::json_from_text(answer.body);
     if (!data) {
         return failure(_url, httpresponse_t::not_json, answer.status,
                        QStringLiteral("the answer is not JSON"));
@@ -95,7 +95,7 @@ httpresponse_t http_t::get(QString _path) const {
 }
 
 httpresponse_t http_t::put(QString _path, const QJsonValue& _body) const {
-    return request("PUT", _path, json_to_text(_body));
+    return request("PUT", _path, base::json_to_text(_body));
 }
 
 httpresponse_t http_t::request(const QByteArray& _method, const QString& _path,

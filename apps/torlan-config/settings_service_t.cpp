@@ -2,7 +2,7 @@
 
 #include <QJsonDocument>
 
-#include "http/json_text.h"
+#include "base/json_text.h"
 #include "program/say.h"
 #include "refusal_t.h"
 #include "settings_file_t.h"
@@ -48,14 +48,14 @@ answer_t settings_service_t::get(const settings_path_t& _path) const {
     if (!value) {
         return refused({404, QStringLiteral("No setting has this path")});
     }
-    return {200, json_to_text(*value)};
+    return {200, base::json_to_text(*value)};
 }
 
 answer_t settings_service_t::put(const settings_path_t& _path, const QByteArray& _text) const {
     if (_path.refusal) {
         return refused(_path.refusal);
     }
-    const std::optional<QJsonValue> value = json_from_text(_text);
+    const std::optional<QJsonValue> value = base::json_from_text(_text);
     if (!value) {
         return refused({400, QStringLiteral("The body is not a JSON value")});
     }
@@ -79,7 +79,7 @@ answer_t settings_service_t::store(settings_document_t _document, const settings
         return refused({413, QStringLiteral("The settings would become too large")});
     }
     const base::result_t written = file->write(text);
-    return written.is_ok() ? answer_t{200, json_to_text(_value)} : failed(written.error);
+    return written.is_ok() ? answer_t{200, base::json_to_text(_value)} : failed(written.error);
 }
 
 }  // namespace torlan

@@ -2,9 +2,9 @@
 
 #include <utility>
 
+#include "base/json_text.h"
 #include "base/random_hex.h"
 #include "endpoint/incoming_t.h"
-#include "endpoint/json_payload.h"
 #include "logs/log_line.h"
 
 namespace comunication {
@@ -237,13 +237,12 @@ void mqtt_endpoint_t::answer_malformed(const QString& _topic) {
 
 void mqtt_endpoint_t::publish(const QString& _topic, const QJsonValue& _payload,
                               utility::qos_t _qos, bool _retain, bool /*_reserved*/) {
-    const QByteArray text = json_payload::encode(_payload);
-    if (text.isEmpty()) {
+    if (_payload.isUndefined()) {
         // Nothing to say would delete what is retained.
         ++counts.refused;
         return;
     }
-    sender.send({_topic.toUtf8(), text, _qos, _retain});
+    sender.send({_topic.toUtf8(), base::json_to_text(_payload), _qos, _retain});
 }
 
 void mqtt_endpoint_t::publish_delete(const QString& _topic, utility::qos_t _qos, bool _retain) {

@@ -13,8 +13,6 @@ class tst_json_payload : public QObject {
     void decode_takes_objects_only();
     void decode_refuses_2000_levels();
     void decode_takes_a_megabyte();
-    void encode_writes_compact_text_data();
-    void encode_writes_compact_text();
 };
 
 void tst_json_payload::decode_takes_objects_only_data() {
@@ -51,24 +49,6 @@ void tst_json_payload::decode_refuses_2000_levels() {
 void tst_json_payload::decode_takes_a_megabyte() {
     const QByteArray text = "{\"a\":\"" + QByteArray(1 << 20, 'x') + "\"}";
     QCOMPARE(json_payload::decode(text)->value("a").toString().size(), 1 << 20);
-}
-
-void tst_json_payload::encode_writes_compact_text_data() {
-    QTest::addColumn<QJsonValue>("value");
-    QTest::addColumn<QByteArray>("text");
-    QTest::newRow("object") << QJsonValue(QJsonObject{{"b", 1}, {"a", true}})
-                            << QByteArray("{\"a\":true,\"b\":1}");
-    QTest::newRow("empty object") << QJsonValue(QJsonObject()) << QByteArray("{}");
-    QTest::newRow("array") << QJsonValue(QJsonArray{1, "x"}) << QByteArray("[1,\"x\"]");
-    QTest::newRow("text") << QJsonValue(QString::fromUtf8("\"é")) << QByteArray("\"\\\"é\"");
-    QTest::newRow("number") << QJsonValue(21.5) << QByteArray("21.5");
-    QTest::newRow("null") << QJsonValue(QJsonValue::Null) << QByteArray("null");
-    QTest::newRow("undefined") << QJsonValue(QJsonValue::Undefined) << QByteArray();
-}
-
-void tst_json_payload::encode_writes_compact_text() {
-    QFETCH(QJsonValue, value);
-    QTEST(json_payload::encode(value), "text");
 }
 
 QTEST_GUILESS_MAIN(tst_json_payload)

@@ -2,7 +2,7 @@
 #include <QJsonObject>
 #include <QTest>
 
-#include "http/json_text.h"
+#include "base/json_text.h"
 
 class tst_json_text : public QObject {
     Q_OBJECT
@@ -32,7 +32,7 @@ void tst_json_text::exactly_one_value_is_read_data() {
 void tst_json_text::exactly_one_value_is_read() {
     QFETCH(QByteArray, text);
     QFETCH(QJsonValue, value);
-    QCOMPARE(json_from_text(text), value);
+    QCOMPARE(base::json_from_text(text), value);
 }
 
 void tst_json_text::other_texts_are_refused_data() {
@@ -53,7 +53,7 @@ void tst_json_text::other_texts_are_refused_data() {
 
 void tst_json_text::other_texts_are_refused() {
     QFETCH(QByteArray, text);
-    QVERIFY(!json_from_text(text));
+    QVERIFY(!base::json_from_text(text));
 }
 
 void tst_json_text::values_are_written_compact_data() {
@@ -61,16 +61,21 @@ void tst_json_text::values_are_written_compact_data() {
     QTest::addColumn<QByteArray>("text");
     QTest::newRow("string") << QJsonValue("a\"b") << QByteArray("\"a\\\"b\"");
     QTest::newRow("number") << QJsonValue(21.5) << QByteArray("21.5");
+    QTest::newRow("no ASCII") << QJsonValue(QString::fromUtf8("é")) << QByteArray("\"é\"");
     QTest::newRow("null") << QJsonValue(QJsonValue::Null) << QByteArray("null");
+    QTest::newRow("true") << QJsonValue(true) << QByteArray("true");
     QTest::newRow("undefined") << QJsonValue(QJsonValue::Undefined) << QByteArray("null");
     QTest::newRow("object") << QJsonValue(QJsonObject{{"a", QJsonArray{1, 2}}})
                             << QByteArray("{\"a\":[1,2]}");
+    QTest::newRow("empty object") << QJsonValue(QJsonObject()) << QByteArray("{}");
+    QTest::newRow("array") << QJsonValue(QJsonArray{1, "x"}) << QByteArray("[1,\"x\"]");
+    QTest::newRow("empty array") << QJsonValue(QJsonArray()) << QByteArray("[]");
 }
 
 void tst_json_text::values_are_written_compact() {
     QFETCH(QJsonValue, value);
     QFETCH(QByteArray, text);
-    QCOMPARE(json_to_text(value), text);
+    QCOMPARE(base::json_to_text(value), text);
 }
 
 QTEST_GUILESS_MAIN(tst_json_text)
