@@ -22,15 +22,8 @@ change_feed_t::~change_feed_t() = default;
 
 result_t change_feed_t::load() {
     installation::installation_t whole;
-    {
-        transaction_t transaction(connection, transaction_t::kind_t::reading);
-        const result_t result = transaction.begun().is_ok()
-                                    ? store::store_reader_t(connection).read_all(&whole)
-                                    : transaction.begun();
-        if (!result.is_ok()) {
-            return result;
-        }
-        last_sequence = log.last_sequence();
+    if (const result_t result = read_whole(&whole); !result.is_ok()) {
+        return result;
     }
     model.fill(whole);
     // Only saves space: rows that stay because another program writes just now are not read again.
@@ -38,8 +31,26 @@ result_t change_feed_t::load() {
     return {};
 }
 
+result_t change_feed_t::read_whole(installation::installation_t* _whole) {
+    const transaction_t transaction(connection, transaction_t::kind_t::reading);
+    result_t result = transaction.begun();
+    if (result.is_ok()) {
+        result = store::store_reader_t(connection).read_all(_whole);
+    }
+    if (!result.is_ok()) {
+        return result;
+    }
+    const ::base::result_of_t<qint64> newest = log.last_sequence();
+    last_sequence = newest.value;
+    return newest;
+}
+
 void change_feed_t::check() {
-    if (!database || !log.foreign_commit()) {
+    const ::base::result_of_t<bool> written = database ? log.foreign_commit() : false;
+    if (!written.is_ok()) {
+        tell(written.error);
+    }
+    if (!written.value) {
         return;
     }
     const qint64 before = last_sequence;
@@ -47,12 +58,19 @@ void change_feed_t::check() {
     const result_t result = read_changes(&changes);
     if (!result.is_ok()) {
         log.forget();
-        Q_EMIT failed(result.error);
+        tell(result.error);
         return;
     }
+    failure.clear();
     if (last_sequence != before) {
         static_cast<void>(log.prune(last_sequence));
         announce(changes);
+    }
+}
+
+void change_feed_t::tell(const QString& _failure) {
+    if (std::exchange(failure, _failure) != _failure) {
+        Q_EMIT failed(_failure);
     }
 }
 

@@ -38,11 +38,14 @@ class change_feed_t : public QObject {
     void access_changed();
     /// Everything was read again.
     void reloaded();
-    /// The store could not be read; the next look tries again.
+    /// The store could not be read; the next look tries again. The same sentence once only, until a
+    /// look goes well.
     void failed(const QString& _sentence);
 
  private:
+    ::base::result_t read_whole(installation::installation_t* _whole);
     ::base::result_t read_changes(model_changes_t* _changes);
+    void tell(const QString& _failure);
     void announce_users_and_elements(const model_changes_t& _changes);
     void announce_realtime(const model_changes_t& _changes);
 
@@ -53,6 +56,7 @@ class change_feed_t : public QObject {
     model_t model;
     store::change_log_t log;
     qint64 last_sequence = 0;
+    QString failure;  ///< what was told last; empty after a look that went well
 };
 
 }  // namespace database::live

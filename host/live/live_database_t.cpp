@@ -1,6 +1,6 @@
 #include "live/live_database_t.h"
 
-#include "store/schema.h"
+#include "store/open_database.h"
 #include "store/store_reader_t.h"
 
 namespace database::live {

@@ -31,9 +31,13 @@ void add(const QString& _tab, const QString& _key, change_batch_t* _batch) {
 
 }  // namespace
 
-bool change_log_t::foreign_commit() {
-    const int version = connection.value(QStringLiteral("PRAGMA data_version")).toInt();
-    return std::exchange(data_version, version) != version;
+::base::result_of_t<bool> change_log_t::foreign_commit() {
+    const auto version = connection.value(QStringLiteral("PRAGMA data_version"));
+    if (!version.is_ok()) {
+        return version;
+    }
+    const int now = version.value.toInt();
+    return std::exchange(data_version, now) != now;
 }
 
 ::base::result_of_t<change_batch_t> change_log_t::read(qint64 _after) {
@@ -52,8 +56,12 @@ bool change_log_t::foreign_commit() {
     return batch;
 }
 
-qint64 change_log_t::last_sequence() {
-    return connection.value(QStringLiteral("SELECT max(sequence) FROM changes")).toLongLong();
+::base::result_of_t<qint64> change_log_t::last_sequence() {
+    const auto newest = connection.value(QStringLiteral("SELECT max(sequence) FROM changes"));
+    if (!newest.is_ok()) {
+        return newest;
+    }
+    return newest.value.toLongLong();
 }
 
 result_t change_log_t::prune(qint64 _sequence) {

@@ -11,14 +11,14 @@ class change_log_t {
     explicit change_log_t(connection_t& _connection) : connection(_connection) {}
 
     /// Whether another connection has committed since the last call; nothing is read.
-    bool foreign_commit();
+    ::base::result_of_t<bool> foreign_commit();
     /// Makes the next foreign_commit() true.
     void forget() { data_version = -1; }
     /// Reads the rows above @p _after. To be called inside the transaction that reads what the
     /// rows point to.
     ::base::result_of_t<change_batch_t> read(qint64 _after);
     /// Number of the newest row, 0 when there is none. Inside the transaction of a whole read.
-    qint64 last_sequence();
+    ::base::result_of_t<qint64> last_sequence();
     /// Deletes the rows up to @p _sequence.
     ::base::result_t prune(qint64 _sequence);
     /// Deletes all rows.

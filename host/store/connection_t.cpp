@@ -15,8 +15,9 @@ struct connection_t::impl_t {
     QString path;
     QHash<QString, std::shared_ptr<QSqlQuery>> statements;  ///< by their text
     int changed_rows = 0;
+    cause_t cause = cause_t::none;
 
-    result_t failure(const QSqlError& _error) const;
+    result_t failure(const QSqlError& _error);
     QSqlQuery* prepared(const QString& _sql, result_t* _result);
 };
 
@@ -27,11 +28,34 @@ QString unique_name() {
     return QStringLiteral("torlan-store-%1").arg(++counter);
 }
 
+connection_t::cause_t cause_of(const QSqlError& _error) {
+    // The low byte of an extended code is the plain one.
+    switch (_error.nativeErrorCode().toInt() & 0xff) {
+        case 5:  // busy
+        case 6:  // locked
+            return connection_t::cause_t::busy;
+        case 11:  // corrupt
+        case 26:  // not a database
+            return connection_t::cause_t::damaged;
+        default:
+            return connection_t::cause_t::other;
+    }
+}
+
 }  // namespace
 
-result_t connection_t::impl_t::failure(const QSqlError& _error) const {
-    QString text = _error.databaseText().isEmpty() ? _error.driverText() : _error.databaseText();
-    return result_t::failed(QStringLiteral("Database %1: %2.").arg(path, text));
+result_t connection_t::impl_t::failure(const QSqlError& _error) {
+    cause = cause_of(_error);
+    if (cause == cause_t::busy) {
+        return result_t::failed(
+            QStringLiteral("The database %1 is in use by another program.").arg(path));
+    }
+    const QString text =
+        _error.databaseText().isEmpty() ? _error.driverText() : _error.databaseText();
+    return result_t::failed((cause == cause_t::damaged
+                                 ? QStringLiteral("The database %1 is damaged: %2.")
+                                 : QStringLiteral("Database %1: %2."))
+                                .arg(path, text));
 }
 
 QSqlQuery* connection_t::impl_t::prepared(const QString& _sql, result_t* _result) {
@@ -84,6 +108,7 @@ result_t connection_t::run(const QString& _sql, const QVariantList& _values) {
 }
 
 result_t connection_t::each(const QString& _sql, const QVariantList& _values, const row_t& _row) {
+    impl->cause = cause_t::none;
     result_t result;
     QSqlQuery* query = impl->prepared(_sql, &result);
     if (query == nullptr) {
@@ -99,23 +124,34 @@ result_t connection_t::each(const QString& _sql, const QVariantList& _values, co
     while (result.is_ok() && _row && query->next()) {
         _row(*query);
     }
+    if (result.is_ok() && query->lastError().isValid()) {
+        result = impl->failure(query->lastError());
+    }
     // A stepped statement that is not finished keeps its read transaction open.
     query->finish();
     return result;
 }
 
-QVariant connection_t::value(const QString& _sql, const QVariantList& _values) {
+::base::result_of_t<QVariant> connection_t::value(const QString& _sql,
+                                                  const QVariantList& _values) {
     QVariant first;
     const result_t result = each(_sql, _values, [&first](const QSqlQuery& _row) {
         if (!first.isValid()) {
             first = _row.value(0);
         }
     });
-    return result.is_ok() ? first : QVariant();
+    if (!result.is_ok()) {
+        return result;
+    }
+    return first;
 }
 
 int connection_t::changed_rows() const {
     return impl->changed_rows;
+}
+
+connection_t::cause_t connection_t::cause() const {
+    return impl->cause;
 }
 
 }  // namespace database::store

@@ -15,6 +15,13 @@ namespace database::store {
 class connection_t {
  public:
     enum class access_t { read_only, read_write };
+    /// Why a statement failed.
+    enum class cause_t {
+        none,
+        busy,     ///< another program kept the file longer than the busy time
+        damaged,  ///< what is in the file is no database, or a broken one
+        other
+    };
     using row_t = std::function<void(const QSqlQuery& _row)>;
 
     connection_t();
@@ -31,11 +38,13 @@ class connection_t {
     ::base::result_t run(const QString& _sql, const QVariantList& _values = {});
     /// Runs one statement and calls @p _row for each row.
     ::base::result_t each(const QString& _sql, const QVariantList& _values, const row_t& _row);
-    /// First column of the first row; invalid without a row or after an error.
-    QVariant value(const QString& _sql, const QVariantList& _values = {});
+    /// First column of the first row; an invalid value without a row.
+    ::base::result_of_t<QVariant> value(const QString& _sql, const QVariantList& _values = {});
 
     /// Rows that the last run() changed.
     int changed_rows() const;
+    /// Of the last statement.
+    cause_t cause() const;
 
  private:
     struct impl_t;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QStringList>
+
 #include "store/connection_t.h"
 
 namespace database::store {
@@ -7,10 +9,13 @@ namespace database::store {
 /// Version of the layout in schema.sql; to be raised with every change of it.
 inline constexpr int schema_version = 1;
 
-/// Opens the installation database @p _path for reading and writing. A file that is not there yet
-/// is created, readable by its owner only, since it holds the users' password hashes. A file that
-/// is damaged, foreign or of a newer layout is refused and left as it is.
-/// @param _busy_ms how long a statement waits for another writer, in milliseconds
-::base::result_t open_database(connection_t& _connection, const QString& _path, int _busy_ms);
+/// Marks a file as an installation database (PRAGMA application_id).
+inline constexpr int application_id = 0x746f7264;
+
+/// The tables of the layout, each after those that it refers to.
+QStringList table_names();
+
+/// Makes the tables of an empty database and marks it. Inside a writing transaction.
+::base::result_t create_tables(connection_t& _connection);
 
 }  // namespace database::store

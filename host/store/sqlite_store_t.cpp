@@ -1,7 +1,7 @@
 #include "store/sqlite_store_t.h"
 
 #include "store/change_log_t.h"
-#include "store/schema.h"
+#include "store/open_database.h"
 #include "store/store_reader_t.h"
 #include "store/store_writer_t.h"
 #include "store/transaction_t.h"
@@ -35,13 +35,13 @@ result_t sqlite_store_t::replace(const installation_t& _installation) {
     }
     change_log_t log(link);
     store_writer_t writer(link);
-    const qint64 before = log.last_sequence();
-    result_t result = writer.clear();
+    const ::base::result_of_t<qint64> before = log.last_sequence();
+    result_t result = before.is_ok() ? writer.clear() : result_t(before);
     if (result.is_ok()) {
         result = writer.write(_installation);
     }
     if (result.is_ok()) {
-        result = log.collapse(before);
+        result = log.collapse(before.value);
     }
     return result.is_ok() ? transaction.commit() : result;
 }

@@ -31,22 +31,22 @@ result_t store_editor_t::grant(const QString& _user, const QString& _element, in
     if (!transaction.begun().is_ok()) {
         return transaction.begun();
     }
-    const QString user = user_id(_user);
-    if (user.isEmpty()) {
-        return no_such("user", _user);
+    const ::base::result_of_t<QString> user = user_id(_user);
+    if (!user.is_ok()) {
+        return user;
     }
-    if (!exists("elements", _element)) {
-        return no_such("element", _element);
+    if (const result_t element = check_element(_element); !element.is_ok()) {
+        return element;
     }
     const result_t result =
         _bits == 0
             ? connection.run(
                   QStringLiteral("DELETE FROM permissions WHERE user = ? AND element = ?"),
-                  {user, _element})
+                  {user.value, _element})
             : connection.run(
                   QStringLiteral("INSERT INTO permissions (user, element, bits) VALUES (?, ?, ?) "
                                  "ON CONFLICT DO UPDATE SET bits = excluded.bits"),
-                  {user, _element, _bits});
+                  {user.value, _element, _bits});
     return result.is_ok() ? transaction.commit() : result;
 }
 
@@ -62,8 +62,8 @@ result_t store_editor_t::add_user(const QString& _username, const QString& _pass
         return transaction.begun();
     }
     const QString id = QLatin1String("u-") + _username;
-    if (!user_id(_username).isEmpty() || exists("users", id)) {
-        return result_t::failed(QStringLiteral("There is a user %1 already.").arg(_username));
+    if (const result_t name = check_free(id, _username); !name.is_ok()) {
+        return name;
     }
     const result_t result = connection.run(
         QStringLiteral("INSERT INTO users (id, username, password_hash) VALUES (?, ?, ?)"),
@@ -72,13 +72,18 @@ result_t store_editor_t::add_user(const QString& _username, const QString& _pass
 }
 
 result_t store_editor_t::set_password(const QString& _user, const QString& _password_hash) {
-    return change_one(QStringLiteral("UPDATE users SET password_hash = ? WHERE id = ?"),
-                      {text_value(_password_hash), user_id(_user)}, no_such("user", _user).error);
+    const ::base::result_of_t<QString> user = user_id(_user);
+    return user.is_ok()
+               ? change_one(QStringLiteral("UPDATE users SET password_hash = ? WHERE id = ?"),
+                            {text_value(_password_hash), user.value}, no_such("user", _user))
+               : result_t(user);
 }
 
 result_t store_editor_t::remove_user(const QString& _user) {
-    return change_one(QStringLiteral("DELETE FROM users WHERE id = ?"), {user_id(_user)},
-                      no_such("user", _user).error);
+    const ::base::result_of_t<QString> user = user_id(_user);
+    return user.is_ok() ? change_one(QStringLiteral("DELETE FROM users WHERE id = ?"), {user.value},
+                                     no_such("user", _user))
+                        : result_t(user);
 }
 
 result_t store_editor_t::set_item(const QString& _item, const QString& _value) {
@@ -96,7 +101,7 @@ result_t store_editor_t::set_value(const char* _table, const QString& _sql, cons
     transaction_t transaction(connection, transaction_t::kind_t::writing);
     result_t result = transaction.begun();
     if (result.is_ok()) {
-        result = change_one(_sql, {_value, _id}, _missing.error);
+        result = change_one(_sql, {_value, _id}, _missing);
     }
     if (result.is_ok()) {
         result = connection.run(QStringLiteral("INSERT INTO changes (tab, key) VALUES (?, ?)"),
@@ -105,23 +110,39 @@ result_t store_editor_t::set_value(const char* _table, const QString& _sql, cons
     return result.is_ok() ? transaction.commit() : result;
 }
 
-QString store_editor_t::user_id(const QString& _user) {
-    return connection
-        .value(QStringLiteral("SELECT id FROM users WHERE ? IN (id, username) "
-                              "ORDER BY id = ? DESC"),
-               {_user, _user})
-        .toString();
+::base::result_of_t<QString> store_editor_t::user_id(const QString& _user) {
+    const auto id =
+        connection.value(QStringLiteral("SELECT id FROM users WHERE ? IN (id, username) "
+                                        "ORDER BY id = ? DESC"),
+                         {_user, _user});
+    if (!id.is_ok()) {
+        return id;
+    }
+    if (!id.value.isValid()) {
+        return no_such("user", _user);
+    }
+    return id.value.toString();
 }
 
-bool store_editor_t::exists(const char* _table, const QString& _id) {
-    const QString sql = QStringLiteral("SELECT 1 FROM %1 WHERE id = ?").arg(QLatin1String(_table));
-    return connection.value(sql, {_id}).isValid();
+result_t store_editor_t::check_element(const QString& _id) {
+    const auto found =
+        connection.value(QStringLiteral("SELECT 1 FROM elements WHERE id = ?"), {_id});
+    return found.is_ok() && !found.value.isValid() ? no_such("element", _id) : result_t(found);
+}
+
+result_t store_editor_t::check_free(const QString& _id, const QString& _username) {
+    const auto found =
+        connection.value(QStringLiteral("SELECT 1 FROM users WHERE id IN (?, ?) OR username = ?"),
+                         {_id, _username, _username});
+    return found.value.isValid()
+               ? result_t::failed(QStringLiteral("There is a user %1 already.").arg(_username))
+               : result_t(found);
 }
 
 result_t store_editor_t::change_one(const QString& _sql, const QVariantList& _values,
-                                    const QString& _sentence) {
+                                    const result_t& _missing) {
     const result_t result = connection.run(_sql, _values);
-    return result.is_ok() && connection.changed_rows() == 0 ? result_t::failed(_sentence) : result;
+    return result.is_ok() && connection.changed_rows() == 0 ? _missing : result;
 }
 
 }  // namespace database::store

@@ -24,12 +24,15 @@ class store_editor_t {
     ::base::result_t set_scenario(const QString& _scenario, bool _execution);
 
  private:
-    /// The id of the user that @p _user names; empty when there is none. An id goes before a name.
-    QString user_id(const QString& _user);
-    bool exists(const char* _table, const QString& _id);
-    /// Runs one statement that must change the row that @p _sentence misses.
+    /// The id of the user that @p _user names; a failure when there is none or nobody can tell. An
+    /// id goes before a name.
+    ::base::result_of_t<QString> user_id(const QString& _user);
+    ::base::result_t check_element(const QString& _id);
+    /// A failure when a user has the id or the name.
+    ::base::result_t check_free(const QString& _id, const QString& _username);
+    /// Runs one statement that must change a row; @p _missing when there is none.
     ::base::result_t change_one(const QString& _sql, const QVariantList& _values,
-                                const QString& _sentence);
+                                const ::base::result_t& _missing);
     /// Notes the change even when the value on disk is this one already: the server may hold
     /// another that it has not saved yet.
     ::base::result_t set_value(const char* _table, const QString& _sql, const QVariant& _value,

@@ -61,7 +61,7 @@ class foreign_writer_t {
         }
         return error.isEmpty();
     }
-    QString read(const QString& _sql) { return connection.value(_sql).toString(); }
+    QString read(const QString& _sql) { return connection.value(_sql).value.toString(); }
 
     QString error;
 

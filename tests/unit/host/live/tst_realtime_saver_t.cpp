@@ -5,7 +5,7 @@
 
 #include "kit/notifier_log_t.h"
 #include "kit/sample_installation.h"
-#include "store/schema.h"
+#include "store/open_database.h"
 #include "store/transaction_t.h"
 
 using namespace database::live;

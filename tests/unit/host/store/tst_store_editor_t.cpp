@@ -72,6 +72,24 @@ class tst_store_editor_t : public QObject {
         QVERIFY(now() == sample::installation());
     }
 
+    void nobody_is_called_missing_while_the_file_is_in_use() {
+        database::store::connection_t other;
+        store->connection().close();
+        QVERIFY(other.open(file->path(), connection_t::access_t::read_write, 0).is_ok());
+        QVERIFY(other.run("PRAGMA locking_mode = EXCLUSIVE").is_ok());
+        QVERIFY(other.run("UPDATE items SET value = '1'").is_ok());
+        connection_t impatient;
+        QVERIFY(impatient.open(file->path(), connection_t::access_t::read_write, 0).is_ok());
+        store_editor_t editor(impatient);
+        const QString busy =
+            QStringLiteral("The database %1 is in use by another program.").arg(file->path());
+        QCOMPARE(editor.grant("bob", "e-lamp", 1).error, busy);
+        QCOMPARE(editor.add_user("eve", "hash").error, busy);
+        QCOMPARE(editor.set_password("bob", "hash").error, busy);
+        QCOMPARE(editor.remove_user("bob").error, busy);
+        QCOMPARE(editor.set_item("i-lamp", "1").error, busy);
+    }
+
     void a_name_that_would_widen_a_topic_is_refused() {
         store_editor_t editor(store->connection());
         for (const char* name : {"", "+", "a/b", "#", "my-request", "a\n"}) {

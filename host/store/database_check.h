@@ -1,0 +1,12 @@
+#pragma once
+
+#include "store/connection_t.h"
+
+namespace database::store {
+
+/// Whether an existing file is an installation database that this program can open. The file stays
+/// as it is, unless a program was killed while it wrote: then SQLite takes the half-written back.
+/// @param _busy_ms how long to wait for another program, in milliseconds
+::base::result_t check_database(const QString& _path, int _busy_ms);
+
+}  // namespace database::store
