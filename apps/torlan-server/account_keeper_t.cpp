@@ -22,23 +22,21 @@ account_keeper_t::account_keeper_t(broker::broker_process_t* _broker,
 
 account_keeper_t::~account_keeper_t() = default;
 
-QString account_keeper_t::start_broker() {
-    QList<accounts::broker_account_t> accounts;
-    QString error = read(&accounts);
-    if (error.isEmpty()) {
-        error = broker->start(accounts).error;
+base::result_t account_keeper_t::start_broker() {
+    const auto accounts = read();
+    if (!accounts.is_ok()) {
+        return accounts;
     }
-    return error.isEmpty() ? broker->wait_until_listening().error : error;
+    const base::result_t started = broker->start(accounts.value);
+    return started.is_ok() ? broker->wait_until_listening() : started;
 }
 
 void account_keeper_t::update() {
-    QList<accounts::broker_account_t> accounts;
-    QString error = read(&accounts);
-    if (error.isEmpty()) {
-        error = broker->set_accounts(accounts).error;
-    }
-    if (!error.isEmpty()) {
-        utility::log_line(QStringLiteral("The broker keeps its former users: ") + error, 2,
+    const auto accounts = read();
+    const base::result_t result =
+        accounts.is_ok() ? broker->set_accounts(accounts.value) : base::result_t(accounts);
+    if (!result.is_ok()) {
+        utility::log_line(QStringLiteral("The broker keeps its former users: ") + result.error, 2,
                           "update", source, __LINE__);
     }
 }
@@ -48,19 +46,20 @@ void account_keeper_t::end_checks() {
     update();
 }
 
-QString account_keeper_t::read(QList<accounts::broker_account_t>* _accounts) const {
+base::result_of_t<QList<accounts::broker_account_t>> account_keeper_t::read() const {
     const auto users = live->read_users();
     if (!users.is_ok()) {
-        return users.error;
+        return users;
     }
+    QList<accounts::broker_account_t> accounts;
     for (const database::installation::user_t& user : users.value) {
-        _accounts->append({user.username, user.password_hash});
+        accounts.append({user.username, user.password_hash});
     }
     if (checking) {
-        _accounts->append(
+        accounts.append(
             {account, accounts::make_password_hash(password, accounts::iterations_drawn)});
     }
-    return {};
+    return accounts;
 }
 
 }  // namespace torlan

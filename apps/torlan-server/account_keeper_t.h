@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QString>
 
+#include "base/result_t.h"
 #include "broker/broker_process_t.h"
 #include "broker/broker_rights_check_t.h"
 
@@ -22,8 +23,8 @@ class account_keeper_t : public QObject {
                      QObject* _parent = nullptr);
     ~account_keeper_t() override;
 
-    /// Starts the broker and waits until it listens. One sentence or empty.
-    QString start_broker();
+    /// Starts the broker and waits until it listens.
+    base::result_t start_broker();
 
     /// Hands the users as they are now to the broker; a failure goes to the log.
     void update();
@@ -36,8 +37,7 @@ class account_keeper_t : public QObject {
     QString check_password() const { return password; }
 
  private:
-    /// One sentence or empty.
-    QString read(QList<accounts::broker_account_t>* _accounts) const;
+    base::result_of_t<QList<accounts::broker_account_t>> read() const;
 
     broker::broker_process_t* const broker;
     database::live::live_database_t* const live;

@@ -9,9 +9,9 @@ data_folder_t::data_folder_t(const QString& _path) : path(QDir::cleanPath(_path)
 
 data_folder_t::~data_folder_t() = default;
 
-QString data_folder_t::open() {
-    if (const QString error = make(); !error.isEmpty()) {
-        return error;
+base::result_t data_folder_t::open() {
+    if (const base::result_t there = make(); !there.is_ok()) {
+        return there;
     }
     lock = std::make_unique<QLockFile>(file(QStringLiteral("torlan.lock")));
     // Never by age: a host may run for years. A dead process's lock is taken over all the same.
@@ -26,17 +26,20 @@ QString data_folder_t::open() {
     const bool known = in_use && lock->getLockInfo(&process, &host, &program);
     lock.reset();
     if (known) {
-        return QStringLiteral("The folder %1 is in use by process %2 (%3).")
-            .arg(path, QString::number(process), program);
+        return base::result_t::failed(QStringLiteral("The folder %1 is in use by process %2 (%3).")
+                                          .arg(path, QString::number(process), program));
     }
-    return QStringLiteral("The folder %1 %2.")
-        .arg(path, in_use ? QStringLiteral("is in use") : QStringLiteral("cannot be written"));
+    return base::result_t::failed(
+        QStringLiteral("The folder %1 %2.")
+            .arg(path, in_use ? QStringLiteral("is in use") : QStringLiteral("cannot be written")));
 }
 
-QString data_folder_t::make() {
+base::result_t data_folder_t::make() {
     const QFileInfo info(path);
     if (info.exists()) {
-        return info.isDir() ? QString() : QStringLiteral("%1 is not a folder.").arg(path);
+        return info.isDir()
+                   ? base::result_t()
+                   : base::result_t::failed(QStringLiteral("%1 is not a folder.").arg(path));
     }
     QString missing = path;
     while (!QFileInfo::exists(QFileInfo(missing).path())) {
@@ -45,7 +48,7 @@ QString data_folder_t::make() {
     const auto owner_only =
         QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner;
     if (!QDir().mkpath(path) || !QFile::setPermissions(path, owner_only)) {
-        return QStringLiteral("The folder %1 cannot be made.").arg(path);
+        return base::result_t::failed(QStringLiteral("The folder %1 cannot be made.").arg(path));
     }
     made = missing;
     return {};

@@ -4,6 +4,8 @@
 #include <QString>
 #include <memory>
 
+#include "base/result_t.h"
+
 namespace torlan {
 
 /// The host's folder: made when it is missing (mode 0700) and locked against a second host.
@@ -14,8 +16,8 @@ class data_folder_t {
     /// Unlocks it.
     ~data_folder_t();
 
-    /// One sentence when it cannot be made, written or locked; empty: it is ours.
-    QString open();
+    /// Makes it when it is missing, and locks it.
+    base::result_t open();
 
     /// Takes out what open() made, with everything that was written into it since. A folder that
     /// was there before stays as it is.
@@ -24,7 +26,7 @@ class data_folder_t {
     QString file(const QString& _name) const;
 
  private:
-    QString make();
+    base::result_t make();
 
     const QString path;
     QString made;  ///< topmost folder that open() made; empty: none

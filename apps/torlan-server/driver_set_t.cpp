@@ -17,7 +17,7 @@ driver_set_t::driver_set_t(QObject* _parent) : QObject(_parent) {}
 
 driver_set_t::~driver_set_t() = default;
 
-QString driver_set_t::load(const QString& _folder) {
+base::result_t driver_set_t::load(const QString& _folder) {
     loader::driver_loader_t loader(_folder);
     drivers = loader.load_all();
     for (const loader::refused_file_t& refused : loader.refused()) {
@@ -31,13 +31,14 @@ QString driver_set_t::load(const QString& _folder) {
     if (!drivers.empty()) {
         return {};
     }
-    return loader.refused().isEmpty() ? QStringLiteral("There is no driver in %1.").arg(_folder)
+    return base::result_t::failed(loader.refused().isEmpty()
+                                      ? QStringLiteral("There is no driver in %1.").arg(_folder)
                                       : QStringLiteral("No driver in %1 can be loaded: %2")
-                                            .arg(_folder, loader.refused().constFirst().text);
+                                            .arg(_folder, loader.refused().constFirst().text));
 }
 
-QString driver_set_t::init(database::database_t* _database,
-                           comunication::protoserver_t* _endpoint) {
+base::result_t driver_set_t::init(database::database_t* _database,
+                                  comunication::protoserver_t* _endpoint) {
     std::vector<loader::loaded_driver_t> taken;
     QString refused;
     for (loader::loaded_driver_t& driver : drivers) {
@@ -49,7 +50,7 @@ QString driver_set_t::init(database::database_t* _database,
         utility::log_line(refused, 2, "init", source, __LINE__);
     }
     drivers.swap(taken);
-    return drivers.empty() ? refused : QString();
+    return drivers.empty() ? base::result_t::failed(refused) : base::result_t();
 }
 
 void driver_set_t::start() {

@@ -4,6 +4,7 @@
 #include <QString>
 #include <vector>
 
+#include "base/result_t.h"
 #include "loader/loaded_driver_t.h"
 
 namespace comunication {
@@ -21,13 +22,13 @@ class driver_set_t : public QObject {
     explicit driver_set_t(QObject* _parent = nullptr);
     ~driver_set_t() override;
 
-    /// Loads every driver of a folder; what is refused goes to the log. One sentence when there
-    /// is none at all.
-    QString load(const QString& _folder);
+    /// Loads every driver of a folder; what is refused goes to the log. A failure when there is
+    /// none at all.
+    base::result_t load(const QString& _folder);
 
     /// Hands out the database and the endpoint. A driver that does not take them is logged and
-    /// dropped; one sentence when none is left.
-    QString init(database::database_t* _database, comunication::protoserver_t* _endpoint);
+    /// dropped; a failure when none is left.
+    base::result_t init(database::database_t* _database, comunication::protoserver_t* _endpoint);
 
     void start();
     /// Nothing when they are not started.

@@ -7,15 +7,19 @@
 
 #include "broker/broker_rights_check_t.h"
 #include "broker/port_probe_t.h"
+#include "chosen_log.h"
+#include "driver_folder.h"
 #include "first_request_t.h"
 #include "logs/log_line.h"
 #include "ready_probe_t.h"
+#include "start_broken_off.h"
 #include "utility/torlan_option_t.h"
 
 namespace torlan {
 
 using comunication::mqtt_endpoint_t;
 using database::live::change_feed_t;
+using utility::torlan_option_t;
 using utility::logs::classlogs;
 using utility::logs::spdlog_logger_t;
 
@@ -40,6 +44,7 @@ host_t::host_t(const options_t& _options, utility::logs::early_logger_t* _early,
       folder(_options.data),
       settings(_options) {
     connect(&settings, &settings_t::waiting, this, &host_t::waiting);
+    connect(this, &host_t::broken_off, &import, &installation_import_t::give_up);
     connect(this, &host_t::broken_off, &settings, &settings_t::give_up);
 }
 
@@ -47,26 +52,26 @@ host_t::~host_t() {
     stop();
 }
 
-QString host_t::start() {
-    using step_t = QString (host_t::*)();
-    QString error;
+base::result_t host_t::start() {
+    using step_t = base::result_t (host_t::*)();
+    base::result_t result;
     for (const step_t step :
          {&host_t::read_import, &host_t::open_folder, &host_t::read_settings, &host_t::open_log,
-          &host_t::load_drivers, &host_t::open_database, &host_t::start_broker,
-          &host_t::check_rights, &host_t::connect_endpoint, &host_t::start_drivers,
-          &host_t::ask_api}) {
-        if (error.isEmpty() && given_up) {
-            error = QStringLiteral("The start was broken off.");
+          &host_t::load_drivers, &host_t::check_ports, &host_t::open_database,
+          &host_t::start_broker, &host_t::check_rights, &host_t::connect_endpoint,
+          &host_t::start_drivers, &host_t::ask_api}) {
+        if (result.is_ok() && given_up) {
+            result = start_broken_off();
         }
-        if (error.isEmpty()) {
-            error = (this->*step)();
+        if (result.is_ok()) {
+            result = (this->*step)();
         }
     }
-    if (!error.isEmpty()) {
+    if (!result.is_ok()) {
         stop();
         folder.take_back();
     }
-    return error;
+    return result;
 }
 
 void host_t::break_off() {
@@ -87,60 +92,66 @@ void host_t::stop() {
     logger.reset();
 }
 
-QString host_t::read_import() {
+base::result_t host_t::read_import() {
     const bool is_new = !QFileInfo::exists(folder.file(database_name));
     const QString file =
         is_new && options.import_file.isEmpty() ? options.sample_file : options.import_file;
-    return file.isEmpty() ? QString() : import.read(file);
+    return file.isEmpty() ? base::result_t() : import.read(file);
 }
 
-QString host_t::open_folder() {
+base::result_t host_t::open_folder() {
     return folder.open();
 }
 
-QString host_t::read_settings() {
+base::result_t host_t::read_settings() {
     return settings.read();
 }
 
-QString host_t::open_log() {
-    const utility::logs::log_settings_t log = settings.log(folder.file(QStringLiteral("logs")));
+base::result_t host_t::open_log() {
+    const utility::logs::log_settings_t log = chosen_log(folder.file(QStringLiteral("logs")));
     if (!QDir().mkpath(log.folder)) {
-        return QStringLiteral("The folder %1 cannot be made.").arg(log.folder);
+        return base::result_t::failed(
+            QStringLiteral("The folder %1 cannot be made.").arg(log.folder));
     }
     auto opened = spdlog_logger_t::open(log);
     if (!opened.is_ok()) {
-        return opened.error;
+        return opened;
     }
     logger = std::move(opened.value);
     classlogs::setInstance(logger.get());
     early->hand_over(logger.get());
-    utility::torlan_option_t::print();
+    torlan_option_t::print();
     return {};
 }
 
-QString host_t::load_drivers() {
-    return drivers.load(settings.plugin_folder());
+base::result_t host_t::load_drivers() {
+    return drivers.load(driver_folder(options.plugins));
 }
 
-QString host_t::open_database() {
+base::result_t host_t::check_ports() {
     for (const quint16 port : {options.port, options.ws_port}) {
         if (port != 0 && !broker::port_probe_t::is_free(port)) {
-            return QStringLiteral("Port %1 of 127.0.0.1 is already in use.").arg(port);
+            return base::result_t::failed(
+                QStringLiteral("Port %1 of 127.0.0.1 is already in use.").arg(port));
         }
     }
+    return {};
+}
+
+base::result_t host_t::open_database() {
     database = std::make_unique<database::database_t>();
     database::live::live_database_t::options_t live_options;
-    live_options.save_delay_ms = settings.save_delay_ms();
-    live_options.save_iterations = settings.save_iterations();
+    live_options.save_delay_ms = torlan_option_t::DelayToSave();
+    live_options.save_iterations = torlan_option_t::DelayIterationToForceSave();
     live = std::make_unique<database::live::live_database_t>(database.get(), live_options);
     bus = std::make_unique<database::live::simulated_bus_t>(database.get(), live->writer());
     bus->simulate(options.simulate);
     const QString file = folder.file(database_name);
-    const QString error = import.write(file);
-    return error.isEmpty() ? live->open(file).error : error;
+    const base::result_t imported = import.write(file);
+    return imported.is_ok() ? live->open(file) : imported;
 }
 
-QString host_t::start_broker() {
+base::result_t host_t::start_broker() {
     broker::broker_settings_t given;
     given.port = options.port;
     given.websocket_port = options.ws_port;
@@ -151,7 +162,7 @@ QString host_t::start_broker() {
     return accounts->start_broker();
 }
 
-QString host_t::check_rights() {
+base::result_t host_t::check_rights() {
     broker::rights_check_settings_t given;
     given.port = options.port;
     given.host_account = broker::broker_settings_t().host_account;
@@ -159,10 +170,10 @@ QString host_t::check_rights() {
     given.probe_account = accounts->check_account();
     given.probe_password = accounts->check_password();
     given.connection_topic = connection_topic(*database);
-    return broker::broker_rights_check_t(given).run().error;
+    return broker::broker_rights_check_t(given).run();
 }
 
-QString host_t::connect_endpoint() {
+base::result_t host_t::connect_endpoint() {
     comunication::endpoint_settings_t given;
     given.port = options.port;
     given.username = broker::broker_settings_t().host_account;
@@ -170,38 +181,39 @@ QString host_t::connect_endpoint() {
     given.connection_topic = connection_topic(*database);
     endpoint = std::make_unique<comunication::endpoint_thread_t>(given);
 
-    QString error = QStringLiteral("The broker did not let the host in in time.");
+    base::result_t result =
+        base::result_t::failed(QStringLiteral("The broker did not let the host in in time."));
     QEventLoop loop;
-    connect(endpoint->endpoint(), &mqtt_endpoint_t::connected, &loop, [&loop, &error]() {
-        error.clear();
+    connect(endpoint->endpoint(), &mqtt_endpoint_t::connected, &loop, [&loop, &result]() {
+        result = {};
         loop.quit();
     });
     connect(this, &host_t::broken_off, &loop, &QEventLoop::quit);
     QTimer::singleShot(connect_timeout, &loop, &QEventLoop::quit);
     endpoint->start();
     loop.exec();
-    return error;
+    return result;
 }
 
-QString host_t::start_drivers() {
-    QString error = drivers.init(database.get(), endpoint->endpoint());
-    if (error.isEmpty()) {
+base::result_t host_t::start_drivers() {
+    base::result_t taken = drivers.init(database.get(), endpoint->endpoint());
+    if (taken.is_ok()) {
         set_up_connections();
         drivers.start();
     }
-    return error;
+    return taken;
 }
 
-QString host_t::ask_api() {
+base::result_t host_t::ask_api() {
     ready_probe_t::settings_t given;
     given.port = options.port;
     given.account = accounts->check_account();
     given.password = accounts->check_password();
     ready_probe_t probe(given);
     connect(this, &host_t::broken_off, &probe, &ready_probe_t::give_up);
-    QString error = probe.run();
+    base::result_t answered = probe.run();
     accounts->end_checks();
-    return error;
+    return answered;
 }
 
 void host_t::set_up_connections() {

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "account_keeper_t.h"
+#include "base/result_t.h"
 #include "broker/broker_process_t.h"
 #include "data_folder_t.h"
 #include "driver_set_t.h"
@@ -32,9 +33,9 @@ class host_t : public QObject {
     ~host_t() override;
 
     /// Builds and starts everything, handling events meanwhile; returns once the API has answered
-    /// through the broker. One sentence when it could not, with nothing left running and no new
-    /// folder left behind; empty: it runs. Once only.
-    QString start();
+    /// through the broker. After a failure nothing is left running and no new folder left behind.
+    /// Once only.
+    base::result_t start();
 
     /// Makes a start() that is under way give up soon.
     void break_off();
@@ -51,17 +52,18 @@ class host_t : public QObject {
     void broken_off();
 
  private:
-    QString read_import();
-    QString open_folder();
-    QString read_settings();
-    QString open_log();
-    QString load_drivers();
-    QString open_database();
-    QString start_broker();
-    QString check_rights();
-    QString connect_endpoint();
-    QString start_drivers();
-    QString ask_api();
+    base::result_t read_import();
+    base::result_t open_folder();
+    base::result_t read_settings();
+    base::result_t open_log();
+    base::result_t load_drivers();
+    base::result_t check_ports();
+    base::result_t open_database();
+    base::result_t start_broker();
+    base::result_t check_rights();
+    base::result_t connect_endpoint();
+    base::result_t start_drivers();
+    base::result_t ask_api();
     void set_up_connections();
 
     const options_t options;

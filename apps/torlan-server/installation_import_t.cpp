@@ -1,38 +1,50 @@
 #include "installation_import_t.h"
 
-#include <QFile>
 #include <QJsonDocument>
 
 #include "accounts/broker_hash.h"
 #include "installation/document_reader.h"
+#include "program/file_reader_t.h"
 #include "store/sqlite_store_t.h"
 
 namespace torlan {
 
-QString installation_import_t::read(const QString& _file) {
-    const auto document = database::installation::read_document_file(_file);
+namespace {
+constexpr qint64 max_file_bytes = 64 << 20;
+}
+
+installation_import_t::installation_import_t(QObject* _parent) : QObject(_parent) {}
+
+installation_import_t::~installation_import_t() = default;
+
+base::result_t installation_import_t::read(const QString& _file) {
+    file_reader_t reader(_file, max_file_bytes);
+    connect(this, &installation_import_t::given_up, &reader, &file_reader_t::give_up);
+    const base::result_of_t<QByteArray> bytes = reader.read();
+    if (!bytes.is_ok()) {
+        return bytes;
+    }
+    const auto document = database::installation::read_document(bytes.value, _file);
     if (!document.is_ok()) {
-        return document.error;
+        return document;
     }
     installation = document.value;
+    users = QJsonDocument::fromJson(bytes.value).object().value(QLatin1String("users")).toObject();
     is_read = true;
-    QFile file(_file);
-    if (file.open(QIODevice::ReadOnly)) {
-        users = QJsonDocument::fromJson(file.readAll())
-                    .object()
-                    .value(QLatin1String("users"))
-                    .toObject();
-    }
     return {};
 }
 
-QString installation_import_t::write(const QString& _database) const {
+void installation_import_t::give_up() {
+    Q_EMIT given_up();
+}
+
+base::result_t installation_import_t::write(const QString& _database) const {
     if (!is_read) {
         return {};
     }
     database::store::sqlite_store_t store;
-    const auto opened = store.open(_database);
-    return opened.is_ok() ? store.replace(installation).error : opened.error;
+    const base::result_t opened = store.open(_database);
+    return opened.is_ok() ? store.replace(installation) : opened;
 }
 
 QString installation_import_t::password_of(const QString& _user_id) const {

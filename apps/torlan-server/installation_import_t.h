@@ -1,26 +1,40 @@
 #pragma once
 
 #include <QJsonObject>
+#include <QObject>
 #include <QString>
 
+#include "base/result_t.h"
 #include "installation/installation_t.h"
 
 namespace torlan {
 
 /// An installation file on its way into the database, in two steps: read and checked before
-/// anything is touched, written as a whole later.
-class installation_import_t {
+/// anything is touched, written as a whole later. Main thread, with an event loop.
+class installation_import_t : public QObject {
+    Q_OBJECT
+
  public:
-    /// One sentence that names the place in the file; empty: it can be written.
-    QString read(const QString& _file);
+    explicit installation_import_t(QObject* _parent = nullptr);
+    ~installation_import_t() override;
+
+    /// Handles events until the whole file is here: it may be a pipe. A failure names the place in
+    /// the file.
+    base::result_t read(const QString& _file);
+
+    /// Makes a read() that waits for the file fail soon.
+    void give_up();
 
     /// Replaces what is in the database, which is made when it is missing. Nothing without a
-    /// file that was read. One sentence or empty.
-    QString write(const QString& _database) const;
+    /// file that was read.
+    base::result_t write(const QString& _database) const;
 
     /// A user's password as the file gives it in clear text; empty when it does not. For the
     /// first hint on the screen only: never log it.
     QString password_of(const QString& _user_id) const;
+
+ Q_SIGNALS:
+    void given_up();
 
  private:
     bool is_read = false;

@@ -37,12 +37,12 @@ int run(const options_t& _options) {
         host.break_off();
         QCoreApplication::quit();
     });
-    const QString error = host.start();
+    const base::result_t started = host.start();
     if (asked) {
         return status_done;
     }
-    if (!error.isEmpty()) {
-        say(stderr, error);
+    if (!started.is_ok()) {
+        say(stderr, started.error);
         return status_failed;
     }
     write_text(stdout, host.ready_text());

@@ -4,6 +4,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include "start_broken_off.h"
+
 namespace torlan {
 
 using comunication::mosquitto_client_t;
@@ -30,18 +32,18 @@ ready_probe_t::ready_probe_t(const settings_t& _settings, QObject* _parent)
                 }
             });
     connect(&client, &mosquitto_client_t::closed, this, [this](const QString& _reason) {
-        end(QStringLiteral("The API could not be asked: %1.").arg(_reason));
+        end(base::result_t::failed(QStringLiteral("The API could not be asked: %1.").arg(_reason)));
     });
     connect(&repeat, &QTimer::timeout, this, &ready_probe_t::ask);
     connect(&limit, &QTimer::timeout, this, [this]() {
-        end(QStringLiteral("The API did not answer within %1 seconds.")
-                .arg(settings.timeout.count() / 1000));
+        end(base::result_t::failed(QStringLiteral("The API did not answer within %1 seconds.")
+                                       .arg(settings.timeout.count() / 1000)));
     });
 }
 
 ready_probe_t::~ready_probe_t() = default;
 
-QString ready_probe_t::run() {
+base::result_t ready_probe_t::run() {
     done = false;
     limit.start(settings.timeout);
     client.open(
@@ -52,11 +54,11 @@ QString ready_probe_t::run() {
         loop.exec();
     }
     client.abandon();
-    return error;
+    return outcome;
 }
 
 void ready_probe_t::give_up() {
-    end(QStringLiteral("The start was broken off."));
+    end(start_broken_off());
 }
 
 void ready_probe_t::ask() {
@@ -64,14 +66,14 @@ void ready_probe_t::ask() {
                     "{}", qos_t::at_least_once, false});
 }
 
-void ready_probe_t::end(const QString& _error) {
+void ready_probe_t::end(const base::result_t& _outcome) {
     if (done) {
         return;
     }
     done = true;
     repeat.stop();
     limit.stop();
-    error = _error;
+    outcome = _outcome;
     Q_EMIT finished();
 }
 

@@ -4,6 +4,7 @@
 #include <QTimer>
 #include <chrono>
 
+#include "base/result_t.h"
 #include "endpoint/mosquitto_client_t.h"
 
 namespace torlan {
@@ -24,10 +25,10 @@ class ready_probe_t : public QObject {
     explicit ready_probe_t(const settings_t& _settings, QObject* _parent = nullptr);
     ~ready_probe_t() override;
 
-    /// Handles events until the API has answered. One sentence when it has not; empty: it has.
-    QString run();
+    /// Handles events until the API has answered.
+    base::result_t run();
 
-    /// Makes run() return soon, with a sentence.
+    /// Makes run() fail soon.
     void give_up();
 
  Q_SIGNALS:
@@ -35,14 +36,14 @@ class ready_probe_t : public QObject {
 
  private:
     void ask();
-    void end(const QString& _error);
+    void end(const base::result_t& _outcome);
 
     const settings_t settings;
     const QString tree;  ///< topics of the probe's account
     comunication::mosquitto_client_t client;
     QTimer repeat;
     QTimer limit;
-    QString error;
+    base::result_t outcome;
     bool done = false;
 };
 

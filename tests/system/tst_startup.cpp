@@ -1,5 +1,10 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <QTcpServer>
 #include <QtTest>
+#include <thread>
 
 #include "system/support/small_home.h"
 
@@ -20,6 +25,9 @@ class tst_startup : public QObject {
     void a_missing_folder_is_told_by_the_tool();
     void listens_on_loopback_only();
     void secrets_are_not_readable_by_others();
+    void an_installation_comes_through_a_pipe_once();
+    void a_stop_while_a_pipe_is_waited_for_ends_it_with_status_zero_data();
+    void a_stop_while_a_pipe_is_waited_for_ends_it_with_status_zero();
 };
 
 namespace {
@@ -138,6 +146,68 @@ void tst_startup::secrets_are_not_readable_by_others() {
         QVERIFY(line.open(QIODevice::ReadOnly));
         QVERIFY(!line.readAll().contains("password"));
     }
+}
+
+// A second reading would wait for ever, and the hint on the first screen needs the file's own text.
+void tst_startup::an_installation_comes_through_a_pipe_once() {
+    host_process_t host;
+    const QString pipe = host.data() + "/pipe";
+    QCOMPARE(::mkfifo(qPrintable(pipe), 0600), 0);
+    const QByteArray home = QJsonDocument(small_home()).toJson();
+    std::thread writer([&]() {
+        QFile file(pipe);
+        if (file.open(QIODevice::WriteOnly)) {
+            file.write(home);
+        }
+    });
+    const bool started = host.start({"--import", pipe});
+    // Lets a writer go that nobody reads.
+    const int reader = ::open(qPrintable(pipe), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    writer.join();
+    ::close(reader);
+    QVERIFY2(started, qPrintable(host.error()));
+    QCOMPARE(host.control({"export"}), 0);
+    QVERIFY(host.control_output().contains("\"alice\""));
+    QByteArray shown = host.start_output();
+    QTRY_VERIFY((shown += host.process().readAll()).contains("-P 'alice-password'"));
+}
+
+void tst_startup::a_stop_while_a_pipe_is_waited_for_ends_it_with_status_zero_data() {
+    QTest::addColumn<int>("number");
+    QTest::addColumn<bool>("has_writer");
+    QTest::newRow("SIGTERM, nobody writes") << SIGTERM << false;
+    QTest::newRow("SIGTERM, the writer is silent") << SIGTERM << true;
+    QTest::newRow("Ctrl-C, nobody writes") << SIGINT << false;
+}
+
+void tst_startup::a_stop_while_a_pipe_is_waited_for_ends_it_with_status_zero() {
+    QFETCH(int, number);
+    QFETCH(bool, has_writer);
+    const QTemporaryDir folder;
+    const QString pipe = folder.filePath("pipe");
+    QCOMPARE(::mkfifo(qPrintable(pipe), 0600), 0);
+    QProcess server;
+    server.start(TORLAN_SERVER, {"--data", folder.filePath("data"), "--import", pipe});
+    QVERIFY(server.waitForStarted());
+    const QDir descriptors(QStringLiteral("/proc/%1/fd").arg(server.processId()));
+    const auto is_open = [&]() {
+        const QFileInfoList all = descriptors.entryInfoList(QDir::System | QDir::Files);
+        return std::any_of(all.begin(), all.end(), [&](const QFileInfo& _descriptor) {
+            return _descriptor.symLinkTarget() == pipe;
+        });
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(is_open(), process_timeout_ms);
+    const int writer =
+        has_writer ? ::open(qPrintable(pipe), O_WRONLY | O_NONBLOCK | O_CLOEXEC) : -1;
+    QCOMPARE(writer >= 0, has_writer);
+    ::kill(pid_t(server.processId()), number);
+    const bool ended = server.waitForFinished(5000);
+    ::close(writer);
+    QVERIFY(ended);
+    QCOMPARE(server.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(server.exitCode(), 0);
+    QCOMPARE(server.readAllStandardError(), QByteArray());
+    QVERIFY(!QFile::exists(folder.filePath("data")));
 }
 
 QTEST_GUILESS_MAIN(tst_startup)

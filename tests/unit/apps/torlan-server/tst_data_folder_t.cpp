@@ -14,7 +14,7 @@ class tst_data_folder_t : public QObject {
 
     void a_missing_folder_is_made_for_its_owner_only() {
         data_folder_t folder(place->filePath("a/b"));
-        QCOMPARE(folder.open(), QString());
+        QCOMPARE(folder.open().error, QString());
         const auto mode = QFile::permissions(place->filePath("a/b"));
         QVERIFY(
             !(mode & (QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther)));
@@ -23,30 +23,30 @@ class tst_data_folder_t : public QObject {
 
     void a_folder_in_use_names_the_process() {
         data_folder_t first(place->path());
-        QCOMPARE(first.open(), QString());
+        QCOMPARE(first.open().error, QString());
         data_folder_t second(place->path());
-        const QString error = second.open();
+        const QString error = second.open().error;
         QVERIFY2(error.contains(place->path()), qPrintable(error));
         QVERIFY2(error.contains(QString::number(QCoreApplication::applicationPid())),
                  qPrintable(error));
     }
 
     void it_is_free_again_afterwards() {
-        { QCOMPARE(data_folder_t(place->path()).open(), QString()); }
-        QCOMPARE(data_folder_t(place->path()).open(), QString());
+        { QCOMPARE(data_folder_t(place->path()).open().error, QString()); }
+        QCOMPARE(data_folder_t(place->path()).open().error, QString());
     }
 
     void a_file_in_the_way_is_told() {
         const QString path = place->filePath("file");
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(data_folder_t(path).open(), path + " is not a folder.");
-        QVERIFY(data_folder_t(path + "/below").open().contains(path + "/below"));
+        QCOMPARE(data_folder_t(path).open().error, path + " is not a folder.");
+        QVERIFY(data_folder_t(path + "/below").open().error.contains(path + "/below"));
     }
 
     void what_was_made_can_be_taken_back() {
         data_folder_t folder(place->filePath("a/b"));
-        QCOMPARE(folder.open(), QString());
+        QCOMPARE(folder.open().error, QString());
         QFile file(folder.file("written"));
         QVERIFY(file.open(QIODevice::WriteOnly));
         folder.take_back();
@@ -56,11 +56,11 @@ class tst_data_folder_t : public QObject {
     void what_was_there_before_stays() {
         QVERIFY(QDir().mkdir(place->filePath("a")));
         data_folder_t old(place->filePath("a"));
-        QCOMPARE(old.open(), QString());
+        QCOMPARE(old.open().error, QString());
         old.take_back();
         QVERIFY(QFileInfo::exists(place->filePath("a")));
         data_folder_t below(place->filePath("a/b"));
-        QCOMPARE(below.open(), QString());
+        QCOMPARE(below.open().error, QString());
         below.take_back();
         QVERIFY(QDir(place->filePath("a")).isEmpty());
     }

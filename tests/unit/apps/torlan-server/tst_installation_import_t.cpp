@@ -16,8 +16,8 @@ class tst_installation_import_t : public QObject {
 
     void a_file_is_written_as_a_whole() {
         installation_import_t import;
-        QCOMPARE(import.read(document(R"("type": 1)")), QString());
-        QCOMPARE(import.write(database()), QString());
+        QCOMPARE(import.read(document(R"("type": 1)")).error, QString());
+        QCOMPARE(import.write(database()).error, QString());
         database::store::sqlite_store_t store;
         QVERIFY(store.open(database()).is_ok());
         const auto written = store.read();
@@ -27,15 +27,15 @@ class tst_installation_import_t : public QObject {
 
     void a_broken_file_names_its_place_and_writes_nothing() {
         installation_import_t import;
-        const QString error = import.read(document(R"("type": "x")"));
+        const QString error = import.read(document(R"("type": "x")")).error;
         QVERIFY2(error.contains("elements/e-lamp/type"), qPrintable(error));
-        QCOMPARE(import.write(database()), QString());
+        QCOMPARE(import.write(database()).error, QString());
         QVERIFY(!QFile::exists(database()));
     }
 
     void clear_text_passwords_are_known_and_hashes_are_not() {
         installation_import_t import;
-        QCOMPARE(import.read(document(R"("type": 1)")), QString());
+        QCOMPARE(import.read(document(R"("type": 1)")).error, QString());
         QCOMPARE(import.password_of("u-a"), QStringLiteral("secret"));
         QCOMPARE(import.password_of("u-b"), QString());
         QCOMPARE(import.password_of("u-c"), QString());

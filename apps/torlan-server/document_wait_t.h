@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QObject>
+#include <QString>
+
+#include "base/result_t.h"
+
+namespace torlan {
+
+/// Waits until the configuration server answers. Main thread, with an event loop.
+class document_wait_t : public QObject {
+    Q_OBJECT
+
+ public:
+    /// @param _address where the server is, for sentences
+    /// @param _seconds how long to wait; 0: one question
+    document_wait_t(QString _address, int _seconds, QObject* _parent = nullptr);
+    ~document_wait_t() override;
+
+    /// The whole document; handles events meanwhile.
+    base::result_of_t<QJsonObject> run();
+
+    /// Makes run() fail soon.
+    void give_up();
+
+ Q_SIGNALS:
+    /// The first question had no answer; one sentence.
+    void waiting(const QString& _sentence);
+    void given_up();
+
+ private:
+    void pause();
+
+    const QString address;
+    const int seconds;
+    bool is_given_up = false;
+};
+
+}  // namespace torlan
