@@ -1,5 +1,7 @@
 #include "program/socket_owner_t.h"
 
+#include <unistd.h>
+
 #include <QFile>
 #include <QtEndian>
 #include <cstring>
@@ -116,16 +118,18 @@ std::optional<uid_t> socket_owner_t::peer_in(const QByteArray& _table, const end
 }
 
 QList<uid_t> socket_owner_t::listeners_in(const QByteArray& _table, quint16 _port) {
-    QList<uid_t> users;
+    QList<uid_t> exact;
+    QList<uid_t> any;
     each_row(_table, _port, [&](const row_t& _row) {
-        const bool reachable = _row.local.address.isLoopback() ||
-                               _row.local.address == QHostAddress::AnyIPv4 ||
-                               _row.local.address == QHostAddress::AnyIPv6;
-        if (_row.state == listening && reachable && !users.contains(_row.user)) {
+        const QHostAddress& address = _row.local.address;
+        const bool is_any = address == QHostAddress::AnyIPv4 || address == QHostAddress::AnyIPv6;
+        QList<uid_t>& users = is_any ? any : exact;
+        if (_row.state == listening && (is_any || address == QHostAddress::LocalHost) &&
+            !users.contains(_row.user)) {
             users.append(_row.user);
         }
     });
-    return users;
+    return exact.isEmpty() ? any : exact;
 }
 
 std::optional<uid_t> socket_owner_t::of_peer(const end_t& _own, const end_t& _peer) {
@@ -137,16 +141,12 @@ std::optional<uid_t> socket_owner_t::of_peer(const end_t& _own, const end_t& _pe
     return std::nullopt;
 }
 
-std::optional<uid_t> socket_owner_t::of_listener(quint16 _port) {
-    QList<uid_t> users;
-    for (const QByteArray& table : tables()) {
-        for (const uid_t user : listeners_in(table, _port)) {
-            if (!users.contains(user)) {
-                users.append(user);
-            }
-        }
-    }
-    return users.size() == 1 ? std::optional(users.first()) : std::nullopt;
+QList<uid_t> socket_owner_t::of_listeners(quint16 _port) {
+    return listeners_in(tables().join(), _port);
+}
+
+bool socket_owner_t::is_trusted(uid_t _user) {
+    return _user == 0 || _user == ::geteuid();
 }
 
 }  // namespace torlan

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QHostAddress>
+#include <QList>
 #include <optional>
 
 namespace torlan {
@@ -26,14 +27,18 @@ class socket_owner_t {
     /// @param _own the end on our side, @param _peer the end that is asked about
     static std::optional<uid_t> of_peer(const end_t& _own, const end_t& _peer);
 
-    /// The one user whose sockets listen where a connection to 127.0.0.1:@p _port could end.
-    /// Nothing: nobody listens, or several users do.
-    static std::optional<uid_t> of_listener(quint16 _port);
+    /// Every user whose sockets listen where a connection to 127.0.0.1:@p _port could end, each
+    /// once; empty: nobody listens.
+    static QList<uid_t> of_listeners(quint16 _port);
 
-    /// The same in the text of one table, as of /proc/net/tcp or tcp6. Pure.
+    /// Whether a user is the one that this process runs as, or root.
+    static bool is_trusted(uid_t _user);
+
+    /// The same in the text of tables, as of /proc/net/tcp or tcp6. Pure.
     static std::optional<uid_t> peer_in(const QByteArray& _table, const end_t& _own,
                                         const end_t& _peer);
-    /// Every user with a listening row for the port, each once. Pure.
+    /// Every user with a row that a connection to 127.0.0.1:@p _port could end at, each once: who
+    /// listens there, or, when nobody does, on every address. Pure.
     static QList<uid_t> listeners_in(const QByteArray& _table, quint16 _port);
 };
 

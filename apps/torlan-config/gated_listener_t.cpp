@@ -1,7 +1,6 @@
 #include "gated_listener_t.h"
 
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <utility>
 
@@ -33,7 +32,7 @@ void turn_away(int _descriptor) {
 
 bool gated_listener_t::admit(QTcpSocket* _socket) {
     const std::optional<uid_t> user = user_of(*_socket);
-    if (user && (*user == ::geteuid() || *user == 0)) {
+    if (user && socket_owner_t::is_trusted(*user)) {
         return true;
     }
     turn_away(int(_socket->socketDescriptor()));

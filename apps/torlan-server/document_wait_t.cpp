@@ -6,6 +6,7 @@
 #include <chrono>
 #include <utility>
 
+#include "config_port.h"
 #include "http/http_t.h"
 #include "start_broken_off.h"
 #include "utility/cnfserver.h"
@@ -17,8 +18,8 @@ constexpr std::chrono::milliseconds again{200};
 constexpr int answer_timeout_ms = 1000;
 }  // namespace
 
-document_wait_t::document_wait_t(QString _address, int _seconds, QObject* _parent)
-    : QObject(_parent), address(std::move(_address)), seconds(_seconds) {}
+document_wait_t::document_wait_t(quint16 _port, int _seconds, QObject* _parent)
+    : QObject(_parent), port(_port), seconds(_seconds) {}
 
 document_wait_t::~document_wait_t() = default;
 
@@ -29,7 +30,13 @@ base::result_of_t<QJsonObject> document_wait_t::run() {
     clock.start();
     bool told = false;
     while (!is_given_up) {
+        if (const base::result_t judged = judge_config_port(port); !judged.is_ok()) {
+            return judged;
+        }
         const httpresponse_t response = http.get(QString());
+        if (const base::result_t judged = judge_config_port(port); !judged.is_ok()) {
+            return judged;
+        }
         if (response.getError() == 0) {
             return response.getData().toObject();
         }
@@ -39,8 +46,10 @@ base::result_of_t<QJsonObject> document_wait_t::run() {
                     .arg(QString::number(seconds), response.getErrorText()));
         }
         if (!std::exchange(told, true)) {
-            Q_EMIT waiting(QStringLiteral("waiting up to %1 s for the configuration server at %2")
-                               .arg(QString::number(seconds), address));
+            Q_EMIT waiting(QStringLiteral("waiting up to %1 s for the configuration server at "
+                                          "http://127.0.0.1:%2/")
+                               .arg(seconds)
+                               .arg(port));
         }
         pause();
     }

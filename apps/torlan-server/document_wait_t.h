@@ -8,14 +8,15 @@
 
 namespace torlan {
 
-/// Waits until the configuration server answers. Main thread, with an event loop.
+/// Waits until the configuration server answers; a server of a stranger on its port is a failure at
+/// once. Main thread, with an event loop.
 class document_wait_t : public QObject {
     Q_OBJECT
 
  public:
-    /// @param _address where the server is, for sentences
+    /// @param _port where the server is, on 127.0.0.1
     /// @param _seconds how long to wait; 0: one question
-    document_wait_t(QString _address, int _seconds, QObject* _parent = nullptr);
+    document_wait_t(quint16 _port, int _seconds, QObject* _parent = nullptr);
     ~document_wait_t() override;
 
     /// The whole document; handles events meanwhile.
@@ -32,7 +33,7 @@ class document_wait_t : public QObject {
  private:
     void pause();
 
-    const QString address;
+    const quint16 port;
     const int seconds;
     bool is_given_up = false;
 };

@@ -2,6 +2,7 @@
 
 #include "client_folder.h"
 #include "client_settings_t.h"
+#include "config_port.h"
 #include "http/http_t.h"
 #include "utility/cnfserver.h"
 #include "utility/http_read_config_server_t.h"
@@ -18,7 +19,7 @@ settings_t::settings_t(const options_t& _options, QObject* _parent)
       options(_options),
       address(QStringLiteral("http://127.0.0.1:%1/").arg(options.config_port)),
       singletons(options),
-      document(address, options.config_wait) {
+      document(options.config_port, options.config_wait) {
     connect(&document, &document_wait_t::waiting, this, &settings_t::waiting);
 }
 
@@ -43,6 +44,9 @@ base::result_t settings_t::read() {
     if (!utility::http_read_config_server_t::createInstance(nullptr)->read_configuration()) {
         return base::result_t::failed(
             QStringLiteral("The configuration server at %1 has no settings.").arg(address));
+    }
+    if (const base::result_t judged = judge_config_port(options.config_port); !judged.is_ok()) {
+        return judged;
     }
     // A new id stands in the client file already; now also where clients read the settings.
     clients.tell(utility::torlan_option_t::InstallationId());

@@ -80,12 +80,19 @@ class tst_socket_owner_t : public QObject {
                    "0A", 7, 1)
             << QList<uint>{7};
         QTest::newRow("another loopback address")
-            << row("0200007F:10E1", nobody, "0A", 7, 1) << QList<uint>{7};
+            << row("0200007F:10E1", nobody, "0A", 7, 1) << QList<uint>();
+        QTest::newRow("::1") << row("00000000000000000000000001000000:10E1",
+                                    "00000000000000000000000000000000:0000", "0A", 7, 1)
+                             << QList<uint>();
         QTest::newRow("another port") << row("0100007F:10E2", nobody, "0A", 7, 1) << QList<uint>();
         QTest::newRow("a connection") << row(own_4, peer_4, "01", 7, 1) << QList<uint>();
-        QTest::newRow("two users")
-            << row(own_4, nobody, "0A", 7, 1) + row("00000000:10E1", nobody, "0A", 8, 2)
-            << QList<uint>{7, 8};
+        QTest::newRow("loopback goes before every address")
+            << row("00000000:10E1", nobody, "0A", 8, 2) + row(own_4, nobody, "0A", 7, 1)
+            << QList<uint>{7};
+        QTest::newRow("two users") << row("00000000:10E1", nobody, "0A", 7, 1) +
+                                          row("00000000000000000000000000000000:10E1",
+                                              "00000000000000000000000000000000:0000", "0A", 8, 2)
+                                   << QList<uint>{7, 8};
         QTest::newRow("twice the same")
             << row(own_4, nobody, "0A", 7, 1) + row("00000000:10E1", nobody, "0A", 7, 2)
             << QList<uint>{7};
@@ -100,7 +107,7 @@ class tst_socket_owner_t : public QObject {
     void a_real_connection_is_ours() {
         QTcpServer server;
         QVERIFY(server.listen(QHostAddress::LocalHost));
-        QCOMPARE(socket_owner_t::of_listener(server.serverPort()).value_or(12345), ::getuid());
+        QCOMPARE(socket_owner_t::of_listeners(server.serverPort()), QList<uid_t>{::getuid()});
         QTcpSocket client;
         client.connectToHost(server.serverAddress(), server.serverPort());
         QVERIFY(client.waitForConnected());
@@ -111,6 +118,12 @@ class tst_socket_owner_t : public QObject {
         QVERIFY(!socket_owner_t::of_peer(at_server, at_client));
     }
 
+    void our_own_user_and_root_are_trusted() {
+        QVERIFY(socket_owner_t::is_trusted(0));
+        QVERIFY(socket_owner_t::is_trusted(::geteuid()));
+        QVERIFY(!socket_owner_t::is_trusted(::geteuid() + 1));
+    }
+
     void nobody_listens_on_a_closed_port() {
         quint16 port = 0;
         {
@@ -118,7 +131,7 @@ class tst_socket_owner_t : public QObject {
             QVERIFY(server.listen(QHostAddress::LocalHost));
             port = server.serverPort();
         }
-        QVERIFY(!socket_owner_t::of_listener(port));
+        QVERIFY(socket_owner_t::of_listeners(port).isEmpty());
     }
 };
 

@@ -1,11 +1,17 @@
 #include "document_wait_t.h"
 
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 #include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
 #include <atomic>
 #include <memory>
+#include <utility>
 
 #include "fakes/tiny_http_server_t.h"
 #include "http/http_t.h"
@@ -20,7 +26,7 @@ class tst_document_wait_t : public QObject {
  private Q_SLOTS:
     void an_answer_is_the_document() {
         serve(tiny_http_server_t::json(R"({"a": 1})"));
-        document_wait_t wait(address(), 0);
+        document_wait_t wait(port(), 0);
         QSignalSpy waiting(&wait, &document_wait_t::waiting);
         const auto result = wait.run();
         QCOMPARE(result.error, QString());
@@ -30,7 +36,7 @@ class tst_document_wait_t : public QObject {
 
     void no_answer_in_time_is_one_sentence_and_the_wait_is_told_once() {
         serve(nothing_yet());
-        document_wait_t wait(address(), 1);
+        document_wait_t wait(port(), 1);
         QSignalSpy waiting(&wait, &document_wait_t::waiting);
         QElapsedTimer clock;
         clock.start();
@@ -45,7 +51,7 @@ class tst_document_wait_t : public QObject {
 
     void without_patience_one_question_is_put() {
         serve(nothing_yet());
-        QVERIFY(!document_wait_t(address(), 0).run().is_ok());
+        QVERIFY(!document_wait_t(port(), 0).run().is_ok());
         QCOMPARE(server->requests().size(), 1);
     }
 
@@ -55,7 +61,44 @@ class tst_document_wait_t : public QObject {
             return ++questions < 3 ? nothing_yet() : tiny_http_server_t::json(R"({"a": 1})");
         });
         QVERIFY(http_t::map_base(utility::cnfserver::base, server->port()));
-        QCOMPARE(document_wait_t(address(), 60).run().value, (QJsonObject{{"a", 1}}));
+        QCOMPARE(document_wait_t(port(), 60).run().value, (QJsonObject{{"a", 1}}));
+    }
+
+    void a_stranger_on_the_port_is_asked_nothing() {
+        if (::geteuid() != 0) {
+            QSKIP("only root can become another user");
+        }
+        const quint16 taken = bind_as(65534);
+        QCOMPARE(::listen(descriptor, 1), 0);
+        QVERIFY(http_t::map_base(utility::cnfserver::base, taken));
+        const QString error = document_wait_t(taken, 3600).run().error;
+        QCOMPARE(error, QStringLiteral("Port %1 of 127.0.0.1, where the configuration server "
+                                       "should be, is held by user 65534, who is not trusted with "
+                                       "the settings.")
+                            .arg(taken));
+        pollfd someone{descriptor, POLLIN, 0};
+        QCOMPARE(::poll(&someone, 1, 0), 0);
+    }
+
+    void a_stranger_who_takes_the_port_meanwhile_is_not_believed() {
+        if (::geteuid() != 0) {
+            QSKIP("only root can become another user");
+        }
+        const quint16 taken = bind_as(65534);
+        server = std::make_unique<tiny_http_server_t>([this](const auto&) {
+            ::listen(descriptor, 1);
+            return tiny_http_server_t::json(R"({"a": 1})");
+        });
+        QVERIFY(http_t::map_base(utility::cnfserver::base, server->port()));
+        const QString error = document_wait_t(taken, 0).run().error;
+        QVERIFY2(error.contains("held by user 65534"), qPrintable(error));
+        QCOMPARE(server->requests().size(), 1);
+    }
+
+    void cleanup() {
+        if (descriptor >= 0) {
+            ::close(std::exchange(descriptor, -1));
+        }
     }
 
     void giving_up_ends_the_wait_data() {
@@ -66,7 +109,7 @@ class tst_document_wait_t : public QObject {
     void giving_up_ends_the_wait() {
         QFETCH(bool, before);
         serve(nothing_yet());
-        document_wait_t wait(address(), 3600);
+        document_wait_t wait(port(), 3600);
         if (before) {
             wait.give_up();
         } else {
@@ -86,6 +129,24 @@ class tst_document_wait_t : public QObject {
         QVERIFY(http_t::map_base(utility::cnfserver::base, server->port()));
     }
     QString address() const { return server->url(); }
+    quint16 port() const { return server->port(); }
+
+    /// A port of 127.0.0.1 that belongs to a user, as a socket does to the one that makes it.
+    quint16 bind_as(uid_t _user) {
+        const uid_t own = ::geteuid();
+        static_cast<void>(::seteuid(_user));
+        descriptor = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        static_cast<void>(::seteuid(own));
+        sockaddr_in address = {};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address;
+        ::bind(descriptor, reinterpret_cast<const sockaddr*>(&address), size);
+        ::getsockname(descriptor, reinterpret_cast<sockaddr*>(&address), &size);
+        return ntohs(address.sin_port);
+    }
+
+    int descriptor = -1;  ///< of bind_as()
 
     std::unique_ptr<tiny_http_server_t> server;
 };
