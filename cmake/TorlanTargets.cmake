@@ -45,11 +45,13 @@ function(add_torlan_library _name)
 endfunction()
 
 # add_torlan_driver(<library name> SOURCES ... LINK ...)
-# A loadable driver; lands in lib/drivers, where the host scans for it.
+# A loadable driver; lands in lib/drivers, where the host scans for it. Packagers know a library by
+# the shared object name, which CMake gives to no module.
 function(add_torlan_driver _name)
     cmake_parse_arguments(arg "" "" "SOURCES;LINK" ${ARGN})
     add_library(${_name} MODULE ${arg_SOURCES})
-    target_link_libraries(${_name} PRIVATE torlan_settings ${arg_LINK})
+    target_link_libraries(${_name} PRIVATE torlan_product ${arg_LINK})
+    target_link_options(${_name} PRIVATE LINKER:-soname,$<TARGET_FILE_NAME:${_name}>)
     set_target_properties(${_name} PROPERTIES
         LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib/drivers
         BUILD_RPATH_USE_ORIGIN ON)
