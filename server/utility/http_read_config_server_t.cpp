@@ -79,7 +79,7 @@ bool http_read_config_server_t::read_configuration() {
         log_client(wrong + QStringLiteral(" json is empty"), 0, __func__, __LINE__);
         return false;
     }
-    if (options.isNull()) {
+    if (options == nullptr || options != torlan_option_t::instance) {
         log_client(QStringLiteral("Config server - no options to fill"), 0, __func__, __LINE__);
         return false;
     }

@@ -2,7 +2,6 @@
 
 #include <QJsonObject>
 #include <QObject>
-#include <QPointer>
 #include <atomic>
 
 #include "base/locks.h"
@@ -50,7 +49,7 @@ class http_read_config_server_t : public QObject {
     void copy_settings(const QJsonObject& _config);
 
     [[maybe_unused]] bool flag = false;
-    QPointer<torlan_option_t> options;
+    torlan_option_t* options;  ///< as they were at construction; not owned
     http_t* http;
 };
 

@@ -88,8 +88,8 @@ class data_api_elements_t : public data_api_t {
     void reload();
     void trigger_reload();
 
-    base::recursive_mutex_t lock;
     QStringList api_usernames TORLAN_GUARDED_BY(lock);
+    base::recursive_mutex_t lock;
     QHash<QString, data_api_element_object_t*> elements TORLAN_GUARDED_BY(lock);
     QScopedPointer<utility::timer_debounce_t<>> reload_timer;
     bool enabled = true;

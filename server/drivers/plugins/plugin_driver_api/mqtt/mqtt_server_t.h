@@ -72,8 +72,8 @@ class mqtt_server_t : public QObject {
     QString object_name;
     QPointer<data_api_elements_t> elements;
     QHash<QString, mqtt_server_api_base_t*> handlers;  ///< by version word; children of this
-    base::mutex_t mutex;  ///< guards enabled and the transitions of enable_change
     bool enabled TORLAN_GUARDED_BY(mutex) = false;
+    base::mutex_t mutex;  ///< guards enabled and the transitions of enable_change
     QScopedPointer<utility::timer_debounce_t<>> acl_timer;
     bool acl_pass_due = false;  ///< true while the timer calls on_acl_changes
     /// Held while init_route_path connects; enable_change only passes through it when it begins,
