@@ -18,8 +18,8 @@ static const QString server_url =
 /// tree inside its root.
 class cnfserver {
  public:
-    explicit cnfserver(const char* _key) : key(QLatin1String(_key)) {}
-    operator const QString&() const { return key; }  // NOLINT(google-explicit-constructor)
+    explicit cnfserver(const char* _key);
+    operator const QString&() const;  // NOLINT(google-explicit-constructor)
 
     /// The configuration server's URL.
     static const QString base;
@@ -38,8 +38,8 @@ class cnfserver {
 /// "installation/...". The server is addressed with these paths: no "/" at their end.
 class cnfserver::installation_o {
  public:
-    explicit installation_o(const char* _key) : key(QLatin1String(_key)) {}
-    operator const QString&() const { return key; }  // NOLINT(google-explicit-constructor)
+    explicit installation_o(const char* _key);
+    operator const QString&() const;  // NOLINT(google-explicit-constructor)
     QString toString() const;
 
     static const QString base;
@@ -59,8 +59,8 @@ class cnfserver::installation_o {
 /// "cloud/...", composed by its users.
 class cnfserver::installation_o::cloud_o {
  public:
-    explicit cloud_o(const char* _key) : key(QLatin1String(_key)) {}
-    operator const QString&() const { return key; }  // NOLINT(google-explicit-constructor)
+    explicit cloud_o(const char* _key);
+    operator const QString&() const;  // NOLINT(google-explicit-constructor)
 
     static const QString base;
     static const cloud_o cloud_api_token;
@@ -82,8 +82,8 @@ class cnfserver::statics_o {
 
 class cnfserver::statics_o::drdconf_o {
  public:
-    explicit drdconf_o(const char* _key) : key(QLatin1String(_key)) {}
-    operator const QString&() const { return key; }  // NOLINT(google-explicit-constructor)
+    explicit drdconf_o(const char* _key);
+    operator const QString&() const;  // NOLINT(google-explicit-constructor)
     QString toString() const;
 
     static const QString base;
@@ -95,8 +95,8 @@ class cnfserver::statics_o::drdconf_o {
 
 class cnfserver::statics_o::device_o {
  public:
-    explicit device_o(const char* _key) : key(QLatin1String(_key)) {}
-    operator const QString&() const { return key; }  // NOLINT(google-explicit-constructor)
+    explicit device_o(const char* _key);
+    operator const QString&() const;  // NOLINT(google-explicit-constructor)
     QString toString() const;
 
     static const QString base;
@@ -112,8 +112,8 @@ class cnfserver::statics_o::device_o {
 /// are in.
 class cnfserver::statics_o::torlan_o {
  public:
-    explicit torlan_o(const char* _key) : key(QLatin1String(_key)) {}
-    operator const QString&() const { return key; }  // NOLINT(google-explicit-constructor)
+    explicit torlan_o(const char* _key);
+    operator const QString&() const;  // NOLINT(google-explicit-constructor)
     QString toString() const;
 
     static const QString base;
@@ -137,8 +137,8 @@ class cnfserver::statics_o::torlan_o::comunication_o {
 
 class cnfserver::statics_o::torlan_o::comunication_o::global_o {
  public:
-    explicit global_o(const char* _key) : key(QLatin1String(_key)) {}
-    operator const QString&() const { return key; }  // NOLINT(google-explicit-constructor)
+    explicit global_o(const char* _key);
+    operator const QString&() const;  // NOLINT(google-explicit-constructor)
     QString toString() const;
 
     static const QString base;
@@ -150,8 +150,8 @@ class cnfserver::statics_o::torlan_o::comunication_o::global_o {
 
 class cnfserver::statics_o::torlan_o::paths_o {
  public:
-    explicit paths_o(const char* _key) : key(QLatin1String(_key)) {}
-    operator const QString&() const { return key; }  // NOLINT(google-explicit-constructor)
+    explicit paths_o(const char* _key);
+    operator const QString&() const;  // NOLINT(google-explicit-constructor)
     QString toString() const;
 
     static const QString base;
@@ -167,8 +167,8 @@ class cnfserver::statics_o::torlan_o::paths_o {
 
 class cnfserver::statics_o::torlan_o::urls_o {
  public:
-    explicit urls_o(const char* _key) : key(QLatin1String(_key)) {}
-    operator const QString&() const { return key; }  // NOLINT(google-explicit-constructor)
+    explicit urls_o(const char* _key);
+    operator const QString&() const;  // NOLINT(google-explicit-constructor)
     QString toString() const;
 
     static const QString base;
@@ -181,8 +181,8 @@ class cnfserver::statics_o::torlan_o::urls_o {
 
 class cnfserver::statics_o::mosquitto_o {
  public:
-    explicit mosquitto_o(QString _key) : key(std::move(_key)) {}
-    operator const QString&() const { return key; }  // NOLINT(google-explicit-constructor)
+    explicit mosquitto_o(QString _key);
+    operator const QString&() const;  // NOLINT(google-explicit-constructor)
     QString toString() const;
 
     static const QString base;
@@ -202,8 +202,8 @@ class cnfserver::realtime_o {
 
 class cnfserver::realtime_o::torlan_o {
  public:
-    explicit torlan_o(const char* _key) : key(QLatin1String(_key)) {}
-    operator const QString&() const { return key; }  // NOLINT(google-explicit-constructor)
+    explicit torlan_o(const char* _key);
+    operator const QString&() const;  // NOLINT(google-explicit-constructor)
 
     static const QString base;
     static const torlan_o database;
@@ -216,8 +216,8 @@ class cnfserver::realtime_o::torlan_o {
 
 class cnfserver::realtime_o::torlan_o::database_o {
  public:
-    explicit database_o(const char* _key) : key(QLatin1String(_key)) {}
-    operator const QString&() const { return key; }  // NOLINT(google-explicit-constructor)
+    explicit database_o(const char* _key);
+    operator const QString&() const;  // NOLINT(google-explicit-constructor)
 
     static const QString base;
     static const database_o installation;
@@ -229,8 +229,8 @@ class cnfserver::realtime_o::torlan_o::database_o {
 /// "torlan/..." at the root of the document.
 class cnfserver::torlan_o {
  public:
-    explicit torlan_o(const char* _key) : key(QLatin1String(_key)) {}
-    operator const QString&() const { return key; }  // NOLINT(google-explicit-constructor)
+    explicit torlan_o(const char* _key);
+    operator const QString&() const;  // NOLINT(google-explicit-constructor)
 
     static const QString base;
     static const torlan_o database;

@@ -77,13 +77,13 @@ class torlan_option_t : public QObject {
 
     /// Log, timing and bus monitor settings as shipped. Leaves the testing flag alone.
     static void setDefaultOption();
-    void set_log_level_std(unsigned int _level) { log_level_std = _level; }
-    void set_log_level_file(unsigned int _level) { log_level_file = _level; }
-    void set_log_size(unsigned int _megabytes) { log_size = _megabytes; }
-    void set_log_rotate(unsigned int _files) { log_rotate = _files; }
-    void set_level_bus_monitor(int _level) { level_bus_monitor = _level; }
-    void set_avahi_browse_option(bool _browse) { avahi_browse = _browse; }
-    void set_special_fuction_for_testing(bool _on) { special_function_for_testing = _on; }
+    void set_log_level_std(unsigned int _level);
+    void set_log_level_file(unsigned int _level);
+    void set_log_size(unsigned int _megabytes);
+    void set_log_rotate(unsigned int _files);
+    void set_level_bus_monitor(int _level);
+    void set_avahi_browse_option(bool _browse);
+    void set_special_fuction_for_testing(bool _on);
 
     /// Read one device fact again; a failure takes the fallback and is logged. A new language
     /// removes every installed translator.

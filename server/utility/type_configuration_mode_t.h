@@ -23,17 +23,17 @@ class type_configuration_mode_t {
     type_configuration_mode_t();
     /// Registers itself under @p name.
     explicit type_configuration_mode_t(const QString& name);
-    type_configuration_mode_t(const type_configuration_mode_t& other) = default;
+    type_configuration_mode_t(const type_configuration_mode_t& other);
     type_configuration_mode_t& operator=(const type_configuration_mode_t& other);
-    ~type_configuration_mode_t() = default;
+    ~type_configuration_mode_t();
 
-    bool operator==(const type_configuration_mode_t& other) const { return is(other); }
-    bool operator!=(const type_configuration_mode_t& other) const { return !is(other); }
-    QString ToString() const { return name; }
+    bool operator==(const type_configuration_mode_t& other) const;
+    bool operator!=(const type_configuration_mode_t& other) const;
+    QString ToString() const;
     /// Exact, case-sensitive.
-    bool is(const QString& s) const { return s == name; }
-    bool is(const type_configuration_mode_t& other) const { return other.name == name; }
-    int number() const { return sequence; }
+    bool is(const QString& s) const;
+    bool is(const type_configuration_mode_t& other) const;
+    int number() const;
 
  private:
     int sequence;

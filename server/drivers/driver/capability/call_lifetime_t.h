@@ -21,10 +21,7 @@ class call_lifetime_t {
     }
 
     /// To be called before the object's members go. May be called twice.
-    void end() {
-        const base::write_locker_t locker(&lock);
-        alive = false;
-    }
+    void end();
 
  private:
     base::read_write_lock_t lock;

@@ -31,6 +31,10 @@ void data_api_element_object_t::populatePermission() {
     init_event(permission);
 }
 
+void data_api_element_object_t::update_permission() {
+    populatePermission();
+}
+
 bool data_api_element_object_t::check_authorization(const QString& username, unsigned int mask) {
     // A user that is not listed has no bits.
     return allows(permissions.value(username), mask);

@@ -38,17 +38,17 @@ class data_api_element_object_t : public data_api_t {
     /// Adds the functions that are not there yet; nothing is cleared.
     void populateFunctions() TORLAN_EXCLUDES(functions_mutex);
 
-    QString getIdElement() const { return id_element; }
-    QString getNameElement() const { return name_element; }
-    int getTypeElement() const { return type; }
+    QString getIdElement() const;
+    QString getNameElement() const;
+    int getTypeElement() const;
     /// Item id -> function names. A second function on an item is not listed.
-    QHash<QString, QStringList> getFunctionIds() const { return function_ids; }
+    QHash<QString, QStringList> getFunctionIds() const;
     /// Function name -> item id.
-    QHash<QString, QString> getFunctioName() const { return function_names; }
+    QHash<QString, QString> getFunctioName() const;
     /// Function name -> current value.
-    QHash<QString, QString> getFunctionValues() const { return function_values; }
-    QString getItemsValue(const QString& id_item) { return view.item_value(id_item); }
-    QString getScenaryValue(const QString& id_scenary) { return view.scenary_value(id_scenary); }
+    QHash<QString, QString> getFunctionValues() const;
+    QString getItemsValue(const QString& id_item);
+    QString getScenaryValue(const QString& id_scenary);
     /// Files a function under its item; what is there already stays.
     void addIdItem(const QString& id_item, const QString& function, const QString& value);
 
@@ -60,7 +60,7 @@ class data_api_element_object_t : public data_api_t {
     /// Reads the grants of all API users. A user's bits are kept until the element is reset: the
     /// host announces a changed grant as a change of the element.
     void populatePermission();
-    void update_permission() { populatePermission(); }
+    void update_permission();
     /// Whether the user has one of the bits (1 read, 2 write) of @p mask.
     bool check_authorization(const QString& username, unsigned int mask);
     /// Both test the read bit; @p code becomes 202 or 401.
@@ -71,11 +71,11 @@ class data_api_element_object_t : public data_api_t {
     bool send_signals_acl(const QString& username, const QString& permission);
     void remove_acl();
     /// User name -> permission bits.
-    QHash<QString, quint64> getPermissions() const { return permissions; }
+    QHash<QString, quint64> getPermissions() const;
     /// Whether any API user has a grant; without one the element does not follow changes.
-    bool getPermission() const { return permission; }
+    bool getPermission() const;
     /// User name -> permission word.
-    QHash<QString, QString> getACL() { return acl; }
+    QHash<QString, QString> getACL();
     /// Listens (true) or not (false) to value changes of the database.
     void init_event(bool enable);
 

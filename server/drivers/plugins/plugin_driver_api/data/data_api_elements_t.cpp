@@ -147,12 +147,28 @@ void data_api_elements_t::populate_acl(const QString& id) {
     }
 }
 
+bool data_api_elements_t::getEnabled() const {
+    return enabled;
+}
+
 void data_api_elements_t::setEnabled(bool enable) {
     reset();
     if (enable) {
         init();
     }
     enabled = enable;
+}
+
+QStringList data_api_elements_t::get_api_usernames(bool _enabled) const {
+    return view.usernames(_enabled);
+}
+
+QStringList data_api_elements_t::get_api_usernames(const QString& _version, bool _enabled) const {
+    return view.usernames(_version, _enabled);
+}
+
+QStringList data_api_elements_t::get_api_users(bool _enabled) const {
+    return view.user_ids(_enabled);
 }
 
 QHash<QString, data_api_element_object_t*> data_api_elements_t::get_data_api_elements() {
@@ -164,6 +180,10 @@ QPointer<data_api_element_object_t> data_api_elements_t::get_data_api_element_ob
     const QString& id) {
     const base::mutex_locker_t locker(&lock);
     return elements.value(id);
+}
+
+data_api_elements_t::acl_t data_api_elements_t::get_data_api_elements_acl() {
+    return acl;
 }
 
 void data_api_elements_t::for_each_element(

@@ -40,20 +40,18 @@ class data_api_elements_t : public data_api_t {
     /// Listens (true) or not (false) to the database's structural changes.
     void init_event(bool enable);
 
-    bool getEnabled() const { return enabled; }
+    bool getEnabled() const;
     /// Always resets first; loads when @p enable.
     void setEnabled(bool enable);
 
-    QStringList get_api_usernames(bool _enabled) const { return view.usernames(_enabled); }
-    QStringList get_api_usernames(const QString& _version, bool _enabled) const {
-        return view.usernames(_version, _enabled);
-    }
-    QStringList get_api_users(bool _enabled) const { return view.user_ids(_enabled); }
+    QStringList get_api_usernames(bool _enabled) const;
+    QStringList get_api_usernames(const QString& _version, bool _enabled) const;
+    QStringList get_api_users(bool _enabled) const;
     QHash<QString, data_api_element_object_t*> get_data_api_elements();
     /// Null when the id is unknown.
     QPointer<data_api_element_object_t> get_data_api_element_object(const QString& id);
     /// Takes no lock: callers are in the object's own thread, where alone the table is written.
-    acl_t get_data_api_elements_acl() TORLAN_NO_THREAD_SAFETY_ANALYSIS { return acl; }
+    acl_t get_data_api_elements_acl() TORLAN_NO_THREAD_SAFETY_ANALYSIS;
     /// Calls @p _visit for each element, in table order, under the lock.
     void for_each_element(
         const std::function<void(const QString&, data_api_element_object_t&)>& _visit);

@@ -7,4 +7,8 @@ data_api_t::data_api_t(QPointer<database::database_t> _database, QObject* _paren
 
 data_api_t::~data_api_t() = default;
 
+QString data_api_t::getName() const {
+    return name;
+}
+
 }  // namespace interfaces

@@ -19,7 +19,7 @@ class data_api_t : public QObject {
     ~data_api_t() override;
 
     /// "data".
-    QString getName() const { return name; }
+    QString getName() const;
 
  protected:
     const QString name;

@@ -4,6 +4,8 @@
 
 namespace interfaces {
 
+element_filter_t::element_filter_t() = default;
+
 element_filter_t::element_filter_t(const QJsonObject& _filter) {
     const QJsonArray type_list = _filter.value(QLatin1String("types")).toArray();
     filters_types = !type_list.isEmpty();

@@ -11,7 +11,7 @@ namespace interfaces {
 class element_filter_t {
  public:
     /// Lets everything pass.
-    element_filter_t() = default;
+    element_filter_t();
     /// A key that is absent, empty or no array lets everything pass. Entries of other kinds are
     /// no element's and count all the same: a list of them lets nothing pass.
     explicit element_filter_t(const QJsonObject& _filter);

@@ -24,11 +24,39 @@ type_source_exec_cmd_t::type_source_exec_cmd_t(const QString& _name)
     map.insert(name, this);
 }
 
+type_source_exec_cmd_t::type_source_exec_cmd_t(const type_source_exec_cmd_t& other) = default;
+
 type_source_exec_cmd_t& type_source_exec_cmd_t::operator=(const type_source_exec_cmd_t& other) {
     if (this != &other) {
         name = other.name;
     }
     return *this;
+}
+
+type_source_exec_cmd_t::~type_source_exec_cmd_t() = default;
+
+bool type_source_exec_cmd_t::operator==(const type_source_exec_cmd_t& other) const {
+    return is(other);
+}
+
+bool type_source_exec_cmd_t::operator!=(const type_source_exec_cmd_t& other) const {
+    return !is(other);
+}
+
+QString type_source_exec_cmd_t::ToString() const {
+    return name;
+}
+
+bool type_source_exec_cmd_t::is(const QString& s) const {
+    return s == name;
+}
+
+bool type_source_exec_cmd_t::is(const type_source_exec_cmd_t& other) const {
+    return other.name == name;
+}
+
+int type_source_exec_cmd_t::number() const {
+    return sequence;
 }
 
 type_source_exec_cmd_t type_source_exec_cmd_t::fromString(const QString& s) {

@@ -30,20 +30,20 @@ class type_source_exec_cmd_t {
     type_source_exec_cmd_t();
     /// Registers itself under @p name.
     explicit type_source_exec_cmd_t(const QString& name);
-    type_source_exec_cmd_t(const type_source_exec_cmd_t& other) = default;
+    type_source_exec_cmd_t(const type_source_exec_cmd_t& other);
     type_source_exec_cmd_t& operator=(const type_source_exec_cmd_t& other);
-    ~type_source_exec_cmd_t() = default;
+    ~type_source_exec_cmd_t();
 
     /// A copy of the constant of this name, of `unknown` when there is none. Case-sensitive.
     static type_source_exec_cmd_t fromString(const QString& s);
 
-    bool operator==(const type_source_exec_cmd_t& other) const { return is(other); }
-    bool operator!=(const type_source_exec_cmd_t& other) const { return !is(other); }
-    QString ToString() const { return name; }
+    bool operator==(const type_source_exec_cmd_t& other) const;
+    bool operator!=(const type_source_exec_cmd_t& other) const;
+    QString ToString() const;
     /// Exact, case-sensitive.
-    bool is(const QString& s) const { return s == name; }
-    bool is(const type_source_exec_cmd_t& other) const { return other.name == name; }
-    int number() const { return sequence; }
+    bool is(const QString& s) const;
+    bool is(const type_source_exec_cmd_t& other) const;
+    int number() const;
 
  private:
     int sequence;

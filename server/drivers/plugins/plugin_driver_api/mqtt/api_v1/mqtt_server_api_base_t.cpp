@@ -25,6 +25,10 @@ mqtt_server_api_base_t::~mqtt_server_api_base_t() {
                       source, __LINE__);
 }
 
+bool mqtt_server_api_base_t::getEnable() const {
+    return enabled;
+}
+
 void mqtt_server_api_base_t::setEnable(bool _enable) {
     enabled = _enable;
     Q_EMIT enable_change(version_word, _enable);

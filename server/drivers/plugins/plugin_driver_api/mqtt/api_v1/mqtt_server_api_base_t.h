@@ -49,7 +49,7 @@ class mqtt_server_api_base_t : public QObject {
     virtual void populate_acl(acl_t acl) = 0;
 
     /// Any thread.
-    bool getEnable() const { return enabled; }
+    bool getEnable() const;
     void setEnable(bool _enable);
     void init_route(bool _enable) TORLAN_EXCLUDES(router_mutex);
 

@@ -1,0 +1,51 @@
+// What data_api_element_object_t tells about its element. Other modules of the server resolve these
+// by name: none of them is inline.
+#include "drivers/plugins/plugin_driver_api/data/data_api_element_object_t.h"
+
+namespace interfaces {
+
+QString data_api_element_object_t::getIdElement() const {
+    return id_element;
+}
+
+QString data_api_element_object_t::getNameElement() const {
+    return name_element;
+}
+
+int data_api_element_object_t::getTypeElement() const {
+    return type;
+}
+
+QHash<QString, QStringList> data_api_element_object_t::getFunctionIds() const {
+    return function_ids;
+}
+
+QHash<QString, QString> data_api_element_object_t::getFunctioName() const {
+    return function_names;
+}
+
+QHash<QString, QString> data_api_element_object_t::getFunctionValues() const {
+    return function_values;
+}
+
+QString data_api_element_object_t::getItemsValue(const QString& id_item) {
+    return view.item_value(id_item);
+}
+
+QString data_api_element_object_t::getScenaryValue(const QString& id_scenary) {
+    return view.scenary_value(id_scenary);
+}
+
+QHash<QString, quint64> data_api_element_object_t::getPermissions() const {
+    return permissions;
+}
+
+bool data_api_element_object_t::getPermission() const {
+    return permission;
+}
+
+QHash<QString, QString> data_api_element_object_t::getACL() {
+    return acl;
+}
+
+}  // namespace interfaces
