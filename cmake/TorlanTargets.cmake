@@ -1,5 +1,7 @@
 # One helper per kind of target; every target of the project is made by one of them.
 
+include(CheckCXXCompilerFlag)
+
 option(TORLAN_WERROR "Warnings are errors" OFF)
 set(TORLAN_SANITIZE "" CACHE STRING "Sanitizers for every target, e.g. address,undefined")
 
@@ -20,9 +22,12 @@ else()
 endif()
 
 # What else the product's own code keeps to, wherever it is compiled: it runs on 32-bit machines and
-# on ones that trap on unaligned access.
+# on ones that trap on unaligned access. Its libraries can be unloaded: g++ would make inline variables
+# unique in the process, and a library with one of those stays (clang makes none and has no option).
+check_cxx_compiler_flag(-fno-gnu-unique TORLAN_HAS_NO_GNU_UNIQUE)
 add_library(torlan_product INTERFACE)
-target_compile_options(torlan_product INTERFACE -Wconversion -Wno-sign-conversion -Wcast-align)
+target_compile_options(torlan_product INTERFACE -Wconversion -Wno-sign-conversion -Wcast-align
+    $<$<BOOL:${TORLAN_HAS_NO_GNU_UNIQUE}>:-fno-gnu-unique>)
 target_link_libraries(torlan_product INTERFACE torlan_settings)
 
 # add_torlan_library(<name> SOURCES ... [INCLUDE_ROOT dir] [PUBLIC libs...] [PRIVATE libs...])

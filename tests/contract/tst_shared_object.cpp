@@ -1,4 +1,5 @@
-// What packagers and the loader see of the plugin's file: its name and what it needs.
+// What packagers, the loader and other libraries see of the plugin's file: its name, what it needs,
+// and that it can be unloaded.
 #include <dlfcn.h>
 
 #include <QRegularExpression>
@@ -38,6 +39,26 @@ class tst_shared_object : public QObject {
         }
         std::sort(needed.begin(), needed.end());
         QCOMPARE(needed, expected);
+    }
+
+    void no_symbol_is_unique_data() {
+        QTest::addColumn<QString>("path");
+        QTest::newRow("plugin") << plugin;
+        QTest::newRow("contract") << QStringLiteral(CONTRACT_PATH);
+        QTest::newRow("http") << QStringLiteral(HTTP_PATH);
+    }
+    void no_symbol_is_unique() {
+        // A library with one is never unloaded, and shares the variable with every other copy.
+        QFETCH(QString, path);
+        const QList<elf_dynamic_t::symbol_t> symbols = elf_dynamic_t::read(path).symbols;
+        QVERIFY(symbols.size() > 100);
+        QByteArrayList unique;
+        for (const elf_dynamic_t::symbol_t& symbol : symbols) {
+            if (symbol.binding == STB_GNU_UNIQUE) {
+                unique.append(symbol.name);
+            }
+        }
+        QVERIFY2(unique.isEmpty(), unique.join('\n').constData());
     }
 
     void loading_it_brings_nothing_of_the_host() {
