@@ -32,7 +32,7 @@ class timer_debounce_t {
         state->action = std::move(action);
         state->limit = limit;
         QObject::connect(state->timer, &QTimer::timeout, state->timer,
-                         [weak = std::weak_ptr(state)]() { run(weak, &state_t::fire); });
+                         [weak = std::weak_ptr(state)]() { run(weak, &state_t::expire); });
     }
 
     ~timer_debounce_t() {
@@ -68,7 +68,8 @@ class timer_debounce_t {
             Qt::QueuedConnection);
     }
 
-    /// True from the first trigger until the action has run. Timer's thread.
+    /// True from the first trigger until the action has run: while the timer runs, whoever starts
+    /// or stops it, and inside the action that the wait led to. Timer's thread.
     bool isActive() const {
         return !state->timer.isNull() && (state->timer->isActive() || state->fired);
     }
@@ -84,8 +85,8 @@ class timer_debounce_t {
     struct state_t {
         QPointer<QTimer> timer;
         std::function<void()> action;
-        QMutex mutex;  ///< guards the reset of the count at firing
-        std::atomic<bool> fired{false};
+        QMutex mutex;                    ///< guards the reset of the count at firing
+        std::atomic<bool> fired{false};  ///< true while the action of a wait runs
         std::atomic<int> count{0};
         int limit = 0;
 
@@ -95,13 +96,19 @@ class timer_debounce_t {
             } else {
                 count = 1;
             }
-            fired = true;
             if (limit >= 1 && count > limit) {
                 timer->stop();
-                fire();
+                expire();
                 return;
             }
             timer->start();
+        }
+
+        /// The wait is over: the timer runs no longer, the action not yet.
+        void expire() {
+            const bool outer = fired.exchange(true);
+            fire();
+            fired = outer;
         }
 
         void fire() {
@@ -111,9 +118,6 @@ class timer_debounce_t {
             }
             if (action) {
                 action();
-            }
-            if (timer.isNull() || !timer->isActive()) {
-                fired = false;
             }
         }
     };

@@ -217,6 +217,15 @@ class tst_mqtt_server_acl : public furnished_test_t {
         QCOMPARE(timer()->isActive(), waiting);
     }
 
+    void a_wait_that_is_stopped_from_outside_suppresses_no_deletion() {
+        start();
+        QSignalSpy deleted(server.get(), &mqtt_server_t::publish_delete_message);
+        timer()->stop();
+        Q_EMIT elements->add_acl_element(latin("bob"), latin("e-lamp"), latin("deny"));
+        fakes::settle();
+        QCOMPARE(deleted, (QList<QList<QVariant>>{{topic("bob", "e-lamp"), true}}));
+    }
+
     void a_withdrawal_is_a_denial_data() {
         QTest::addColumn<bool>("waiting");
         QTest::newRow("idle") << false;
