@@ -110,22 +110,22 @@ void data_api_element_object_t::init_event(bool enable) {
         }
         return;
     }
-    const QObject* realtime = view.realtime_notifier();
-    const QObject* persistent = view.persistent_notifier();
-    if (listening.front() || realtime == nullptr || persistent == nullptr) {
-        return;
-    }
-    listening = {
-        connect(realtime, SIGNAL(onRealtimeChangeItem(const QJsonObject&, const QString&)), this,
-                SLOT(onRealtimeChangeItem(const QJsonObject&, const QString&)),
-                Qt::QueuedConnection),
-        connect(realtime,
-                SIGNAL(onRealtimeChangeScenaryObjects(const QJsonObject&, const QString&)), this,
-                SLOT(onRealtimeChangeScenaryObjects(const QJsonObject&, const QString&)),
-                Qt::QueuedConnection),
-        connect(persistent, SIGNAL(onPersistentStatusThermo(const QJsonObject&, const QString&)),
-                this, SLOT(onPersistentStatusThermo(const QJsonObject&, const QString&)),
-                Qt::QueuedConnection)};
+    // Each for itself: somebody else may have cut one of them.
+    const auto listen = [this](QMetaObject::Connection& connection, const QObject* sender,
+                               const char* signal, const char* slot) {
+        if (!connection && sender != nullptr) {
+            connection = connect(sender, signal, this, slot, Qt::QueuedConnection);
+        }
+    };
+    listen(listening[0], view.realtime_notifier(),
+           SIGNAL(onRealtimeChangeItem(const QJsonObject&, const QString&)),
+           SLOT(onRealtimeChangeItem(const QJsonObject&, const QString&)));
+    listen(listening[1], view.realtime_notifier(),
+           SIGNAL(onRealtimeChangeScenaryObjects(const QJsonObject&, const QString&)),
+           SLOT(onRealtimeChangeScenaryObjects(const QJsonObject&, const QString&)));
+    listen(listening[2], view.persistent_notifier(),
+           SIGNAL(onPersistentStatusThermo(const QJsonObject&, const QString&)),
+           SLOT(onPersistentStatusThermo(const QJsonObject&, const QString&)));
 }
 
 }  // namespace interfaces

@@ -115,7 +115,7 @@ class data_api_element_object_t : public data_api_t {
     bool permission = false;
     QHash<QString, QString> acl;
     /// Unique connections from one sender are quadratic in the receivers, so the element itself
-    /// remembers whether it is connected.
+    /// remembers which of the three are connected.
     std::array<QMetaObject::Connection, 3> listening;
 };
 

@@ -81,6 +81,38 @@ class tst_data_api_element_object_events : public QObject {
         QCOMPARE(connections(), one);
     }
 
+    void a_connection_that_was_cut_from_outside_is_made_again_alone_data() {
+        QTest::addColumn<QList<bool>>("cut");
+        QTest::newRow("item") << QList<bool>{true, false, false};
+        QTest::newRow("scenario") << QList<bool>{false, true, false};
+        QTest::newRow("thermostat") << QList<bool>{false, false, true};
+        QTest::newRow("two") << QList<bool>{true, false, true};
+        QTest::newRow("all") << QList<bool>{true, true, true};
+    }
+    void a_connection_that_was_cut_from_outside_is_made_again_alone() {
+        QFETCH(const QList<bool>, cut);
+        load();
+        element->init_event(true);
+        const QObject* const realtime = database->realtime();
+        if (cut[0]) {
+            QVERIFY(realtime->disconnect(
+                SIGNAL(onRealtimeChangeItem(const QJsonObject&, const QString&)), element.get()));
+        }
+        if (cut[1]) {
+            QVERIFY(realtime->disconnect(
+                SIGNAL(onRealtimeChangeScenaryObjects(const QJsonObject&, const QString&)),
+                element.get()));
+        }
+        if (cut[2]) {
+            QVERIFY(database->persistent()->disconnect(element.get()));
+        }
+        QCOMPARE(connections(), QList<int>({!cut[0], !cut[1], !cut[2]}));
+        element->init_event(true);
+        QCOMPARE(connections(), one);
+        element->init_event(false);
+        QCOMPARE(connections(), none);
+    }
+
     void loading_again_keeps_one_connection_each() {
         database->grant("u-alice", "e", 3);
         load();
