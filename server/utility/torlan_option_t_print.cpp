@@ -112,17 +112,17 @@ void torlan_option_t::print() {
 }
 
 void torlan_option_t::print_dir(QString path, int& depth) {
+    // Of the folder, for all its entries; the depth grows meanwhile.
+    const QString indent(depth, QLatin1Char(' '));
     const QDir folder(path);
     // NoSort keeps QDir's own order, by name; Unsorted would follow the resource system's hashes.
     const QFileInfoList files = folder.entryInfoList(QDir::Files, QDir::NoSort);
     for (const QFileInfo& file : files) {
-        log_option(QString(depth, QLatin1Char(' ')) + file.absoluteFilePath(), 6, __func__,
-                   __LINE__);
+        log_option(indent + file.absoluteFilePath(), 6, __func__, __LINE__);
     }
     const QFileInfoList folders = folder.entryInfoList(QDir::Dirs, QDir::NoSort);
     for (const QFileInfo& entry : folders) {
-        log_option(QString(depth, QLatin1Char(' ')) + entry.absoluteFilePath(), 6, __func__,
-                   __LINE__);
+        log_option(indent + entry.absoluteFilePath(), 6, __func__, __LINE__);
         ++depth;
         print_dir(entry.absoluteFilePath(), depth);
     }

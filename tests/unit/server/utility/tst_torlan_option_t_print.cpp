@@ -204,35 +204,29 @@ class tst_torlan_option_t_print : public QObject {
         torlan_option_t::destroyInstance();
     }
 
-    void a_folder_lists_files_first_and_the_indent_never_shrinks() {
+    void a_folder_lists_files_first_and_has_one_indent() {
         const recording_logger_t logger;
-        int depth = 0;
+        int depth = 2;
         torlan_option_t::print_dir(QStringLiteral(":/settings"), depth);
-        QCOMPARE(depth, 5);
+        QCOMPARE(depth, 7);
 
         // The names' order, which is not the order in which the resource system keeps them.
         const QDir root(QStringLiteral(":/settings"));
         const QStringList folders{QStringLiteral("alpha"), QStringLiteral("beta"),
                                   QStringLiteral("sub"), QStringLiteral("zone")};
         QVERIFY(root.entryList(QDir::Dirs, QDir::Unsorted) != folders);
-        const QMap<QString, QStringList> below{
-            {QStringLiteral("alpha"), {QStringLiteral("1alpha/x.txt")}},
-            {QStringLiteral("beta"), {QStringLiteral("1beta/x.txt")}},
-            {QStringLiteral("zone"), {QStringLiteral("1zone/four.txt")}},
-            {QStringLiteral("sub"),
-             {QStringLiteral("1sub/two.txt"), QStringLiteral("1sub/deep"),
-              QStringLiteral("2sub/deep/three.txt")}}};
-        QList<entry_t> expected{{6, QStringLiteral(":/settings/one.txt")}};
-        int visited = 0;
-        for (const QString& folder : folders) {
-            const QStringList entries_below = below.value(folder);
-            for (const QString& text : QStringList{QLatin1Char('0') + folder} + entries_below) {
-                const int indent = text.left(1).toInt() + visited;
-                expected.append({6, QString(indent, QLatin1Char(' ')) +
-                                        QStringLiteral(":/settings/") + text.mid(1)});
-            }
-            visited += entries_below.constLast().left(1).toInt();
-        }
+        // The indent is as deep as folders had been visited when the listing of this one began: 2
+        // for the root, then one more for each.
+        const auto line = [](int indent, const char* path) {
+            return entry_t{6, QString(indent, QLatin1Char(' ')) + QStringLiteral(":/settings/") +
+                                  QLatin1String(path)};
+        };
+        const QList<entry_t> expected{
+            line(2, "one.txt"),     line(2, "alpha"),         line(3, "alpha/x.txt"),
+            line(2, "beta"),        line(4, "beta/x.txt"),    line(2, "sub"),
+            line(5, "sub/two.txt"), line(5, "sub/deep"),      line(6, "sub/deep/three.txt"),
+            line(2, "zone"),        line(7, "zone/four.txt"),
+        };
         compare(printed(logger, "print_dir"), expected);
     }
 };
