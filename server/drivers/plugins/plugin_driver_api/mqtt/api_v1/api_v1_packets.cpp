@@ -11,6 +11,10 @@ QJsonObject data_packet(const QJsonObject& _data) {
     return {{QStringLiteral("data"), _data}};
 }
 
+QJsonObject update_packet(const QJsonObject& _json) {
+    return _json.isEmpty() ? QJsonObject() : data_packet(_json);
+}
+
 QJsonObject error_packet(QJsonObject _packet, int _code, const QString& _message) {
     _packet.insert(QStringLiteral("error"), _code);
     _packet.insert(QStringLiteral("message"), _message);

@@ -9,6 +9,9 @@ namespace interfaces::v1 {
 /// {"data": @p _data}.
 QJsonObject data_packet(const QJsonObject& _data);
 
+/// What is retained of an element: @p _json as data; empty, and so not published, when that is.
+QJsonObject update_packet(const QJsonObject& _json);
+
 /// @p _packet with "error" and "message" inserted.
 QJsonObject error_packet(QJsonObject _packet, int _code, const QString& _message);
 

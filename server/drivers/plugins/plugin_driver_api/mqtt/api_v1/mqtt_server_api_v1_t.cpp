@@ -31,10 +31,10 @@ std::array<route_t, 4> routes(const QString& _root) {
 /// @p _json with the functions whose full name or item id is in @p _changed; empty: all.
 QJsonObject restricted(QJsonObject _json, const QHash<QString, QString>& _item_ids,
                        const QStringList& _changed) {
-    if (_changed.isEmpty()) {
+    const QString key = QStringLiteral("functions");
+    if (_changed.isEmpty() || !_json.contains(key)) {
         return _json;
     }
-    const QString key = QStringLiteral("functions");
     QJsonObject functions = _json.value(key).toObject();
     for (auto function = functions.begin(); function != functions.end();) {
         const bool stays =
@@ -101,9 +101,11 @@ mqtt_server_api_v1_t::packets_t mqtt_server_api_v1_t::element_packets(
         }
         if (body.isEmpty()) {
             const QJsonObject json = v1::to_json(*element, user, {}, code);
-            body = v1::data_packet(restricted(json, element->getFunctioName(), _changed));
+            body = v1::update_packet(restricted(json, element->getFunctioName(), _changed));
         }
-        packets.insert(topic_update_element(user, _id), body);
+        if (!body.isEmpty()) {
+            packets.insert(topic_update_element(user, _id), body);
+        }
     }
     return packets;
 }

@@ -18,6 +18,8 @@ class tst_api_v1_packets : public QObject {
         const QString id = QStringLiteral("e-1");
         row(v1::data_packet({}), R"({"data":{}})");
         row(v1::data_packet({{id, 1}}), R"({"data":{"e-1":1}})");
+        row(v1::update_packet({{id, 1}}), R"({"data":{"e-1":1}})");
+        row(v1::update_packet({}), R"({})");
         row(v1::non_compliant_topic(), R"({"error":400,"message":"Non-compliant topic"})");
         row(v1::non_compliant_payload(), R"({"error":400,"message":"Non-compliant payload"})");
         row(v1::unauthorized_user(),
