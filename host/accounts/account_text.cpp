@@ -2,8 +2,11 @@
 
 #include <QRegularExpression>
 
+#include "comunication/api_topics.h"
+
 namespace accounts {
 
+namespace api_topics = comunication::api_topics;
 using base::result_t;
 
 namespace {
@@ -60,8 +63,10 @@ QByteArray password_file(const QList<broker_account_t>& _accounts) {
 
 QByteArray acl_file(const account_settings_t& _settings) {
     QByteArray text = "user " + _settings.host_account.toUtf8() + "\ntopic readwrite #\n\n";
-    text += "pattern write local/api/v1/%u/+/request/#\n";
-    text += "pattern read local/api/v1/%u/#\n";
+    const QByteArray own =
+        api_topics::user_root(api_topics::version_1, QStringLiteral("%u")).toUtf8();
+    text += "pattern write " + own + "/+/" + api_topics::request_word.toUtf8() + "/#\n";
+    text += "pattern read " + own + "/#\n";
     if (!_settings.connection_topic.isEmpty()) {
         text += "pattern read " + _settings.connection_topic.toUtf8() + "\n";
     }

@@ -4,10 +4,12 @@
 #include <utility>
 
 #include "base/random_hex.h"
+#include "comunication/api_topics.h"
 
 namespace broker {
 
 using base::result_t;
+namespace api_topics = comunication::api_topics;
 using comunication::mosquitto_client_t;
 using comunication::utility::qos_t;
 
@@ -16,8 +18,8 @@ broker_rights_check_t::broker_rights_check_t(const rights_check_settings_t& _set
     : QObject(_parent),
       settings(_settings),
       token(base::random_hex()),
-      own(QStringLiteral("local/api/v1/") + _settings.probe_account),
-      other(QStringLiteral("local/api/v1/other-") + token),
+      own(api_topics::user_root(api_topics::version_1, _settings.probe_account)),
+      other(api_topics::user_root(api_topics::version_1, QStringLiteral("other-") + token)),
       forbidden{other + QStringLiteral("/check/request/") + token,
                 other + QStringLiteral("/status/") + token,
                 own + QStringLiteral("/status/") + token,

@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <QJsonObject>
 
-#include "endpoint/api_topic_t.h"
+#include "comunication/api_topic_t.h"
 
 namespace comunication {
 

@@ -4,6 +4,7 @@
 
 #include "base/json_text.h"
 #include "base/random_hex.h"
+#include "comunication/api_topics.h"
 #include "endpoint/incoming_t.h"
 #include "logs/log_line.h"
 
@@ -12,8 +13,6 @@ namespace comunication {
 namespace {
 
 constexpr const char* source = "host/endpoint/mqtt_endpoint_t";
-const QString request_filter = QStringLiteral("local/api/+/+/+/request/#");
-const QString status_filter = QStringLiteral("local/api/+/+/status/#");
 
 QString unguessable_id() {
     return QStringLiteral("torlan-") + base::random_hex();
@@ -116,9 +115,9 @@ void mqtt_endpoint_t::open() {
 void mqtt_endpoint_t::on_opened() {
     online = true;
     sender.open();
-    told_retained = false;
+    told_retained = told_refused = false;
     request_id =
-        client.subscribe(request_filter, utility::qos_t::exactly_once,
+        client.subscribe(api_topics::request_filter, utility::qos_t::exactly_once,
                          mosquitto_client_t::no_local | mosquitto_client_t::retain_as_published);
     if (wants_status) {
         subscription_status_api(utility::subscribe_t::subscribe);
@@ -184,7 +183,7 @@ void mqtt_endpoint_t::subscription_status_api(utility::subscribe_t _subscribe) {
     if (online) {
         // Once per connection is what QoS 1 gives as well, and with QoS 2 the broker searches
         // what is in flight for each half: 25 s instead of 0.2 s for 100,000 retained messages.
-        sender.send({.topic = status_filter.toUtf8(),
+        sender.send({.topic = api_topics::status_filter.toUtf8(),
                      .payload = {},
                      .qos = utility::qos_t::at_least_once,
                      .kind = wants_status ? outgoing_t::kind_t::subscribe
@@ -232,17 +231,28 @@ void mqtt_endpoint_t::answer_malformed(const QString& _topic) {
     // Clients parse this text; keep it.
     const QJsonObject answer{{QStringLiteral("error"), 400},
                              {QStringLiteral("message"), QStringLiteral("Non-compliant payload")}};
-    publish(api_topic_t::answer(_topic), answer, utility::qos_t::exactly_once, false, false);
+    publish(api_topics::answer(_topic), answer, utility::qos_t::exactly_once, false, false);
 }
 
 void mqtt_endpoint_t::publish(const QString& _topic, const QJsonValue& _payload,
                               utility::qos_t _qos, bool _retain, bool /*_reserved*/) {
-    if (_payload.isUndefined()) {
-        // Nothing to say would delete what is retained.
+    // Nothing to say would delete what is retained.
+    if (_payload.isUndefined() || (_retain && !is_retainable(_topic))) {
         ++counts.refused;
         return;
     }
     sender.send({_topic.toUtf8(), base::json_to_text(_payload), _qos, _retain});
+}
+
+bool mqtt_endpoint_t::is_retainable(const QString& _topic) {
+    const bool may = api_topics::may_be_retained(_topic);
+    if (!may && !std::exchange(told_refused, true)) {
+        ::utility::log_line(
+            QStringLiteral("States under other names than identifiers are refused, first: %1")
+                .arg(_topic),
+            2, "is_retainable", source, __LINE__);
+    }
+    return may;
 }
 
 void mqtt_endpoint_t::publish_delete(const QString& _topic, utility::qos_t _qos, bool _retain) {

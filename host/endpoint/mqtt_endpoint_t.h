@@ -59,6 +59,7 @@ class mqtt_endpoint_t : public protoserver_t {
                      quint32 _subscription);
     void clear_retained_request(const QString& _topic);
     void answer_malformed(const QString& _topic);
+    bool is_retainable(const QString& _topic);
     void log_outage(const QString& _reason);
     outgoing_t state(const QByteArray& _word) const;
     void finish_stop();
@@ -80,8 +81,10 @@ class mqtt_endpoint_t : public protoserver_t {
     bool ever_announced = false;
     bool enabled = false;  ///< api_message is emitted
     bool wants_status = false;
-    bool told_retained = false;  ///< logged for this connection
-    QString told_outage;         ///< logged last
+    // Logged for this connection.
+    bool told_retained = false;
+    bool told_refused = false;
+    QString told_outage;  ///< logged last
 };
 
 }  // namespace comunication

@@ -88,7 +88,7 @@ constexpr const char* plugin = "server/drivers/plugins/plugin_driver_api/";
 /// What a room may include besides its own files. The longest row that fits a file is its row.
 const QList<row_t> rows{
     {"base", ""},
-    {"contract/comunication", ""},
+    {"contract/comunication", "contract/database/name_rules"},
     {"contract/database", ""},
     {"contract/logs", ""},
     {"contract/router", "base/"},
@@ -99,7 +99,8 @@ const QList<row_t> rows{
     {"server/drivers/plugins/plugin_driver_api/data",
      "base/|contract/(logs|database)/|server/utility/"},
     {"server/drivers/plugins/plugin_driver_api/mqtt",
-     "base/|contract/(logs/|router/|database/permission|comunication/(qos_t|topic_\\w+))|"
+     "base/|contract/(logs/|router/|database/permission|comunication/"
+     "(api_topics|qos_t|topic_\\w+))|"
      "server/utility/|"
      "server/drivers/plugins/plugin_driver_api/data/"},
     {"server/drivers/plugins/plugin_driver_api",
@@ -108,7 +109,8 @@ const QList<row_t> rows{
     {"host/logs", "base/|contract/logs/"},
     {"host/endpoint", "base/|contract/(logs|comunication)/"},
     {"host/process", "base/"},
-    {"host/accounts", "base/|host/process/private_folder_t"},
+    {"host/accounts",
+     "base/|contract/(comunication/api_topics|database/name_rules)|host/process/private_folder_t"},
     {"host/broker", "base/|contract/(logs|comunication)/|host/(accounts|endpoint|process)/"},
     {"host/installation",
      "base/|contract/database/(element_type|name_rules|permission)|host/accounts/broker_hash"},

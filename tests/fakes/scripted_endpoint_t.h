@@ -7,6 +7,7 @@
 #include <QMutexLocker>
 #include <QThread>
 
+#include "comunication/api_topic_t.h"
 #include "comunication/protoserver_t.h"
 
 namespace fakes {
@@ -141,10 +142,9 @@ class scripted_endpoint_t : public comunication::protoserver_t {
     void send_retained_status() {
         const QMap<QString, QJsonValue> now = retained();
         for (auto it = now.cbegin(); it != now.cend(); ++it) {
-            const QStringList levels = it.key().split(u'/');
-            if (levels.size() >= 5 && levels[0] == u"local" && levels[1] == u"api" &&
-                levels[4] == u"status") {
-                deliver(levels[2], levels[3], {}, QStringLiteral("status"), it.key(),
+            const auto levels = comunication::api_topic_t::parse(it.key());
+            if (levels.is_valid() && !levels.is_request()) {
+                deliver(levels.version, levels.user, {}, levels.type, it.key(),
                         it.value().toObject(), true);
             }
         }

@@ -11,7 +11,7 @@ using comunication::utility::qos_t;
 using comunication::utility::subscribe_t;
 
 namespace {
-const QByteArray refusal = "{\"error\":400,\"message\":\"Non-compliant payload\"}";
+const QByteArray refusal = R"({"error":400,"message":"Non-compliant payload"})";
 const QString request = QStringLiteral("local/api/v1/alice/phone/request/get/x");
 const QString answer = QStringLiteral("local/api/v1/alice/phone/status/get/x");
 }  // namespace
@@ -258,9 +258,12 @@ void tst_mqtt_endpoint_t::publish_without_a_value_deletes_nothing() {
 void tst_mqtt_endpoint_t::impossible_topic_is_refused_and_counted() {
     publish("local/api/v1/alice/#", {});
     publish("", {});
+    publish("local/api/v1/alice/status/elements/objects_list/e 1", {}, true);
+    publish("local/api/v1/alice/my phone/status/get/x", {});  // an answer goes where it is asked
     publish(answer, {{"a", 1}});
     QCOMPARE(alice->wait_for(answer), QByteArray("{\"a\":1}"));
-    QCOMPARE(endpoint->counters().refused.load(), quint64(2));
+    QCOMPARE(alice->messages.size(), 2);
+    QCOMPARE(endpoint->counters().refused.load(), quint64(3));
 }
 
 void tst_mqtt_endpoint_t::full_queue_drops_and_counts() {

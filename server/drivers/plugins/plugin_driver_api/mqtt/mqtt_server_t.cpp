@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "comunication/api_topics.h"
 #include "drivers/plugins/plugin_driver_api/mqtt/api_v1/mqtt_server_api_v1_t.h"
 #include "logs/log_line.h"
 
@@ -105,11 +106,11 @@ void mqtt_server_t::handlerMessage(const QString& _version, const QString& _user
                                    const QString&, const QString& _type, const QString& _topic,
                                    const QJsonObject& _payload, const bool& _retain) {
     mqtt_server_api_base_t* handler = handlers.value(_version);
-    if (handler != nullptr && _type == QLatin1String("status")) {
+    if (handler != nullptr && _type == comunication::api_topics::status_word) {
         delete_invalid(*handler, _username, _topic, _payload, _retain);
         return;
     }
-    if (handler != nullptr && _type == QLatin1String("request")) {
+    if (handler != nullptr && _type == comunication::api_topics::request_word) {
         handler->handlerMessage(_username, _topic, _payload);
         return;
     }

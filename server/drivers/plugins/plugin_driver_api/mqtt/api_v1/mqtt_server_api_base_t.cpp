@@ -1,5 +1,6 @@
 #include "drivers/plugins/plugin_driver_api/mqtt/api_v1/mqtt_server_api_base_t.h"
 
+#include "comunication/api_topics.h"
 #include "drivers/plugins/plugin_driver_api/mqtt/api_topics.h"
 #include "logs/log_line.h"
 
@@ -43,13 +44,13 @@ void mqtt_server_api_base_t::init_route(bool _enable) {
 
 void mqtt_server_api_base_t::handlerMessage(const QString& username, const QString& topic,
                                             const QJsonObject& payload) {
-    QJsonValue result;
+    QJsonObject answer;  // empty too when the route's answer is no object
     {
         const base::mutex_locker_t locker(&router_mutex);
-        result = router.process(topic, QVariant(payload), {}).toJsonValue();
+        answer = router.process(topic, QVariant(payload), {}).toJsonValue().toObject();
     }
-    if (result.isObject() && !result.toObject().isEmpty()) {
-        response(username, topic, payload, result.toObject());
+    if (!answer.isEmpty()) {
+        response(username, topic, payload, answer);
     }
 }
 
@@ -62,7 +63,7 @@ void mqtt_server_api_base_t::response(const QString& _username, const QString& _
     if (body.contains(path_key)) {
         topic = api_topics::response(api_root, _username, body.take(path_key).toString());
     } else {
-        topic.replace(QLatin1String("request"), QLatin1String("status"));
+        topic = comunication::api_topics::answer(topic);
     }
     topic = topic.trimmed();
     if (topic.isEmpty()) {

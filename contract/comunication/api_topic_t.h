@@ -20,9 +20,6 @@ struct api_topic_t {
 
     /// Pure. An API topic has non-empty version and user levels.
     static api_topic_t parse(const QString& _topic);
-
-    /// Where the answer to a request goes: every "request" becomes "status".
-    static QString answer(const QString& _topic);
 };
 
 }  // namespace comunication

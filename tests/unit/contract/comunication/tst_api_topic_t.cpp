@@ -1,6 +1,6 @@
 #include <QTest>
 
-#include "endpoint/api_topic_t.h"
+#include "comunication/api_topic_t.h"
 
 using comunication::api_topic_t;
 
@@ -10,7 +10,6 @@ class tst_api_topic_t : public QObject {
  private Q_SLOTS:
     void parse_reads_the_levels_data();
     void parse_reads_the_levels();
-    void answer_replaces_every_request();
 };
 
 void tst_api_topic_t::parse_reads_the_levels_data() {
@@ -52,11 +51,6 @@ void tst_api_topic_t::parse_reads_the_levels() {
     QCOMPARE(QStringList({found.version, found.user, found.client, found.type}), expected);
     QCOMPARE(found.is_valid(), !expected[3].isEmpty());
     QCOMPARE(found.is_request(), expected[3] == "request");
-}
-
-void tst_api_topic_t::answer_replaces_every_request() {
-    QCOMPARE(api_topic_t::answer("local/api/v1/request/my-request/request/get"),
-             QString("local/api/v1/status/my-status/status/get"));
 }
 
 QTEST_GUILESS_MAIN(tst_api_topic_t)

@@ -1,22 +1,24 @@
-#include "endpoint/api_topic_t.h"
+#include "comunication/api_topic_t.h"
 
 #include <QStringList>
 
+#include "comunication/api_topics.h"
+
 namespace comunication {
 
-namespace {
-const QLatin1String request_word("request");
-const QLatin1String status_word("status");
-}  // namespace
+using api_topics::request_word;
+using api_topics::status_word;
 
 bool api_topic_t::is_request() const {
     return type == request_word;
 }
 
 api_topic_t api_topic_t::parse(const QString& _topic) {
-    const QStringList levels = _topic.split(u'/');
-    if (levels.size() < 5 || levels[0] != u"local" || levels[1] != u"api" || levels[2].isEmpty() ||
-        levels[3].isEmpty()) {
+    if (!_topic.startsWith(api_topics::root + QLatin1Char('/'))) {
+        return {};
+    }
+    const QStringList levels = _topic.split(QLatin1Char('/'));
+    if (levels.size() < 5 || levels[2].isEmpty() || levels[3].isEmpty()) {
         return {};
     }
     if (levels.size() > 5 && levels[5] == request_word) {
@@ -26,10 +28,6 @@ api_topic_t api_topic_t::parse(const QString& _topic) {
         return {levels[2], levels[3], {}, status_word};
     }
     return {};
-}
-
-QString api_topic_t::answer(const QString& _topic) {
-    return QString(_topic).replace(request_word, status_word);
 }
 
 }  // namespace comunication

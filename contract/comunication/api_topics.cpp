@@ -1,0 +1,35 @@
+#include "comunication/api_topics.h"
+
+#include <QStringList>
+#include <algorithm>
+
+#include "database/name_rules.h"
+
+namespace comunication::api_topics {
+
+const QString version_1 = QStringLiteral("v1");
+const QString request_word = QStringLiteral("request");
+const QString status_word = QStringLiteral("status");
+const QString request_filter = QStringLiteral("local/api/+/+/+/request/#");
+const QString status_filter = QStringLiteral("local/api/+/+/status/#");
+const QString root = QStringLiteral("local/api");
+
+QString user_root(const QString& _version, const QString& _user) {
+    return QStringLiteral("%1/%2/%3").arg(root, _version, _user);
+}
+
+QString answer(const QString& _topic) {
+    return QString(_topic).replace(request_word, status_word);
+}
+
+bool may_be_retained(const QString& _topic) {
+    if (!_topic.startsWith(root + QLatin1Char('/'))) {
+        return true;
+    }
+    const QStringList levels = _topic.split(QLatin1Char('/'));
+    return std::all_of(levels.begin(), levels.end(), [](const QString& _level) {
+        return database::identifier_error(_level).isEmpty();
+    });
+}
+
+}  // namespace comunication::api_topics
