@@ -50,19 +50,18 @@ QJsonObject write(data_api_element_object_t& _element, const QString& _username,
 
 }  // namespace
 
-QJsonObject read_all(data_api_elements_t* _elements, const QVariant& _payload,
+QJsonObject read_all(data_api_elements_t* _elements, const QJsonObject& _payload,
                      const QStringList& _captures) {
-    const QJsonObject payload = _payload.toJsonObject();
-    const int check = check_data_request_filters(payload);
+    const int check = check_data_request_filters(_payload);
     if (check == filters_malformed) {
         return non_compliant_payload();
     }
     return data_packet(_elements != nullptr
-                           ? to_json(*_elements, user_of(_captures), filter_of(payload, check))
+                           ? to_json(*_elements, user_of(_captures), filter_of(_payload, check))
                            : QJsonObject());
 }
 
-QJsonObject read_one(data_api_elements_t* _elements, const QVariant& _payload,
+QJsonObject read_one(data_api_elements_t* _elements, const QJsonObject& _payload,
                      const QStringList& _captures) {
     if (_captures.size() < 3) {
         return non_compliant_topic();
@@ -72,13 +71,13 @@ QJsonObject read_one(data_api_elements_t* _elements, const QVariant& _payload,
     if (element.isNull()) {
         return not_found_element(id);
     }
-    const QJsonObject payload = _payload.toJsonObject();
-    const int check = check_data_request_filters(payload);
+    const int check = check_data_request_filters(_payload);
     if (check == filters_malformed) {
         return non_compliant_payload();
     }
     int code = 0;
-    const QJsonObject json = to_json(*element, user_of(_captures), filter_of(payload, check), code);
+    const QJsonObject json =
+        to_json(*element, user_of(_captures), filter_of(_payload, check), code);
     // Before the status: a refused read is never empty, a filtered-out type always is.
     if (check == filters_valid && json.isEmpty()) {
         return filter_type_error();
@@ -86,13 +85,12 @@ QJsonObject read_one(data_api_elements_t* _elements, const QVariant& _payload,
     return code == code_accepted ? data_packet(json) : unauthorized_user();
 }
 
-QJsonObject write_one(data_api_elements_t* _elements, const QVariant& _payload,
+QJsonObject write_one(data_api_elements_t* _elements, const QJsonObject& _payload,
                       const QStringList& _captures) {
     if (_captures.size() < 3) {
         return non_compliant_topic();
     }
-    const QJsonObject payload = _payload.toJsonObject();
-    if (!check_data_request_element(payload)) {
+    if (!check_data_request_element(_payload)) {
         return non_compliant_payload();
     }
     const QString id = _captures.last();
@@ -100,19 +98,18 @@ QJsonObject write_one(data_api_elements_t* _elements, const QVariant& _payload,
     if (element.isNull()) {
         return not_found_element(id);
     }
-    return data_packet(write(*element, user_of(_captures), payload.value(QLatin1String("data"))));
+    return data_packet(write(*element, user_of(_captures), _payload.value(QLatin1String("data"))));
 }
 
-QJsonObject write_many(data_api_elements_t* _elements, const QVariant& _payload,
+QJsonObject write_many(data_api_elements_t* _elements, const QJsonObject& _payload,
                        const QStringList& _captures) {
     if (_captures.size() < 2) {
         return non_compliant_topic();
     }
-    const QJsonObject payload = _payload.toJsonObject();
-    if (!check_data_request_elements(payload)) {
+    if (!check_data_request_elements(_payload)) {
         return non_compliant_payload();
     }
-    const QJsonObject data = payload.value(QLatin1String("data")).toObject();
+    const QJsonObject data = _payload.value(QLatin1String("data")).toObject();
     QJsonObject results;
     for (auto entry = data.begin(); entry != data.end(); ++entry) {
         const QPointer<data_api_element_object_t> element = find(_elements, entry.key());

@@ -3,7 +3,6 @@
 #include <QJsonObject>
 #include <QString>
 #include <QStringList>
-#include <QVariant>
 
 namespace interfaces {
 class data_api_elements_t;
@@ -14,13 +13,13 @@ class data_api_elements_t;
 /// packet. A null collection counts as empty. Plugin's thread.
 namespace interfaces::v1 {
 
-QJsonObject read_all(data_api_elements_t* _elements, const QVariant& _payload,
+QJsonObject read_all(data_api_elements_t* _elements, const QJsonObject& _payload,
                      const QStringList& _captures);
-QJsonObject read_one(data_api_elements_t* _elements, const QVariant& _payload,
+QJsonObject read_one(data_api_elements_t* _elements, const QJsonObject& _payload,
                      const QStringList& _captures);
-QJsonObject write_one(data_api_elements_t* _elements, const QVariant& _payload,
+QJsonObject write_one(data_api_elements_t* _elements, const QJsonObject& _payload,
                       const QStringList& _captures);
-QJsonObject write_many(data_api_elements_t* _elements, const QVariant& _payload,
+QJsonObject write_many(data_api_elements_t* _elements, const QJsonObject& _payload,
                        const QStringList& _captures);
 
 }  // namespace interfaces::v1

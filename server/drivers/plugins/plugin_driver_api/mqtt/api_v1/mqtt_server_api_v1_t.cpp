@@ -13,7 +13,7 @@ namespace interfaces {
 
 namespace {
 
-using request_t = QJsonObject (*)(data_api_elements_t*, const QVariant&, const QStringList&);
+using request_t = QJsonObject (*)(data_api_elements_t*, const QJsonObject&, const QStringList&);
 
 struct route_t {
     QString pattern;
@@ -128,7 +128,7 @@ void mqtt_server_api_v1_t::init_route_path() {
             [this, request = route.request](const QString&, const QVariant& payload,
                                             const QStringList& captures,
                                             const QMap<QString, QVariant>&) -> QJsonValue {
-                return request(elements, payload, captures);
+                return request(elements, payload.toJsonObject(), captures);
             },
             mqtt::PRIORITY_ROUTE::NORMAL);
     }

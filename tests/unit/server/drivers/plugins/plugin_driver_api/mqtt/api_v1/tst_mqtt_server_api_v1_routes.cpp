@@ -1,4 +1,5 @@
 // The routes of mqtt_server_api_v1_t: which request each topic reaches, and when.
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QSignalSpy>
 #include <QTest>
@@ -82,6 +83,23 @@ class tst_mqtt_server_api_v1_routes : public furnished_test_t {
                  latin("local/api/v1/") +
                      QString::fromLatin1(topic).replace(latin("request"), latin("status")));
         QVERIFY(!answer_retained);
+    }
+
+    void a_payload_that_is_no_object_is_refused_by_writes_only() {
+        handler->init_route(true);
+        const auto asked = [this](const char* _path) {
+            const QJsonValue answer =
+                handler->router
+                    .process(latin("local/api/v1/alice/x/request/") + latin(_path),
+                             QVariant(QJsonArray{1}), {})
+                    .toJsonValue();
+            return QJsonDocument(answer.toObject()).toJson(QJsonDocument::Compact);
+        };
+        const QByteArray bad = R"({"error":400,"message":"Non-compliant payload"})";
+        QCOMPARE(asked("set/elements/objects_list/e-lamp"), bad);
+        QCOMPARE(asked("set/elements/objects_list"), bad);
+        QVERIFY(asked("get/elements/objects_list/e-lamp").startsWith(R"({"data")"));
+        QVERIFY(asked("get/elements/objects_list").startsWith(R"({"data")"));
     }
 
     void the_user_is_the_topics_level_not_the_argument() {
