@@ -9,16 +9,12 @@
 
 namespace torlan {
 
-namespace {
-constexpr qint64 max_file_bytes = 64 << 20;
-}
-
 installation_import_t::installation_import_t(QObject* _parent) : QObject(_parent) {}
 
 installation_import_t::~installation_import_t() = default;
 
 base::result_t installation_import_t::read(const QString& _file) {
-    file_reader_t reader(_file, max_file_bytes);
+    file_reader_t reader(_file, database::installation::max_document_bytes);
     connect(this, &installation_import_t::given_up, &reader, &file_reader_t::give_up);
     const base::result_of_t<QByteArray> bytes = reader.read();
     if (!bytes.is_ok()) {

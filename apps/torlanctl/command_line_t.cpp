@@ -11,13 +11,16 @@ namespace torlan {
 namespace {
 
 QString typed(const command_t& _command) {
-    return QStringLiteral("%1 %2").arg(_command.name, _command.arguments).trimmed();
+    return QStringLiteral("%1 %2")
+        .arg(QLatin1String(_command.name), QLatin1String(_command.arguments))
+        .trimmed();
 }
 
 QString command_list() {
     QString list;
     for (const command_t& command : commands()) {
-        list += QStringLiteral("  %1%2\n").arg(typed(command), -32).arg(command.help);
+        list +=
+            QStringLiteral("  %1%2\n").arg(typed(command), -32).arg(QLatin1String(command.help));
     }
     return list;
 }
@@ -25,19 +28,22 @@ QString command_list() {
 }  // namespace
 
 command_line_t::command_line_t()
-    : data_option("data", "The data folder of the installation.", "DIR") {
+    : data_option(QStringLiteral("data"), QStringLiteral("The data folder of the installation."),
+                  QStringLiteral("DIR")) {
     // A value may begin with "-": whatever follows the command is no option.
     parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
     parser.addOption(data_option);
     add_standard_options(&parser);
-    parser.addPositionalArgument("command", "What to do, with its arguments.",
-                                 "--data DIR command [arguments]");
+    parser.addPositionalArgument(QStringLiteral("command"),
+                                 QStringLiteral("What to do, with its arguments."),
+                                 QStringLiteral("--data DIR command [arguments]"));
     parser.setApplicationDescription(
-        "Reads and changes an installation, whether its host runs or not.\n\nCommands:\n" +
+        QStringLiteral(
+            "Reads and changes an installation, whether its host runs or not.\n\nCommands:\n") +
         command_list() +
-        "\nUSER is a user name, ELEMENT and ITEM are identifiers. The status is 0 when it is "
-        "done,\n"
-        "1 when it was refused, 2 when the call was wrong.");
+        QStringLiteral(
+            "\nUSER is a user name, ELEMENT and ITEM are identifiers. The status is 0 when "
+            "it is done,\n1 when it was refused, 2 when the call was wrong."));
 }
 
 base::result_t command_line_t::parse(const QStringList& _arguments) {
@@ -69,8 +75,10 @@ base::result_t command_line_t::find_command() {
             return words.mid(0, _candidate.words().size()) == _candidate.words();
         });
     if (found == commands().end()) {
-        const QString start = words.mid(0, words[0] == QLatin1StringView("user") ? 2 : 1).join(' ');
-        return base::result_t::failed("There is no command " + database::quoted(start) + ".");
+        const QString start =
+            words.mid(0, words[0] == QLatin1String("user") ? 2 : 1).join(QLatin1Char(' '));
+        return base::result_t::failed(
+            QStringLiteral("There is no command %1.").arg(database::quoted(start)));
     }
     command = &*found;
     arguments = words.mid(command->words().size());

@@ -9,6 +9,7 @@
 #include "installation/document_reader.h"
 #include "installation/document_writer.h"
 #include "password_input.h"
+#include "program/file_reader_t.h"
 #include "program/standard_streams.h"
 #include "store/sqlite_store_t.h"
 #include "store/store_editor_t.h"
@@ -30,7 +31,7 @@ result_t open(sqlite_store_t& _store, const QString& _data, missing_t _missing) 
     if (!QFileInfo(_data).isDir()) {
         return result_t::failed(QStringLiteral("There is no folder %1.").arg(_data));
     }
-    const QString path = QDir(_data).filePath("installation.db");
+    const QString path = QDir(_data).filePath(QStringLiteral("installation.db"));
     if (_missing == missing_t::refuse && !QFileInfo::exists(path)) {
         return result_t::failed(
             QStringLiteral("There is no installation in %1: import one first.").arg(_data));
@@ -50,7 +51,11 @@ result_t edit(const QString& _data, edit_t _edit) {
 }
 
 result_t import_file(const QString& _data, const QStringList& _arguments) {
-    const auto document = read_document_file(_arguments[0]);
+    const auto bytes = file_reader_t(_arguments[0], max_document_bytes).read();
+    if (!bytes.is_ok()) {
+        return bytes;
+    }
+    const auto document = read_document(bytes.value, _arguments[0]);
     if (!document.is_ok()) {
         return document;
     }
@@ -73,8 +78,9 @@ result_t export_document(const QString& _data, const QStringList&) {
 result_t grant(const QString& _data, const QStringList& _arguments) {
     const std::optional<int> bits = database::permission::bits(_arguments[2]);
     if (!bits) {
-        return result_t::failed(quoted(_arguments[2]) +
-                                " is no permission: read, write, readwrite or deny.");
+        return result_t::failed(
+            QStringLiteral("%1 is no permission: read, write, readwrite or deny.")
+                .arg(quoted(_arguments[2])));
     }
     return edit(_data, [&](store_editor_t& _editor) {
         return _editor.grant(_arguments[0], _arguments[1], *bits);
@@ -84,17 +90,18 @@ result_t grant(const QString& _data, const QStringList& _arguments) {
 /// Reads a password and hands its hash on.
 template <typename use_t>
 result_t with_password_hash(use_t _use) {
-    const password_input_t input = read_password();
-    if (!input.error.isEmpty()) {
-        return result_t::failed(input.error);
+    const auto password = read_password();
+    if (!password.is_ok()) {
+        return password;
     }
-    return _use(accounts::make_password_hash(input.password));
+    return _use(accounts::make_password_hash(password.value));
 }
 
 result_t add_user(const QString& _data, const QStringList& _arguments) {
     const QString error = identifier_error(_arguments[0]);
     if (!error.isEmpty()) {
-        return result_t::failed("The user name " + quoted(_arguments[0]) + " " + error + ".");
+        return result_t::failed(
+            QStringLiteral("The user name %1 %2.").arg(quoted(_arguments[0]), error));
     }
     return edit(_data, [&](store_editor_t& _editor) {
         return with_password_hash(

@@ -80,18 +80,18 @@ QByteArray without_line_end(QByteArray _line) {
 
 }  // namespace
 
-password_input_t read_password() {
+base::result_of_t<QString> read_password() {
     const QByteArray line = without_line_end(isatty(STDIN_FILENO) ? terminal_line() : piped_line());
     QStringDecoder decoder(QStringDecoder::Utf8);
     const QString password = decoder(line);
     if (decoder.hasError()) {
-        return {{}, QStringLiteral("The password must be UTF-8 text.")};
+        return base::result_t::failed(QStringLiteral("The password must be UTF-8 text."));
     }
     const QString error = database::installation::password_error(password);
     if (!error.isEmpty()) {
-        return {{}, "The password " + error + "."};
+        return base::result_t::failed(QStringLiteral("The password %1.").arg(error));
     }
-    return {password, {}};
+    return password;
 }
 
 }  // namespace torlan

@@ -2,16 +2,12 @@
 
 #include <QString>
 
+#include "base/result_t.h"
+
 namespace torlan {
 
-/// A password that was typed or piped in, or one sentence without it.
-struct password_input_t {
-    QString password;
-    QString error;
-};
-
-/// Reads the first line of standard input. On a terminal it asks and switches the echo off for as
-/// long as it reads, also when it is interrupted.
-password_input_t read_password();
+/// Reads a password, the first line of standard input. On a terminal it asks and switches the echo
+/// off for as long as it reads, also when it is interrupted. A failure's sentence is without it.
+base::result_of_t<QString> read_password();
 
 }  // namespace torlan

@@ -1,7 +1,5 @@
 #include "installation/document_reader.h"
 
-#include <QFile>
-
 #include "accounts/broker_hash.h"
 #include "database/permission.h"
 #include "installation/installation_rules.h"
@@ -14,8 +12,6 @@ namespace database::installation {
 using ::base::result_t;
 
 namespace {
-
-constexpr qint64 max_file_bytes = 64 << 20;
 
 /// Builds one entry for each key of a section; the shape has been checked.
 template <typename value_t, typename make_t>
@@ -122,19 +118,6 @@ result_t refused(const QString& _name, const QString& _sentence) {
     return result_t::failed(_name + QStringLiteral(": ") + _sentence);
 }
 
-/// A pipe yields its bytes in pieces.
-QByteArray read_up_to(QFile& _file, qint64 _limit) {
-    QByteArray bytes;
-    while (bytes.size() < _limit) {
-        const QByteArray piece = _file.read(_limit - bytes.size());
-        if (piece.isEmpty()) {
-            break;
-        }
-        bytes += piece;
-    }
-    return bytes;
-}
-
 }  // namespace
 
 ::base::result_of_t<installation_t> read_document(const QByteArray& _bytes, const QString& _name) {
@@ -154,21 +137,6 @@ QByteArray read_up_to(QFile& _file, qint64 _limit) {
     secure(whole, json.value[QLatin1String("users")]);
     drop_denials(whole);
     return whole;
-}
-
-::base::result_of_t<installation_t> read_document_file(const QString& _path) {
-    QFile file(_path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return refused(_path, QStringLiteral("cannot be read: ") + file.errorString());
-    }
-    const QByteArray bytes = read_up_to(file, max_file_bytes + 1);
-    if (file.error() != QFileDevice::NoError) {
-        return refused(_path, QStringLiteral("cannot be read: ") + file.errorString());
-    }
-    if (bytes.size() > max_file_bytes) {
-        return refused(_path, QStringLiteral("is larger than 64 MiB"));
-    }
-    return read_document(bytes, _path);
 }
 
 }  // namespace database::installation

@@ -8,13 +8,13 @@
 
 namespace database::installation {
 
+/// A document is at most this large, 64 MiB.
+constexpr qint64 max_document_bytes = 64 << 20;
+
 /// Reads an installation document and checks it whole. Clear-text passwords are hashed, which
 /// takes milliseconds for each.
 /// @param _name stands in front of the error: "home.json: elements/e-lamp/type: must be ...", which
 ///        holds no password
 ::base::result_of_t<installation_t> read_document(const QByteArray& _bytes, const QString& _name);
-
-/// Reads a file of at most 64 MiB; the error begins with its path as given.
-::base::result_of_t<installation_t> read_document_file(const QString& _path);
 
 }  // namespace database::installation

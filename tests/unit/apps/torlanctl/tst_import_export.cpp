@@ -11,6 +11,7 @@ class tst_import_export : public QObject {
     void refused_import_writes_nothing();
     void first_import_that_is_refused_makes_no_database();
     void import_reads_from_a_pipe();
+    void import_of_a_file_without_an_end_is_refused();
     void database_is_readable_by_its_owner_only();
     void missing_folder_or_installation_is_one_sentence();
     void export_into_a_closed_output_fails_and_harms_nothing_data();
@@ -64,6 +65,13 @@ void tst_import_export::import_reads_from_a_pipe() {
     large += QByteArray(300000, 'x') + "\"}}}";
     QCOMPARE(torlanctl({"import", "/dev/stdin"}, large).error, QString());
     QCOMPARE(torlanctl.stored().items["i"].size(), 300000);
+}
+
+void tst_import_export::import_of_a_file_without_an_end_is_refused() {
+    const torlanctl_t torlanctl;
+    const call_t call = torlanctl({"import", "/dev/zero"});
+    QCOMPARE(call.error, "torlanctl: /dev/zero: is larger than 64 MiB");
+    QCOMPARE(call.status, 1);
 }
 
 void tst_import_export::database_is_readable_by_its_owner_only() {

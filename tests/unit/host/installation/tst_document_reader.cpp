@@ -1,4 +1,3 @@
-#include <QTemporaryDir>
 #include <QTest>
 
 #include "accounts/broker_hash.h"
@@ -26,7 +25,6 @@ class tst_document_reader : public QObject {
     void broken_text_is_told_with_its_line();
     void refused_document_never_shows_a_password();
     void huge_names_are_refused_and_shown_short();
-    void file_errors_name_the_file();
 };
 
 void tst_document_reader::whole_document_is_read() {
@@ -155,15 +153,6 @@ void tst_document_reader::huge_names_are_refused_and_shown_short() {
     QCOMPARE(error_of("{\"topic\": \"home\", \"" + huge + "\": {}}"),
              "home.json: there is no such key as \"" + shown + "\"");
     QVERIFY(error_of("{\"topic\": \"" + huge + "\"}").startsWith("home.json: topic: must be"));
-}
-
-void tst_document_reader::file_errors_name_the_file() {
-    QTemporaryDir folder;
-    const QString missing = folder.filePath("none.json");
-    QCOMPARE(read_document_file(missing).error,
-             missing + ": cannot be read: No such file or directory");
-    const QString path = folder.path();
-    QVERIFY(read_document_file(path).error.startsWith(path + ": cannot be read: "));
 }
 
 QTEST_GUILESS_MAIN(tst_document_reader)

@@ -1,3 +1,4 @@
+#include <QFile>
 #include <QSet>
 #include <QTest>
 
@@ -27,7 +28,9 @@ class tst_sample_installation : public QObject {
 };
 
 void tst_sample_installation::initTestCase() {
-    const auto result = read_document_file(SAMPLE);
+    QFile file(SAMPLE);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const auto result = read_document(file.readAll(), SAMPLE);
     QCOMPARE(result.error, QString());
     home = result.value;
 }
