@@ -119,7 +119,10 @@ const QList<row_t> rows{
     {"host/loader", "base/|contract/|server/drivers/driver/"},
     {"apps/program", "base/"},
     {"apps/torlan-config", "base/|http/|apps/program/"},
-    {"apps/torlan-server", "base/|contract/|http/|host/|server/utility/|apps/program/"},
+    {"apps/torlan-server",
+     "base/|http/|apps/program/|contract/(comunication/protoserver_t|database/database_t|logs/)|"
+     "host/(accounts|broker|endpoint|installation|live|loader|logs|store)/|"
+     "server/utility/(cnfserver|http_read_config_server_t|torlan_option_t|utility_t)\\.h"},
     {"apps/torlanctl",
      "base/|contract/database/(name_rules|permission)|host/(installation|store)/|"
      "host/accounts/broker_hash|apps/program/"},
