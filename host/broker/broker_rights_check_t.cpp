@@ -20,12 +20,7 @@ broker_rights_check_t::broker_rights_check_t(const rights_check_settings_t& _set
       token(base::random_hex()),
       own(api_topics::user_root(api_topics::version_1, _settings.probe_account)),
       other(api_topics::user_root(api_topics::version_1, QStringLiteral("other-") + token)),
-      forbidden{other + QStringLiteral("/check/request/") + token,
-                other + QStringLiteral("/status/") + token,
-                own + QStringLiteral("/status/") + token,
-                own + QStringLiteral("/check/status/") + token,
-                QStringLiteral("torlan-check/") + token,
-                QStringLiteral("$SYS/") + token},
+      forbidden(forbidden_topics_t::below(own, other, token)),
       limit(this),
       host(this),
       probe(this),
@@ -38,8 +33,7 @@ broker_rights_check_t::~broker_rights_check_t() = default;
 
 void broker_rights_check_t::set_up_connections() {
     connect(&limit, &QTimer::timeout, this, [this]() {
-        end(result_t::failed(
-            QStringLiteral("The broker did not answer the check of its rights in time.")));
+        fail(QStringLiteral("The broker did not answer the check of its rights in time."));
         host.abandon();
         conclude();
     });
@@ -67,9 +61,8 @@ void broker_rights_check_t::set_up_connections() {
     connect(&probe, &mosquitto_client_t::closed, this, [this](const QString& _reason) {
         on_closed(QStringLiteral("the probe's account"), _reason);
     });
-    connect(&anonymous, &mosquitto_client_t::opened, this, [this]() {
-        end(result_t::failed(QStringLiteral("The broker lets anonymous clients in.")));
-    });
+    connect(&anonymous, &mosquitto_client_t::opened, this,
+            [this]() { fail(QStringLiteral("The broker lets anonymous clients in.")); });
     connect(&anonymous, &mosquitto_client_t::closed, this,
             [this]() { meet_fence(anonymous_refused); });
 }
@@ -103,16 +96,16 @@ result_t broker_rights_check_t::run() {
 
 void broker_rights_check_t::on_host_subscribed(bool _accepted) {
     if (!_accepted) {
-        end(result_t::failed(QStringLiteral("The broker does not let the host read every topic.")));
+        fail(QStringLiteral("The broker does not let the host read every topic."));
         return;
     }
     // Lies on the broker before the probe subscribes.
-    send(host, forbidden[1], true);
+    send(host, forbidden.foreign_status, true);
 }
 
 void broker_rights_check_t::on_host_delivered() {
-    if (!probe_started) {
-        probe_started = true;
+    if (stage == stage_t::preparing) {
+        stage = stage_t::probing;
         probe.open({settings.host,
                     settings.port,
                     {},
@@ -126,11 +119,11 @@ void broker_rights_check_t::on_probe_subscribed() {
     if (--awaited > 0) {
         return;
     }
-    for (const QString& topic : {forbidden[0], forbidden[1], forbidden[4]}) {
+    for (const QString& topic : forbidden.unreadable()) {
         send(host, topic, false);
     }
     send(host, own + QStringLiteral("/status/") + token, false);
-    for (const QString& topic : forbidden) {
+    for (const QString& topic : forbidden.all()) {
         send(probe, topic, false);
         send(probe, topic, true);
     }
@@ -147,15 +140,15 @@ void broker_rights_check_t::on_host_received(const QString& _topic, const QByteA
     if (_topic == own + QStringLiteral("/check/request/") + token) {
         meet_fence(host_fence);
     } else {
-        end(result_t::failed(QStringLiteral("The broker lets an API user write %1.").arg(_topic)));
+        fail(QStringLiteral("The broker lets an API user write %1.").arg(_topic));
     }
 }
 
 void broker_rights_check_t::on_probe_received(const QString& _topic) {
     if (_topic == own + QStringLiteral("/status/") + token) {
         meet_fence(probe_fence);
-    } else if (!_topic.startsWith(own + u'/') && _topic != settings.connection_topic) {
-        end(result_t::failed(QStringLiteral("The broker lets an API user read %1.").arg(_topic)));
+    } else if (!_topic.startsWith(own + QLatin1Char('/')) && _topic != settings.connection_topic) {
+        fail(QStringLiteral("The broker lets an API user read %1.").arg(_topic));
     }
 }
 
@@ -167,7 +160,7 @@ void broker_rights_check_t::meet_fence(bool& _fence) {
 }
 
 void broker_rights_check_t::on_closed(const QString& _who, const QString& _reason) {
-    end(result_t::failed(QStringLiteral("The broker does not let %1 in: %2.").arg(_who, _reason)));
+    fail(QStringLiteral("The broker does not let %1 in: %2.").arg(_who, _reason));
 }
 
 void broker_rights_check_t::send(mosquitto_client_t& _client, const QString& _topic, bool _retain) {
@@ -175,11 +168,15 @@ void broker_rights_check_t::send(mosquitto_client_t& _client, const QString& _to
                      qos_t::at_least_once, _retain});
 }
 
+void broker_rights_check_t::fail(const QString& _sentence) {
+    end(result_t::failed(_sentence));
+}
+
 void broker_rights_check_t::end(const result_t& _verdict) {
-    if (done) {
+    if (stage == stage_t::ending || stage == stage_t::over) {
         return;
     }
-    done = true;
+    stage = stage_t::ending;
     verdict = _verdict;
     probe.abandon();
     anonymous.abandon();
@@ -188,7 +185,7 @@ void broker_rights_check_t::end(const result_t& _verdict) {
         return;
     }
     // What was retained goes before the host does.
-    for (const QString& topic : forbidden) {
+    for (const QString& topic : forbidden.all()) {
         host.publish({topic.toUtf8(), {}, qos_t::at_most_once, true});
     }
     host.close(false);
@@ -196,7 +193,7 @@ void broker_rights_check_t::end(const result_t& _verdict) {
 
 void broker_rights_check_t::conclude() {
     limit.stop();
-    if (!std::exchange(concluded, true)) {
+    if (std::exchange(stage, stage_t::over) != stage_t::over) {
         Q_EMIT finished(verdict);
     }
 }

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <QObject>
-#include <QStringList>
 #include <QTimer>
 
 #include "base/result_t.h"
+#include "broker/forbidden_topics_t.h"
 #include "endpoint/mosquitto_client_t.h"
 
 namespace broker {
@@ -47,6 +47,13 @@ class broker_rights_check_t : public QObject {
     void finished(const base::result_t& result);
 
  private:
+    enum class stage_t {
+        preparing,  ///< the host reads everything, and a retained message lies on the broker
+        probing,
+        ending,  ///< the verdict stands, the host's connection is being ended
+        over,    ///< and was told
+    };
+
     void set_up_connections();
     void on_host_subscribed(bool _accepted);
     void on_host_delivered();
@@ -56,25 +63,24 @@ class broker_rights_check_t : public QObject {
     void on_closed(const QString& _who, const QString& _reason);
     void send(comunication::mosquitto_client_t& _client, const QString& _topic, bool _retain);
     void meet_fence(bool& _fence);
+    void fail(const QString& _sentence);
     void end(const base::result_t& _verdict);
     void conclude();
 
     const rights_check_settings_t settings;
-    const QString token;          ///< marks the messages of this check
-    const QString own;            ///< the probe's part of the tree
-    const QString other;          ///< another user's
-    const QStringList forbidden;  ///< topics that the probe must not write
+    const QString token;  ///< marks the messages of this check
+    const QString own;    ///< the probe's part of the tree
+    const QString other;  ///< another user's
+    const forbidden_topics_t forbidden;
     QTimer limit;
     comunication::mosquitto_client_t host;
     comunication::mosquitto_client_t probe;
     comunication::mosquitto_client_t anonymous;
-    int awaited = 0;  ///< answers to the probe's subscriptions
-    bool probe_started = false;
+    stage_t stage = stage_t::preparing;
+    int awaited = 0;           ///< answers to the probe's subscriptions
     bool host_fence = false;   ///< the host has seen the probe's permitted message
     bool probe_fence = false;  ///< the other way round
     bool anonymous_refused = false;
-    bool done = false;       ///< the verdict stands, the host's connection is being ended
-    bool concluded = false;  ///< and was told
     base::result_t verdict;
 };
 

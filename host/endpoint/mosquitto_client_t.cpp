@@ -18,6 +18,15 @@ struct freed_t {
     void operator()(mosquitto* _handle) const { mosquitto_destroy(_handle); }
 };
 
+/// Of one connection.
+enum class phase_t {
+    idle,  ///< none
+    connecting,
+    open,       ///< the broker has accepted it
+    ended,      ///< the library has given it up
+    abandoned,  ///< free the handle as soon as no call is running
+};
+
 /// Packets read in one go before other events get their turn.
 constexpr int packets_per_turn = 64;
 constexpr auto housekeeping = std::chrono::milliseconds(500);
@@ -37,6 +46,8 @@ struct mosquitto_client_t::private_t {
     void finish(const QString& _reason);
     void set_callbacks();
 
+    /// There is a connection that a call may be about.
+    bool is_live() const { return phase == phase_t::connecting || phase == phase_t::open; }
     static private_t* of(void* _object) { return static_cast<private_t*>(_object); }
 
     mosquitto_client_t* const self;
@@ -45,12 +56,10 @@ struct mosquitto_client_t::private_t {
     std::unique_ptr<QSocketNotifier> writer;
     QTimer misc;
     int socket = -1;
-    int depth = 0;           ///< calls into the library that are running
-    bool accepted = false;   ///< the broker has accepted the connection
-    bool refused = false;    ///< the broker has refused it
-    bool abandoned = false;  ///< free the handle as soon as no call is running
-    bool ended = false;      ///< the library has given the connection up
-    QString reason;          ///< why
+    int depth = 0;  ///< calls into the library that are running
+    phase_t phase = phase_t::idle;
+    bool refused = false;  ///< the broker has refused the connection
+    QString reason;        ///< why it ended
 };
 
 mosquitto_client_t::private_t::private_t(mosquitto_client_t* _self) : self(_self), misc(_self) {
@@ -64,7 +73,7 @@ mosquitto_client_t::private_t::private_t(mosquitto_client_t* _self) : self(_self
 
 template <class Call>
 int mosquitto_client_t::private_t::call(Call _call) {
-    if (!handle || abandoned || ended) {
+    if (!is_live()) {
         return MOSQ_ERR_NO_CONN;
     }
     ++depth;
@@ -78,11 +87,11 @@ void mosquitto_client_t::private_t::settle() {
     if (depth > 0) {
         return;
     }
-    if (abandoned) {
+    if (phase == phase_t::abandoned) {
         drop();
         return;
     }
-    if (ended) {
+    if (phase == phase_t::ended) {
         const QString why = reason;
         const bool by_broker = refused;
         drop();
@@ -99,7 +108,8 @@ void mosquitto_client_t::private_t::drop() {
     watch(-1);
     misc.stop();
     handle.reset();
-    accepted = refused = abandoned = ended = false;
+    phase = phase_t::idle;
+    refused = false;
     reason.clear();
 }
 
@@ -128,7 +138,7 @@ void mosquitto_client_t::private_t::watch(int _socket) {
 void mosquitto_client_t::private_t::read() {
     call([this]() {
         int result = MOSQ_ERR_SUCCESS;
-        for (int i = 0; i < packets_per_turn && !abandoned && !ended; ++i) {
+        for (int i = 0; i < packets_per_turn && is_live(); ++i) {
             errno = 0;
             result = mosquitto_loop_read(handle.get(), 1);
             if (result != MOSQ_ERR_SUCCESS || errno == EAGAIN || errno == EWOULDBLOCK) {
@@ -140,12 +150,14 @@ void mosquitto_client_t::private_t::read() {
 }
 
 void mosquitto_client_t::private_t::finish(const QString& _reason) {
-    ended = true;
+    if (phase != phase_t::abandoned) {
+        phase = phase_t::ended;
+    }
     if (reason.isEmpty()) {
         reason = _reason;
     }
     // The library's own texts end with a stop, those of the protocol do not.
-    while (reason.endsWith(u'.')) {
+    while (reason.endsWith(QLatin1Char('.'))) {
         reason.chop(1);
     }
 }
@@ -155,11 +167,11 @@ void mosquitto_client_t::private_t::set_callbacks() {
     mosquitto_connect_v5_callback_set(
         m, [](mosquitto*, void* _object, int _code, int, const mosquitto_property*) {
             private_t* const p = of(_object);
-            p->accepted = _code == 0;
             p->refused = _code != 0;
             if (p->refused) {
                 p->reason = QString::fromUtf8(mosquitto_reason_string(_code));
-            } else if (!p->abandoned) {
+            } else if (p->phase == phase_t::connecting) {
+                p->phase = phase_t::open;
                 Q_EMIT p->self->opened();
             }
         });
@@ -174,7 +186,7 @@ void mosquitto_client_t::private_t::set_callbacks() {
     mosquitto_message_v5_callback_set(
         m, [](mosquitto*, void* _object, const mosquitto_message* _message,
               const mosquitto_property* _properties) {
-            if (private_t* const p = of(_object); !p->abandoned) {
+            if (private_t* const p = of(_object); p->phase != phase_t::abandoned) {
                 Q_EMIT p->self->received(
                     QString::fromUtf8(_message->topic),
                     QByteArray(static_cast<const char*>(_message->payload), _message->payloadlen),
@@ -183,13 +195,13 @@ void mosquitto_client_t::private_t::set_callbacks() {
         });
     mosquitto_publish_v5_callback_set(
         m, [](mosquitto*, void* _object, int _id, int _code, const mosquitto_property*) {
-            if (private_t* const p = of(_object); !p->abandoned) {
+            if (private_t* const p = of(_object); p->phase != phase_t::abandoned) {
                 Q_EMIT p->self->delivered(_id, _code < 128);
             }
         });
     mosquitto_subscribe_v5_callback_set(m, [](mosquitto*, void* _object, int _id, int _count,
                                               const int* _granted, const mosquitto_property*) {
-        if (private_t* const p = of(_object); !p->abandoned) {
+        if (private_t* const p = of(_object); p->phase != phase_t::abandoned) {
             Q_EMIT p->self->subscribed(_id, _count > 0 && _granted[0] < 128);
         }
     });
@@ -210,6 +222,7 @@ void mosquitto_client_t::open(const client_settings_t& _settings) {
         Q_EMIT closed(QStringLiteral("Invalid client identifier"), false);
         return;
     }
+    d->phase = phase_t::connecting;
     d->set_callbacks();
     d->misc.start();
     d->call([this, &_settings]() {
@@ -236,12 +249,12 @@ void mosquitto_client_t::close(bool _with_will) {
 }
 
 void mosquitto_client_t::abandon() {
-    d->abandoned = true;
+    d->phase = phase_t::abandoned;
     d->settle();
 }
 
 bool mosquitto_client_t::is_open() const {
-    return d->accepted && !d->ended && !d->abandoned;
+    return d->phase == phase_t::open;
 }
 
 int mosquitto_client_t::publish(const outgoing_t& _message) {

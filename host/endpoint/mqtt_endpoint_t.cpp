@@ -41,7 +41,7 @@ mqtt_endpoint_t::~mqtt_endpoint_t() {
 void mqtt_endpoint_t::set_up_connections() {
     connect(&reconnect, &QTimer::timeout, this, [this]() { open(); });
     connect(&limit, &QTimer::timeout, this, [this]() {
-        if (stopping) {
+        if (state == state_t::stopping) {
             client.close(true);
             end_stop();
         } else {
@@ -60,44 +60,45 @@ void mqtt_endpoint_t::set_up_connections() {
 }
 
 void mqtt_endpoint_t::start() {
-    if (running) {
+    if (state != state_t::stopped) {
         return;
     }
-    running = true;
+    state = state_t::connecting;
     open();
 }
 
 void mqtt_endpoint_t::stop() {
-    if (stopping) {
+    if (state == state_t::stopping) {
         return;
     }
-    stopping = true;
+    const bool was_online = is_online();
+    state = state_t::stopping;
     reconnect.stop();
-    if (!online) {
+    if (!was_online) {
         end_stop();
         return;
     }
     limit.start(settings.stop_timeout);
     if (!settings.connection_topic.isEmpty()) {
-        sender.send(state("offline"));
+        sender.send(connection_message("offline"));
     }
     finish_stop();
 }
 
 void mqtt_endpoint_t::finish_stop() {
-    if (stopping && online && sender.is_idle()) {
+    if (state == state_t::stopping && sender.is_idle()) {
         client.close(false);
     }
 }
 
 void mqtt_endpoint_t::end_stop() {
-    if (!stopping) {
+    if (state != state_t::stopping) {
         return;
     }
     client.abandon();
     sender.close();
     limit.stop();
-    running = stopping = online = announced = false;
+    state = state_t::stopped;
     Q_EMIT stopped();
 }
 
@@ -106,14 +107,14 @@ void mqtt_endpoint_t::open() {
                                  settings.username,  settings.password, settings.ca_file,
                                  settings.keep_alive};
     if (!settings.connection_topic.isEmpty()) {
-        connection.will = state("offline");
+        connection.will = connection_message("offline");
     }
     limit.start(settings.connect_timeout);
     client.open(connection);
 }
 
 void mqtt_endpoint_t::on_opened() {
-    online = true;
+    state = state_t::subscribing;
     sender.open();
     told_retained = told_refused = false;
     request_id =
@@ -123,12 +124,12 @@ void mqtt_endpoint_t::on_opened() {
         subscription_status_api(utility::subscribe_t::subscribe);
     }
     if (!settings.connection_topic.isEmpty()) {
-        sender.send(state("online"));
+        sender.send(connection_message("online"));
     }
 }
 
 void mqtt_endpoint_t::on_subscribed(int _id, bool _accepted) {
-    if (_id != request_id || announced || stopping) {
+    if (_id != request_id || state != state_t::subscribing) {
         return;
     }
     if (!_accepted) {
@@ -139,8 +140,8 @@ void mqtt_endpoint_t::on_subscribed(int _id, bool _accepted) {
     limit.stop();
     backoff.reset();
     told_outage.clear();
-    announced = true;
-    const bool again = std::exchange(ever_announced, true);
+    state = state_t::connected;
+    const bool again = std::exchange(ever_connected, true);
     counts.reconnects += again ? 1 : 0;
     Q_EMIT connected(again);
 }
@@ -148,18 +149,17 @@ void mqtt_endpoint_t::on_subscribed(int _id, bool _accepted) {
 void mqtt_endpoint_t::on_closed(const QString& _reason, bool _refused) {
     limit.stop();
     sender.close();
-    online = false;
-    const bool was_announced = std::exchange(announced, false);
-    if (stopping) {
+    if (state == state_t::stopping) {
         end_stop();
         return;
     }
+    const state_t before = std::exchange(state, state_t::connecting);
     log_outage(_reason);
     reconnect.start(backoff.next());
     if (_refused) {
         Q_EMIT refused(_reason);
     }
-    if (was_announced) {
+    if (before == state_t::connected) {
         Q_EMIT disconnected();
     }
 }
@@ -180,7 +180,7 @@ void mqtt_endpoint_t::set_enable_api_message(bool _enable) {
 
 void mqtt_endpoint_t::subscription_status_api(utility::subscribe_t _subscribe) {
     wants_status = _subscribe == utility::subscribe_t::subscribe;
-    if (online) {
+    if (is_online()) {
         // Once per connection is what QoS 1 gives as well, and with QoS 2 the broker searches
         // what is in flight for each half: 25 s instead of 0.2 s for 100,000 retained messages.
         sender.send({.topic = api_topics::status_filter.toUtf8(),
@@ -259,7 +259,7 @@ void mqtt_endpoint_t::publish_delete(const QString& _topic, utility::qos_t _qos,
     sender.send({_topic.toUtf8(), {}, _qos, _retain});
 }
 
-outgoing_t mqtt_endpoint_t::state(const QByteArray& _word) const {
+outgoing_t mqtt_endpoint_t::connection_message(const QByteArray& _word) const {
     return {settings.connection_topic.toUtf8(), "{\"state\":\"" + _word + "\"}",
             utility::qos_t::at_least_once, true};
 }

@@ -50,7 +50,16 @@ class mqtt_endpoint_t : public protoserver_t {
     void stopped();
 
  private:
+    enum class state_t {
+        stopped,
+        connecting,   ///< an attempt is under way, or the next one is due
+        subscribing,  ///< the broker has accepted the connection
+        connected,    ///< and the subscription of requests: connected() was emitted
+        stopping,     ///< of an accepted connection: what is queued is sent
+    };
+
     void set_up_connections();
+    bool is_online() const { return state > state_t::connecting; }
     void open();
     void on_opened();
     void on_subscribed(int _id, bool _accepted);
@@ -61,7 +70,7 @@ class mqtt_endpoint_t : public protoserver_t {
     void answer_malformed(const QString& _topic);
     bool is_retainable(const QString& _topic);
     void log_outage(const QString& _reason);
-    outgoing_t state(const QByteArray& _word) const;
+    outgoing_t connection_message(const QByteArray& _word) const;
     void finish_stop();
     void end_stop();
 
@@ -71,15 +80,12 @@ class mqtt_endpoint_t : public protoserver_t {
     mosquitto_client_t client;
     message_sender_t sender;
     base::backoff_t backoff;
-    QTimer reconnect;      ///< until the next attempt
-    QTimer limit;          ///< of an attempt, or of a stop
-    int request_id = 0;    ///< of the pending subscription of requests
-    bool running = false;  ///< between start() and stop()
-    bool stopping = false;
-    bool online = false;     ///< the broker has accepted the connection
-    bool announced = false;  ///< connected() was emitted for this connection
-    bool ever_announced = false;
-    bool enabled = false;  ///< api_message is emitted
+    QTimer reconnect;    ///< until the next attempt
+    QTimer limit;        ///< of an attempt, or of a stop
+    int request_id = 0;  ///< of the pending subscription of requests
+    state_t state = state_t::stopped;
+    bool ever_connected = false;  ///< connected() was emitted once
+    bool enabled = false;         ///< api_message is emitted
     bool wants_status = false;
     // Logged for this connection.
     bool told_retained = false;

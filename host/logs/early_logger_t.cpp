@@ -46,7 +46,8 @@ void early_logger_t::hand_over(classlogs* _logger) {
     }
     if (missing > 0) {
         _logger->log_asynch(QStringLiteral("%1 lines of the start are lost").arg(missing), 3,
-                            "hand_over", "host/logs/early_logger_t", __LINE__);
+                            QStringLiteral("hand_over"), QStringLiteral("host/logs/early_logger_t"),
+                            __LINE__);
     }
 }
 
