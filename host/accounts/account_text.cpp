@@ -2,7 +2,9 @@
 
 #include <QRegularExpression>
 
+#include "accounts/broker_hash.h"
 #include "comunication/api_topics.h"
+#include "database/name_rules.h"
 
 namespace accounts {
 
@@ -15,6 +17,8 @@ bool matches(const QString& _pattern, const QString& _text) {
     const QRegularExpression expression(QRegularExpression::anchoredPattern(_pattern));
     return expression.match(_text).hasMatch();
 }
+
+}  // namespace
 
 result_t check_settings(const account_settings_t& _settings) {
     if (!matches(QStringLiteral("@[0-9a-zA-Z._-]+"), _settings.host_account)) {
@@ -31,26 +35,22 @@ result_t check_settings(const account_settings_t& _settings) {
     return {};
 }
 
-}  // namespace
-
-result_t check_accounts(const account_settings_t& _settings,
-                        const QList<broker_account_t>& _accounts) {
-    static const QRegularExpression name(QStringLiteral("\\A[0-9a-zA-Z._-]+\\z"));
-    static const QRegularExpression hash(
-        QStringLiteral("\\A\\$7\\$[1-9][0-9]*\\$[0-9a-zA-Z+/]+=*\\$[0-9a-zA-Z+/]+=*\\z"));
-    for (const broker_account_t& account : _accounts) {
-        if (!name.match(account.name).hasMatch()) {
-            return result_t::failed(
-                QStringLiteral("The user name \"%1\" cannot be a broker account.")
-                    .arg(account.name));
-        }
-        if (!hash.match(account.password_hash).hasMatch()) {
-            return result_t::failed(
-                QStringLiteral("The password hash of user \"%1\" has not the broker's form.")
-                    .arg(account.name));
+sorted_users_t sort_users(const QList<broker_account_t>& _users) {
+    sorted_users_t sorted;
+    for (const broker_account_t& user : _users) {
+        const QString name = database::quoted(user.name);
+        if (!database::identifier_error(user.name).isEmpty()) {
+            sorted.left_out.append(
+                QStringLiteral("The user name %1 cannot be a broker account.").arg(name));
+        } else if (!is_password_hash(user.password_hash)) {
+            sorted.left_out.append(
+                QStringLiteral("The password hash of user %1 has not the broker's form.")
+                    .arg(name));
+        } else {
+            sorted.fit.append(user);
         }
     }
-    return check_settings(_settings);
+    return sorted;
 }
 
 QByteArray password_file(const QList<broker_account_t>& _accounts) {

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QStringList>
 
 #include "accounts/broker_account_t.h"
 #include "base/result_t.h"
@@ -16,10 +17,18 @@ struct account_settings_t {
     QString connection_topic;
 };
 
-/// Whether settings and API users can be written down without changing the meaning of a line: names
-/// are one topic level, hashes are hashes, the topic has no wildcard. Pure, as all of these.
-base::result_t check_accounts(const account_settings_t& _settings,
-                              const QList<broker_account_t>& _accounts);
+/// Users that can be written down, and a sentence for each that cannot.
+struct sorted_users_t {
+    QList<broker_account_t> fit;
+    QStringList left_out;
+};
+
+/// Whether the settings can be written down without changing the meaning of a line. Pure, as all of
+/// these.
+base::result_t check_settings(const account_settings_t& _settings);
+
+/// The same for each user: its name is an identifier, its hash a hash.
+sorted_users_t sort_users(const QList<broker_account_t>& _users);
 
 /// The broker's password file: one line for each account.
 QByteArray password_file(const QList<broker_account_t>& _accounts);

@@ -2,16 +2,19 @@
 
 #include <signal.h>
 
+#include <QSet>
 #include <utility>
 
 #include "accounts/broker_hash.h"
 #include "base/random_hex.h"
+#include "logs/log_line.h"
 
 namespace accounts {
 
 using base::result_t;
 
 namespace {
+constexpr const char* source = "host/accounts/broker_accounts_t";
 const QString password_name = QStringLiteral("passwords");
 const QString acl_name = QStringLiteral("acl");
 }  // namespace
@@ -31,16 +34,17 @@ QByteArray broker_accounts_t::configuration() const {
            folder.path(acl_name).toLocal8Bit() + "\n";
 }
 
-result_t broker_accounts_t::apply(const QList<broker_account_t>& _accounts) {
-    if (const result_t checked = check_accounts(settings, _accounts); !checked.is_ok()) {
+result_t broker_accounts_t::apply(const QList<broker_account_t>& _users) {
+    if (const result_t checked = check_settings(settings); !checked.is_ok()) {
         return checked;
     }
+    sorted_users_t users = sort_users(_users);
+    tell_left_out(users.left_out);
+    users.fit.append({settings.host_account, password_hash});
     if (const result_t written = folder.write(acl_name, acl_file(settings)); !written.is_ok()) {
         return written;
     }
-    QList<broker_account_t> all = _accounts;
-    all.append({settings.host_account, password_hash});
-    if (const result_t written = folder.write(password_name, password_file(all));
+    if (const result_t written = folder.write(password_name, password_file(users.fit));
         !written.is_ok()) {
         return written;
     }
@@ -50,6 +54,16 @@ result_t broker_accounts_t::apply(const QList<broker_account_t>& _accounts) {
         tell_broker();
     }
     return {};
+}
+
+void broker_accounts_t::tell_left_out(const QStringList& _sentences) {
+    const QSet<QString> former(told.cbegin(), told.cend());
+    for (const QString& sentence : _sentences) {
+        if (!former.contains(sentence)) {
+            utility::log_line(sentence, 2, "tell_left_out", source, __LINE__);
+        }
+    }
+    told = _sentences;
 }
 
 void broker_accounts_t::on_broker_launching() {

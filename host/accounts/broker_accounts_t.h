@@ -21,9 +21,10 @@ class broker_accounts_t : public QObject {
     /// The lines of the broker's configuration that are about accounts.
     QByteArray configuration() const;
 
-    /// The API users from now on; the host's own account is added. effective() follows, as soon as
-    /// a broker listens. After an error the former ones stay.
-    base::result_t apply(const QList<broker_account_t>& _accounts);
+    /// The API users from now on; the host's own account is added. One that cannot have an account
+    /// is left out and told in the log: it must not keep the others from coming and going.
+    /// effective() follows, as soon as a broker listens. After an error the former ones stay.
+    base::result_t apply(const QList<broker_account_t>& _users);
 
     /// A broker of this configuration is about to be started.
     void on_broker_launching();
@@ -47,6 +48,7 @@ class broker_accounts_t : public QObject {
         listening,  ///< handles signals; before that one would end it
     };
 
+    void tell_left_out(const QStringList& _sentences);
     void tell_broker();
 
     const account_settings_t settings;
@@ -55,6 +57,7 @@ class broker_accounts_t : public QObject {
     const QString password_hash;
     broker_t broker = broker_t::none;
     qint64 process_id = 0;  ///< of the broker while it listens
+    QStringList told;       ///< whom the last apply() left out
 };
 
 }  // namespace accounts

@@ -110,7 +110,8 @@ const QList<row_t> rows{
     {"host/endpoint", "base/|contract/(logs|comunication)/"},
     {"host/process", "base/"},
     {"host/accounts",
-     "base/|contract/(comunication/api_topics|database/name_rules)|host/process/private_folder_t"},
+     "base/|contract/(comunication/api_topics|database/name_rules|logs/)|host/process/"
+     "private_folder_t"},
     {"host/broker", "base/|contract/(logs|comunication)/|host/(accounts|endpoint|process)/"},
     {"host/installation",
      "base/|contract/database/(element_type|name_rules|permission)|host/accounts/broker_hash"},

@@ -14,7 +14,7 @@ pattern read local/api/v1/%u/#
 pattern read home/1/connection
 )";
 
-const QString hash = QStringLiteral("$7$101$YWJj$ZGVm/+8=");
+const QString hash = "$7$101$" + QString(16, 'A') + "$" + QString(86, 'B') + "==";
 
 }  // namespace
 
@@ -25,9 +25,11 @@ class tst_account_text : public QObject {
     void acl_is_as_written_down();
     void acl_without_connection_topic_has_no_line_for_it();
     void password_file_has_a_line_for_each_account();
-    void check_refuses_what_would_change_the_meaning_data();
-    void check_refuses_what_would_change_the_meaning();
-    void check_refuses_a_host_account_that_a_user_could_have();
+    void user_who_cannot_be_written_down_is_left_out_data();
+    void user_who_cannot_be_written_down_is_left_out();
+    void connection_topic_is_a_plain_topic_data();
+    void connection_topic_is_a_plain_topic();
+    void host_account_is_none_that_a_user_could_have();
 };
 
 void tst_account_text::acl_is_as_written_down() {
@@ -44,48 +46,57 @@ void tst_account_text::password_file_has_a_line_for_each_account() {
     QCOMPARE(password_file({}), QByteArray());
 }
 
-void tst_account_text::check_refuses_what_would_change_the_meaning_data() {
+void tst_account_text::user_who_cannot_be_written_down_is_left_out_data() {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("password");
-    QTest::addColumn<QString>("topic");
-    QTest::addColumn<bool>("accepted");
-    const auto row = [](const char* _tag, const QString& _name, const QString& _password,
-                        const QString& _topic, bool _accepted) {
-        QTest::newRow(_tag) << _name << _password << _topic << _accepted;
-    };
-    row("plain", "alice", hash, "home/1/connection", true);
-    row("every letter", "a.B_9-z", hash, "", true);
-    row("one letter topic", "alice", hash, "c", true);
-    row("blank in the topic", "alice", hash, "my home/connection", true);
+    QTest::addColumn<QString>("sentence");
+    QTest::newRow("plain") << "alice" << hash << "";
+    QTest::newRow("every letter") << "a.B_9-z" << hash << "";
+    QTest::newRow("longest") << QString(64, 'x') << hash << "";
     for (const char* const name :
-         {"", "@torlan", "@other", "a:b", "a b", "a/b", "a+", "#", "a\nb", "a\n", "%u"}) {
-        row(QByteArray(name).toPercentEncoding().prepend("name "), name, hash, "c", false);
+         {"", "@torlan", "@other", "a:b", "a b", "a/b", "a+", "#", "%u", "my-request"}) {
+        QTest::newRow(QByteArray(name).prepend("name "))
+            << name << hash
+            << QStringLiteral("The user name \"%1\" cannot be a broker account.").arg(name);
     }
-    for (const char* const bad : {"", "secret", "$6$YWJj$ZGVm", "$7$0$YWJj$ZGVm", "$7$101$YWJj$",
-                                  "$7$101$YWJj$ZGVm\n", "$7$101$YWJj$ZG Vm"}) {
-        row(QByteArray(bad).toPercentEncoding().prepend("hash "), "alice", bad, "c", false);
+    QTest::newRow("two lines") << "a\nb" << hash
+                               << "The user name \"a?b\" cannot be a broker account.";
+    for (const QString& bad : {QString(), QString("secret"), hash + "\n", hash.mid(1),
+                               QString(hash).replace("7", "6")}) {
+        QTest::newRow(bad.toUtf8().toPercentEncoding().prepend("hash "))
+            << "alice" << bad << "The password hash of user \"alice\" has not the broker's form.";
+    }
+}
+
+void tst_account_text::user_who_cannot_be_written_down_is_left_out() {
+    QFETCH(QString, name);
+    QFETCH(QString, password);
+    QFETCH(QString, sentence);
+    const sorted_users_t sorted = sort_users({{"first", hash}, {name, password}, {"last", hash}});
+    QCOMPARE(sorted.left_out, sentence.isEmpty() ? QStringList() : QStringList{sentence});
+    QCOMPARE(sorted.fit.size(), sentence.isEmpty() ? 3 : 2);
+    QCOMPARE(sorted.fit.last().name, QString("last"));
+}
+
+void tst_account_text::connection_topic_is_a_plain_topic_data() {
+    QTest::addColumn<bool>("accepted");
+    for (const char* const topic : {"home/1/connection", "", "c", "my home/connection"}) {
+        QTest::newRow(topic) << true;
     }
     for (const char* const topic :
          {"#", "a/+", "a/#", "$SYS/x", " a", "a ", "a\nb", "a\npattern readwrite #", "%u"}) {
-        row(QByteArray(topic).toPercentEncoding().prepend("topic "), "alice", hash, topic, false);
+        QTest::newRow(topic) << false;
     }
 }
 
-void tst_account_text::check_refuses_what_would_change_the_meaning() {
-    QFETCH(QString, name);
-    QFETCH(QString, password);
-    QFETCH(QString, topic);
-    QFETCH(bool, accepted);
-    const account_settings_t settings{"@torlan", topic};
-    const base::result_t result = check_accounts(settings, {{name, password}});
-    QCOMPARE(result.is_ok(), accepted);
-    QVERIFY(password != "secret" || !result.error.contains(password));
+void tst_account_text::connection_topic_is_a_plain_topic() {
+    QTEST(check_settings({"@torlan", QTest::currentDataTag()}).is_ok(), "accepted");
 }
 
-void tst_account_text::check_refuses_a_host_account_that_a_user_could_have() {
-    QVERIFY(check_accounts({"@torlan", {}}, {}).is_ok());
+void tst_account_text::host_account_is_none_that_a_user_could_have() {
+    QVERIFY(check_settings({"@torlan", {}}).is_ok());
     for (const char* const name : {"", "@", "torlan", "@a b", "@a\n"}) {
-        QVERIFY2(!check_accounts({name, {}}, {}).is_ok(), name);
+        QVERIFY2(!check_settings({name, {}}).is_ok(), name);
     }
 }
 

@@ -7,6 +7,7 @@
 
 #include "accounts/broker_accounts_t.h"
 #include "accounts/broker_hash.h"
+#include "fakes/recording_logger_t.h"
 
 using namespace accounts;
 
@@ -30,7 +31,8 @@ class tst_broker_accounts_t : public QObject {
     void init();
     void configuration_names_the_files();
     void files_hold_the_users_and_the_host();
-    void refused_users_leave_the_files_alone();
+    void bad_user_is_left_out_and_told_once();
+    void bad_settings_leave_the_files_alone();
     void broker_that_starts_finds_the_files();
     void change_while_the_broker_loads_is_told_when_it_listens();
     void listening_broker_is_told_at_once();
@@ -74,15 +76,31 @@ void tst_broker_accounts_t::files_hold_the_users_and_the_host() {
     QCOMPARE(read_file(folder->path("acl")), acl_file({"@torlan", "home/1/connection"}));
 }
 
-void tst_broker_accounts_t::refused_users_leave_the_files_alone() {
+void tst_broker_accounts_t::bad_user_is_left_out_and_told_once() {
+    const fakes::recording_logger_t logger;
+    const broker_account_t bad{"@torlan", hash};
+    QVERIFY(accounts->apply({bad, {"alice", hash}}).is_ok());
+    QCOMPARE(passwords().split('\n').size(), 3);
+    QVERIFY(passwords().startsWith("alice:"));
+    QVERIFY(accounts->apply({bad, {"bob", "secret"}}).is_ok());
+    QCOMPARE(passwords().split('\n').size(), 2);
+    QCOMPARE(logger.lines().size(), 2);
+    QVERIFY(logger.lines().last().message.contains("\"bob\""));
+    QVERIFY(!logger.lines().last().message.contains("secret"));
+    QVERIFY(accounts->apply({}).is_ok());
+    QVERIFY(accounts->apply({bad}).is_ok());
+    QCOMPARE(logger.lines().size(), 3);
+}
+
+void tst_broker_accounts_t::bad_settings_leave_the_files_alone() {
     QVERIFY(accounts->apply({{"alice", hash}}).is_ok());
-    accounts->on_broker_launching();
-    accounts->on_broker_listening(::getpid());
+    broker_accounts_t other({"@torlan", "#"}, *folder);
+    other.on_broker_launching();
+    other.on_broker_listening(::getpid());
     const QByteArray before = passwords();
-    QVERIFY(!accounts->apply({{"@torlan", hash}}).is_ok());
+    QVERIFY(!other.apply({}).is_ok());
     QCOMPARE(passwords(), before);
     QCOMPARE(int(signals_seen), 0);
-    QCOMPARE(effective->size(), 1);
 }
 
 void tst_broker_accounts_t::broker_that_starts_finds_the_files() {

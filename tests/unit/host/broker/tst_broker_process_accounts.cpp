@@ -36,7 +36,7 @@ class tst_broker_process_accounts : public QObject {
     void new_user_gets_in();
     void change_during_the_start_counts();
     void change_survives_a_restart();
-    void bad_account_changes_nothing();
+    void bad_account_does_not_keep_others_in();
     void change_without_a_broker_is_told();
 
  private:
@@ -126,9 +126,11 @@ void tst_broker_process_accounts::change_survives_a_restart() {
     QVERIFY(!enters("bob", "bob-pw"));
 }
 
-void tst_broker_process_accounts::bad_account_changes_nothing() {
-    QVERIFY(!broker->process.set_accounts({{"alice", "secret"}}).is_ok());
-    QVERIFY(enters("bob", "bob-pw"));
+void tst_broker_process_accounts::bad_account_does_not_keep_others_in() {
+    QVERIFY(broker->process.set_accounts({{"alice", "secret"}}).is_ok());
+    QTRY_VERIFY(bob->closed);
+    QVERIFY(!enters("bob", "bob-pw"));
+    QVERIFY(!enters("alice", "secret"));
 }
 
 void tst_broker_process_accounts::change_without_a_broker_is_told() {

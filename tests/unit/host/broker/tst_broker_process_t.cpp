@@ -57,7 +57,7 @@ class tst_broker_process_t : public QObject {
     void websocket_port_in_use_is_told();
     void missing_executable_is_told();
     void executable_that_ends_is_told();
-    void bad_account_is_told();
+    void bad_connection_topic_is_told();
     void executable_that_does_not_listen_is_ended();
     void it_listens_on_loopback_only();
     void its_files_are_private_and_gone_at_the_end();
@@ -106,9 +106,11 @@ void tst_broker_process_t::executable_that_ends_is_told() {
              QString("The MQTT broker could not be started: it gave no reason."));
 }
 
-void tst_broker_process_t::bad_account_is_told() {
-    broker_process_t process(real_broker_t::make_settings());
-    QVERIFY(process.start({{"a:b", "x"}}).error.contains("a:b"));
+void tst_broker_process_t::bad_connection_topic_is_told() {
+    auto settings = real_broker_t::make_settings();
+    settings.connection_topic = "#";
+    broker_process_t process(settings);
+    QVERIFY(process.start({}).error.contains("\"#\""));
     QCOMPARE(process.process_id(), qint64(0));
 }
 
