@@ -8,6 +8,7 @@
 #include "drivers/plugins/plugin_driver_api/mqtt/api_v1/mqtt_server_api_v1_t.h"
 #include "fakes/recording_logger_t.h"
 #include "fakes/settle.h"
+#include "kit/queued_calls_t.h"
 #include "unit/server/drivers/plugins/plugin_driver_api/mqtt/support/furnished_test_t.h"
 
 using interfaces::mqtt_server_api_v1_t;
@@ -21,16 +22,6 @@ const QString source =
 QString latin(const char* _text) {
     return QString::fromLatin1(_text);
 }
-
-/// Counts what reaches an object through the event queue.
-class queued_calls_t : public QObject {
- public:
-    bool eventFilter(QObject*, QEvent* _event) override {
-        count += _event->type() == QEvent::MetaCall ? 1 : 0;
-        return false;
-    }
-    int count = 0;
-};
 
 }  // namespace
 
@@ -173,8 +164,7 @@ class tst_mqtt_server_t : public furnished_test_t {
 
     void a_reset_is_heard_at_once_and_everything_else_through_the_queue() {
         start();
-        queued_calls_t calls;
-        server->installEventFilter(&calls);
+        const kit::queued_calls_t calls(server.get());
         Q_EMIT elements->on_reset_api_elements(true, {});
         fakes::settle();
         QCOMPARE(calls.count, 0);
