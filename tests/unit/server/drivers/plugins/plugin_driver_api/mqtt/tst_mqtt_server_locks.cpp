@@ -1,0 +1,101 @@
+// mqtt_server_t: what is done under the lock of enable_change.
+#include <QSignalSpy>
+#include <QTest>
+#include <memory>
+#include <mutex>
+
+#include "drivers/plugins/plugin_driver_api/mqtt/mqtt_server_t.h"
+#include "fakes/settle.h"
+#include "kit/opened.h"
+#include "kit/waiting_call_t.h"
+#include "unit/server/drivers/plugins/plugin_driver_api/mqtt/support/furnished_test_t.h"
+
+using interfaces::data_api_elements_t;
+using interfaces::mqtt_server_t;
+
+KIT_OPEN(server_mutex_t, mqtt_server_t, mutex, base::mutex_t);
+
+class tst_mqtt_server_locks : public furnished_test_t {
+    Q_OBJECT
+
+ private Q_SLOTS:
+    void init() {
+        furnish(false);
+        server = std::make_unique<mqtt_server_t>(elements.get(), nullptr);
+        seen.clear();
+    }
+    void cleanup() {
+        server.reset();
+        clear();
+    }
+
+    void two_transitions_never_run_together() {
+        mutex().lock();
+        kit::waiting_call_t second([this] { server->enable_change(QStringLiteral("v1"), false); });
+        const bool waited = second.waits();
+        mutex().unlock();
+        second.finish();
+        QVERIFY(waited);
+        QVERIFY(is_free());
+    }
+
+    void switching_on_is_one_transition_with_the_load() {
+        follow();
+        server->enable_change(QStringLiteral("v1"), true);
+        QCOMPARE(seen, (QStringList{"subscribe 0 held", "subscribe 1 held", "reset 1 held",
+                                    "reset 0 held", "value held", "value held", "value held",
+                                    "acl held"}));
+        QVERIFY(is_free());
+    }
+
+    void switching_off_is_one_transition_with_the_reset() {
+        server->enable_change(QStringLiteral("v1"), true);
+        fakes::settle();
+        follow();
+        server->enable_change(QStringLiteral("v1"), false);
+        QCOMPARE(seen,
+                 (QStringList{"reset 1 held", "acl held", "acl held", "acl held", "reset 0 held"}));
+        QVERIFY(is_free());
+    }
+
+    void nothing_else_takes_the_lock() {
+        const std::lock_guard holder(mutex());
+        server->init_route_path(true);
+        server->init_event(true);
+        server->init_event_modify_acl(true);
+        server->onUpdateElement(QStringLiteral("e-lamp"), {});
+        server->handlerMessage(QStringLiteral("v1"), {}, {}, QStringLiteral("status"), {}, {},
+                               true);
+        server->clean_up_topic_element();
+        QVERIFY(!is_free());
+    }
+
+ private:
+    base::mutex_t& mutex() { return server.get()->*opened(kit::server_mutex_t()); }
+    bool is_free() {
+        const bool taken = mutex().tryLock();
+        if (taken) {
+            mutex().unlock();
+        }
+        return taken;
+    }
+    void note(const QString& _what) { seen.append(_what + (is_free() ? " free" : " held")); }
+
+    /// Writes down every signal of the server and of the collection at the moment it is emitted.
+    void follow() {
+        connect(server.get(), &mqtt_server_t::subscription_status_api, this,
+                [this](bool value) { note(QStringLiteral("subscribe %1").arg(value)); });
+        connect(elements.get(), &data_api_elements_t::on_reset_api_elements, this,
+                [this](bool start) { note(QStringLiteral("reset %1").arg(start)); });
+        connect(elements.get(), &data_api_elements_t::value_change, this,
+                [this] { note(QStringLiteral("value")); });
+        connect(elements.get(), &data_api_elements_t::acl_changes, this,
+                [this] { note(QStringLiteral("acl")); });
+    }
+
+    std::unique_ptr<mqtt_server_t> server;
+    QStringList seen;
+};
+
+QTEST_GUILESS_MAIN(tst_mqtt_server_locks)
+#include "tst_mqtt_server_locks.moc"
