@@ -3,6 +3,7 @@
 
 #include "drivers/plugins/plugin_driver_api/data/data_api_element_object_t.h"
 #include "fakes/memory_database_t.h"
+#include "kit/queued_calls_t.h"
 #include "unit/server/drivers/plugins/plugin_driver_api/data/receivers.h"
 
 using interfaces::data_api_element_object_t;
@@ -25,6 +26,18 @@ class tst_data_api_element_object_events : public QObject {
                                                          const QJsonObject&, const QString&))),
                 kit::receivers(database->persistent(), SIGNAL(onPersistentStatusThermo(
                                                            const QJsonObject&, const QString&)))};
+    }
+    /// Writes down each signal of the element and whether it listens at that moment.
+    void note_signals(QStringList* _seen) {
+        const auto note = [this, _seen](const QString& _what) {
+            _seen->append(_what + ' ' + QString::number(connections().constFirst()));
+        };
+        connect(element.get(), &data_api_element_object_t::add_acl_element, this,
+                [note](const QString& _user) { note("add " + _user); });
+        connect(element.get(), &data_api_element_object_t::remove_acl_element, this,
+                [note](const QString& _user) { note("remove " + _user); });
+        connect(element.get(), &data_api_element_object_t::value_change, this,
+                [note] { note("value"); });
     }
     const QList<int> none{0, 0, 0};
     const QList<int> one{1, 1, 1};
@@ -129,6 +142,62 @@ class tst_data_api_element_object_events : public QObject {
         QCOMPARE(element->getFunctionValues().value("execute"), "1");
         QCoreApplication::processEvents();
         QCOMPARE(element->getFunctionValues().value("execute"), "9");
+    }
+
+    void each_notification_comes_through_the_queue_data() {
+        QTest::addColumn<int>("signal");
+        QTest::newRow("item") << 0;
+        QTest::newRow("scenario") << 1;
+        QTest::newRow("thermostat") << 2;
+    }
+    void each_notification_comes_through_the_queue() {
+        QFETCH(const int, signal);
+        load();
+        element->init_event(true);
+        const kit::queued_calls_t calls(element.get());
+        if (signal == 0) {
+            Q_EMIT database->realtime()->onRealtimeChangeItem({}, "i");
+        } else if (signal == 1) {
+            Q_EMIT database->realtime()->onRealtimeChangeScenaryObjects({}, "s");
+        } else {
+            Q_EMIT database->persistent()->onPersistentStatusThermo({}, "t");
+        }
+        QCOMPARE(calls.count, 0);
+        QCoreApplication::processEvents();
+        QCOMPARE(calls.count, 1);
+    }
+
+    void it_listens_after_the_first_grant_is_announced() {
+        load();
+        QStringList seen;
+        note_signals(&seen);
+        database->add_user("u-carl", "carl");
+        database->grant("u-carl", "e", 1);
+        element->update_permission();
+        QCOMPARE(seen, QStringList("add carl 0"));
+        QCOMPARE(connections(), one);
+    }
+
+    void reading_everything_again_stops_listening_first() {
+        database->grant("u-alice", "e", 3);
+        load();
+        QStringList seen;
+        note_signals(&seen);
+        database->add_user("u-carl", "carl");
+        element->init();
+        QCOMPARE(seen, (QStringList{"remove carl 0", "value 1"}));
+    }
+
+    void it_listens_until_the_last_words_are_withdrawn() {
+        database->grant("u-alice", "e", 3);
+        load();
+        QStringList seen;
+        note_signals(&seen);
+        database->remove_user("u-alice");
+        database->remove_user("u-bob");
+        element->update_permission();
+        QCOMPARE(seen, QStringList("remove alice 1"));
+        QCOMPARE(connections(), none);
     }
 
     void it_stops_and_starts_listening_with_the_fresh_grants() {

@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "fakes/memory_database_t.h"
+#include "kit/queued_calls_t.h"
 #include "unit/server/drivers/plugins/plugin_driver_api/data/event_recorder_t.h"
 #include "unit/server/drivers/plugins/plugin_driver_api/data/receivers.h"
 
@@ -29,6 +30,38 @@ class tst_data_api_elements_signals : public QObject {
             count(persistent, SIGNAL(onPersistentChangeUser(const QJsonObject&, const QString&))),
             count(realtime, SIGNAL(onRealtimeChangeDatabase(const QJsonObject&))),
             count(realtime, SIGNAL(onRealtimeChangeItems(const QJsonObject&)))};
+    }
+    /// What the collection says from now on, each with whether it listens at that moment.
+    std::shared_ptr<QStringList> listening_at_each_signal() {
+        const auto seen = std::make_shared<QStringList>();
+        const auto note = [this, seen](const char* _what) {
+            const bool all = connections() == one;
+            seen->append(QString(_what) + (all ? " 1" : connections() == none ? " 0" : " some"));
+        };
+        connect(elements.get(), &data_api_elements_t::value_change, this,
+                [note] { note("value"); });
+        connect(elements.get(), &data_api_elements_t::acl_changes, this, [note] { note("acl"); });
+        connect(elements.get(), &data_api_elements_t::on_reset_api_elements, this,
+                [note] { note("reset"); });
+        return seen;
+    }
+    void notify(int _signal) {
+        switch (_signal) {
+            case 0:
+                return Q_EMIT database->persistent()->onPersistentChangeDatabase({});
+            case 1:
+                return Q_EMIT database->persistent()->onPersistentChangeElements({});
+            case 2:
+                return Q_EMIT database->persistent()->onPersistentChangeElement({}, "e");
+            case 3:
+                return Q_EMIT database->persistent()->onPersistentChangeUsers({});
+            case 4:
+                return Q_EMIT database->persistent()->onPersistentChangeUser({}, "u");
+            case 5:
+                return Q_EMIT database->realtime()->onRealtimeChangeItems({});
+            default:
+                return Q_EMIT database->realtime()->onRealtimeChangeDatabase({});
+        }
     }
     const QList<int> none = QList<int>(7, 0);
     const QList<int> one = QList<int>(7, 1);
@@ -69,6 +102,37 @@ class tst_data_api_elements_signals : public QObject {
         QCOMPARE(connections(), one);
         elements->setEnabled(false);
         QCOMPARE(connections(), none);
+    }
+
+    void each_notification_comes_through_the_queue_data() {
+        QTest::addColumn<int>("signal");
+        const char* const names[] = {"database", "elements", "element",          "users",
+                                     "user",     "values",   "realtime database"};
+        for (int signal = 0; signal < 7; ++signal) {
+            QTest::newRow(names[signal]) << signal;
+        }
+    }
+    void each_notification_comes_through_the_queue() {
+        QFETCH(const int, signal);
+        elements->init_event(true);
+        const kit::queued_calls_t calls(elements.get());
+        notify(signal);
+        QCOMPARE(calls.count, 0);
+        QCoreApplication::processEvents();
+        QCOMPARE(calls.count, 1);
+    }
+
+    void it_listens_after_the_elements_and_before_the_load_is_announced() {
+        const auto seen = listening_at_each_signal();
+        elements->init();
+        QCOMPARE(*seen, (QStringList{"value 0", "acl 1"}));
+    }
+
+    void reset_stops_listening_before_anything_is_announced() {
+        elements->init();
+        const auto seen = listening_at_each_signal();
+        elements->reset();
+        QCOMPARE(*seen, (QStringList{"reset 0", "acl 0", "reset 0"}));
     }
 
     void without_its_events_the_elements_still_listen() {
