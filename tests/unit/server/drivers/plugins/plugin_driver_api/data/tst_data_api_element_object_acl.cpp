@@ -231,15 +231,30 @@ class tst_data_api_element_object_acl : public QObject {
         QVERIFY(!element->send_signals_acl("bob", "read"));
     }
 
-    void the_signal_is_decided_before_and_sent_after_the_word_is_stored() {
+    void a_word_is_stored_before_it_is_announced() {
         load();
+        QStringList stored;
+        const auto note = [&](const QString& _user) {
+            stored.append(_user + ' ' + element->getACL().value(_user, "none"));
+        };
+        connect(element.get(), &data_api_element_object_t::add_acl_element, this, note);
+        connect(element.get(), &data_api_element_object_t::remove_acl_element, this, note);
         database->add_user("u-alice", "alice");
+        database->add_user("u-bob", "bob");
         database->grant("u-alice", "e", 1);
-        QString stored;
-        connect(element.get(), &data_api_element_object_t::add_acl_element, this,
-                [&](const QString& _user) { stored = element->getACL().value(_user); });
         element->populatePermission();
-        QCOMPARE(stored, "readwrite");
+        database->remove_user("u-alice");
+        element->populatePermission();
+        QCOMPARE(stored, (QStringList{"alice readwrite", "bob deny", "alice none"}));
+    }
+
+    void new_words_are_announced_before_withdrawals() {
+        load_with_alice(3);
+        database->remove_user("u-alice");
+        database->add_user("u-bob", "bob");
+        database->grant("u-bob", "e", 1);
+        element->populatePermission();
+        QCOMPARE(events->take(), (QStringList{"add bob e readwrite", "remove alice e"}));
     }
 
     void remove_acl_takes_the_elements_id_out_of_the_words_data() {

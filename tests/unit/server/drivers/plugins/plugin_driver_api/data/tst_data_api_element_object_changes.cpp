@@ -191,6 +191,17 @@ class tst_data_api_element_object_changes : public QObject {
         QVERIFY(logger->lines().isEmpty());
     }
 
+    void an_element_that_became_a_scenario_meanwhile_is_no_scenario_yet() {
+        // Its item is named like the scenario; the type is taken over when it is read again.
+        database->add_element("e", "Lamp", 1, {{"a", "s"}});
+        load();
+        database->add_scenario_element("e", "Night", "s");
+        database->set_scenary("s", true);
+        QCOMPARE(said(), QStringList());
+        QVERIFY(logger->lines().isEmpty());
+        QCOMPARE(element->getFunctionValues(), (hash_t{{"a", ""}}));
+    }
+
     void a_scenario_with_negative_flags_ignores_its_scenario() {
         database->add_scenario_element("e", "Night", "s", -1, {{"a", "i-1"}});
         load();

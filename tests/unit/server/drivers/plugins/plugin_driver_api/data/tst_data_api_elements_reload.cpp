@@ -106,9 +106,13 @@ class tst_data_api_elements_reload : public QObject {
         QCOMPARE(elements->get_data_api_elements().keys(), QStringList("e-new"));
     }
 
-    void the_reload_is_logged() {
+    void the_reload_is_logged_before_it_begins() {
+        QList<qsizetype> logged;
+        connect(elements.get(), &data_api_elements_t::on_reset_api_elements, this,
+                [this, &logged] { logged.append(reloads()); });
         announce(bulk.constFirst());
         QTRY_COMPARE(reloads(), 1);
+        QCOMPARE(logged, (QList<qsizetype>{1, 1}));
         QVERIFY(logger->contains(
             "Reload data api data ...", 3, "operator()",
             "server/drivers/plugins/plugin_driver_api/data/data_api_elements_t", 24));
@@ -129,6 +133,21 @@ class tst_data_api_elements_reload : public QObject {
         QVERIFY(!after.isNull());
         QVERIFY(after != before);
         QTRY_VERIFY(before.isNull());
+    }
+
+    void a_reload_that_is_due_runs_after_the_collection_was_switched_off() {
+        announce(bulk.constFirst());
+        QCoreApplication::processEvents();
+        elements->setEnabled(false);
+        QCOMPARE(events->take(), (QStringList{"reset true [e-old]", "remove alice e-old", "acl",
+                                              "reset false []"}));
+        QVERIFY(timer()->isActive());
+        QTRY_COMPARE(reloads(), 1);
+        // It loads as ever; who is switched off says so himself.
+        QCOMPARE(events->take(),
+                 (QStringList{"reset true []", "reset false []", "value e-old [i]", "acl"}));
+        QCOMPARE(elements->get_data_api_elements().keys(), QStringList("e-old"));
+        QVERIFY(!elements->getEnabled());
     }
 
     void deleting_the_collection_ends_the_wait() {

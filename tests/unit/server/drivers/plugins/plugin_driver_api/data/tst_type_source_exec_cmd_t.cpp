@@ -101,6 +101,19 @@ class tst_type_source_exec_cmd_t : public QObject {
         QCOMPARE(value.ToString(), QStringLiteral("scene"));
     }
 
+    void destruction_leaves_the_map_alone() {
+        const qsizetype registered = cmd_t::map.size();
+        {
+            const cmd_t gone(QStringLiteral("gone"));
+            const cmd_t copy(cmd_t::user);
+            const cmd_t parsed = cmd_t::fromString(QStringLiteral("scene"));
+        }
+        QCOMPARE(cmd_t::map.size(), registered + 1);
+        QVERIFY(cmd_t::map.contains("gone"));
+        QCOMPARE(cmd_t::map.value("user"), &cmd_t::user);
+        QCOMPARE(cmd_t::map.value("scene"), &cmd_t::scene);
+    }
+
     void comparison_is_by_name_and_case_sensitive() {
         QVERIFY(cmd_t::user != cmd_t::system);
         QVERIFY(!(cmd_t::user == cmd_t::system));
