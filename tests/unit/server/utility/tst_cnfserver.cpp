@@ -1,6 +1,3 @@
-#include <QFile>
-#include <QLibrary>
-#include <QRegularExpression>
 #include <QTest>
 #include <type_traits>
 
@@ -35,54 +32,6 @@ static_assert(!std::is_same_v<statics_o::torlan_o, cnfserver::realtime_o::torlan
               !std::is_same_v<cnfserver::realtime_o::torlan_o, cnfserver::torlan_o>);
 static_assert(std::is_constructible_v<statics_o::mosquitto_o, QString> &&
               !std::is_convertible_v<QString, statics_o::mosquitto_o>);
-
-const QByteArrayList constants_in_order{
-    "base",
-    "trigger",
-    "installation_o::base",
-    "installation_o::installation_id",
-    "installation_o::mqtt_devices",
-    "installation_o::cloud_enabled",
-    "installation_o::master_version",
-    "installation_o::master",
-    "installation_o::master_model",
-    "installation_o::cloud_o::base",
-    "installation_o::cloud_o::cloud_api_token",
-    "statics_o::base",
-    "statics_o::drdconf_o::base",
-    "statics_o::drdconf_o::serial",
-    "statics_o::device_o::base",
-    "statics_o::device_o::product_code",
-    "statics_o::device_o::product_name",
-    "statics_o::device_o::version",
-    "statics_o::torlan_o::base",
-    "statics_o::torlan_o::comunication",
-    "statics_o::torlan_o::zeroconf",
-    "statics_o::torlan_o::comunication_o::base",
-    "statics_o::torlan_o::comunication_o::global_o::base",
-    "statics_o::torlan_o::comunication_o::global_o::installation_id",
-    "statics_o::torlan_o::paths_o::base",
-    "statics_o::torlan_o::paths_o::cacerts",
-    "statics_o::torlan_o::paths_o::plugins",
-    "statics_o::torlan_o::paths_o::logs",
-    "statics_o::torlan_o::paths_o::client_communication",
-    "statics_o::torlan_o::paths_o::system_ca_certs",
-    "statics_o::torlan_o::urls_o::base",
-    "statics_o::torlan_o::urls_o::cloud_service",
-    "statics_o::torlan_o::urls_o::cloud_web",
-    "statics_o::mosquitto_o::base",
-    "statics_o::mosquitto_o::mqtt_cloud_url",
-    "realtime_o::base",
-    "realtime_o::torlan_o::base",
-    "realtime_o::torlan_o::database",
-    "realtime_o::torlan_o::database_o::base",
-    "realtime_o::torlan_o::database_o::installation",
-    "torlan_o::base",
-    "torlan_o::database",
-    "torlan_o::presencesimulation",
-    "torlan_o::preserved_realtime",
-    "torlan_o::baos_stick_params",
-};
 
 }  // namespace
 
@@ -320,33 +269,6 @@ class tst_cnfserver : public QObject {
         QVERIFY(&database != &realtime);
         QCOMPARE(cnfserver::torlan_o::base + cnfserver::torlan_o::database,
                  QStringLiteral("torlan/database"));
-    }
-
-    // One translation unit constructs its constants in the order of their definitions.
-    void constants_are_defined_in_the_order_of_the_tree() {
-        QFile file(QStringLiteral(CNFSERVER_SOURCE));
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        static const QRegularExpression definition(
-            QStringLiteral("^const [\\w:]+\\s+cnfserver::([\\w:]+)(?:\\{| =)"),
-            QRegularExpression::MultilineOption);
-        QByteArrayList defined;
-        auto matches = definition.globalMatch(QString::fromUtf8(file.readAll()));
-        while (matches.hasNext()) {
-            defined << matches.next().captured(1).toUtf8();
-        }
-        QCOMPARE(defined, constants_in_order);
-    }
-
-    void other_modules_find_the_constants_in_the_plugin() {
-        QLibrary plugin(QStringLiteral(PLUGIN_PATH));
-        QVERIFY2(plugin.load(), qPrintable(plugin.errorString()));
-        for (const QByteArray& constant : constants_in_order) {
-            QByteArray symbol = "_ZN7utility9cnfserver";
-            for (const QByteArray& part : constant.split(':')) {
-                symbol += part.isEmpty() ? QByteArray() : QByteArray::number(part.size()) + part;
-            }
-            QVERIFY2(plugin.resolve((symbol + 'E').constData()) != nullptr, constant.constData());
-        }
     }
 };
 
