@@ -3,6 +3,7 @@
 include(CheckCXXCompilerFlag)
 
 option(TORLAN_WERROR "Warnings are errors" OFF)
+option(TORLAN_SLOTS_ALONE "Every slot of a test runs in a process of its own" OFF)
 set(TORLAN_SANITIZE "" CACHE STRING "Sanitizers for every target, e.g. address,undefined")
 
 add_library(torlan_settings INTERFACE)
@@ -30,6 +31,25 @@ target_compile_options(torlan_product INTERFACE -Wconversion -Wno-sign-conversio
     $<$<BOOL:${TORLAN_HAS_NO_GNU_UNIQUE}>:-fno-gnu-unique>)
 target_link_libraries(torlan_product INTERFACE torlan_settings)
 
+# torlan_verify_headers(<target>): the target all_verify_interface_header_sets, which ./test builds,
+# compiles each header of its file set alone.
+function(torlan_verify_headers _target)
+    set_target_properties(${_target} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
+    set_property(GLOBAL APPEND PROPERTY TORLAN_VERIFIED ${_target})
+endfunction()
+
+# add_torlan_headers(<name> LINK ...): the same for the headers of this folder when no library of
+# add_torlan_library has them.
+function(add_torlan_headers _name)
+    cmake_parse_arguments(arg "" "" "LINK" ${ARGN})
+    file(GLOB_RECURSE _headers CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+    add_library(torlan_${_name}_headers INTERFACE)
+    target_sources(torlan_${_name}_headers INTERFACE FILE_SET HEADERS
+        BASE_DIRS ${CMAKE_CURRENT_SOURCE_DIR} FILES ${_headers})
+    target_link_libraries(torlan_${_name}_headers INTERFACE ${arg_LINK})
+    torlan_verify_headers(torlan_${_name}_headers)
+endfunction()
+
 # add_torlan_library(<name> SOURCES ... [INCLUDE_ROOT dir] [PUBLIC libs...] [PRIVATE libs...])
 # One shared library a folder, alias torlan::<name>; its headers are included by their path below
 # INCLUDE_ROOT, the folder above this one unless told otherwise.
@@ -46,7 +66,7 @@ function(add_torlan_library _name)
     # The settings come first: what a library's interface takes back of them must come later.
     target_link_libraries(torlan_${_name}
         PRIVATE torlan_product PUBLIC Qt6::Core ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
-    set_target_properties(torlan_${_name} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
+    torlan_verify_headers(torlan_${_name})
 endfunction()
 
 # add_torlan_driver(<library name> SOURCES ... LINK ...)
@@ -121,7 +141,11 @@ function(add_torlan_test _source)
         PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
     set_target_properties(${_target} PROPERTIES
         RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests BUILD_RPATH_USE_ORIGIN ON)
-    add_test(NAME ${_folder}/${_class} COMMAND ${_target})
+    set(_command ${_target})
+    if(TORLAN_SLOTS_ALONE)
+        set(_command ${CMAKE_SOURCE_DIR}/tests/one-by-one $<TARGET_FILE:${_target}>)
+    endif()
+    add_test(NAME ${_folder}/${_class} COMMAND ${_command})
     string(REGEX REPLACE "/.*" "" _kind "${_folder}")
     set_tests_properties(${_folder}/${_class} PROPERTIES
         LABELS "${_kind};${arg_LABELS}"

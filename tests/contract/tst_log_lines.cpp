@@ -11,8 +11,8 @@
 #include "drivers/plugins/plugin_driver_api/plugin_driver_api_t.h"
 #include "fakes/recording_logger_t.h"
 #include "fakes/scripted_endpoint_t.h"
-#include "fakes/settle.h"
-#include "fakes/small_home.h"
+#include "kit/furnish.h"
+#include "kit/settle.h"
 #include "utility/utility_t.h"
 
 using interfaces::data_api_elements_t;
@@ -47,7 +47,7 @@ class probe_t : public interfaces::plugin_driver_interface_t,
         init_comunication(&endpoint);
         call();
         comunication = nullptr;
-        fakes::settle();
+        kit::settle();
     }
 };
 
@@ -73,25 +73,25 @@ struct case_t {
 
 void with_started_plugin(const std::function<void(plugin_driver_api_t&)>& _use) {
     fakes::memory_database_t home;
-    fakes::furnish(home);
+    kit::furnish(home);
     fakes::scripted_endpoint_t endpoint;
     plugin_driver_api_t plugin;
     plugin.init_database(home.get());
     plugin.init_comunication(&endpoint);
     plugin.start(true);
-    fakes::settle();
+    kit::settle();
     _use(plugin);
-    fakes::settle();
+    kit::settle();
 }
 
 void with_collection(
     const std::function<void(fakes::memory_database_t&, data_api_elements_t&)>& _use) {
     fakes::memory_database_t home;
-    fakes::furnish(home);
+    kit::furnish(home);
     data_api_elements_t elements(home.get(), nullptr);
     elements.setEnabled(true);
     _use(home, elements);
-    fakes::settle();
+    kit::settle();
 }
 
 void read_broken_file() {
@@ -159,7 +159,7 @@ const std::vector<case_t> cases{
              auto* endpoint = static_cast<fakes::scripted_endpoint_t*>(
                  static_cast<interfaces::IComunication&>(plugin).Comunication());
              endpoint->deliver(latin("v1"), {}, {}, latin("request"), {}, {}, false);
-             fakes::settle();
+             kit::settle();
          });
      }},
     {"API topic malformed... not found api version v2", 2, "handlerMessage", server, any_line,
@@ -180,7 +180,7 @@ const std::vector<case_t> cases{
      [] {
          with_collection([](fakes::memory_database_t& home, data_api_elements_t& elements) {
              Q_EMIT home.persistent()->onPersistentChangeElements({});
-             fakes::settle();
+             kit::settle();
              auto* wait = elements.findChild<QTimer*>();
              QSignalSpy over(wait, &QTimer::timeout);
              wait->setInterval(0);
@@ -193,14 +193,14 @@ const std::vector<case_t> cases{
      [] {
          with_collection([](fakes::memory_database_t& home, data_api_elements_t&) {
              home.set_item(latin("i-lamp"), latin("1"));
-             fakes::settle();
+             kit::settle();
          });
      }},
     {"Functions id is empty", 6, "update_value", element, 435,
      [] {
          with_collection([](fakes::memory_database_t& home, data_api_elements_t&) {
              home.set_item(latin("i-temp"), latin("1"));
-             fakes::settle();
+             kit::settle();
          });
      }},
     {"Error parsing file", 2, "readFromFile", utilities, 27, read_broken_file},

@@ -17,22 +17,26 @@ class tst_metadata_variants : public QObject {
 
  private Q_SLOTS:
     void the_note_is_the_same_data() {
+        QTest::addColumn<QString>("variant");
         QTest::addColumn<bool>("is_stripped");
-        QTest::newRow("debug") << false;
-        QTest::newRow("release") << false;
-        QTest::newRow("hidden") << false;
-        QTest::newRow("gc_sections") << false;
-        QTest::newRow("stripped") << true;
-        QTest::newRow("lto") << false;
-        QTest::newRow("lto_gc_sections_stripped") << true;
+        const auto row = [](const char* variant, bool is_stripped) {
+            QTest::newRow(variant) << QString::fromLatin1(variant) << is_stripped;
+        };
+        row("debug", false);
+        row("release", false);
+        row("hidden", false);
+        row("gc_sections", false);
+        row("stripped", true);
+        row("lto", false);
+        row("lto_gc_sections_stripped", true);
     }
     void the_note_is_the_same() {
         QFETCH(bool, is_stripped);
-        const QByteArray variant = QTest::currentDataTag();
-        if (variant.startsWith("lto") && !HAS_LTO) {
+        QFETCH(QString, variant);
+        if (variant.startsWith(QLatin1String("lto")) && !HAS_LTO) {
             QSKIP("this compiler has no link-time optimisation on this machine");
         }
-        const QString path = folder + QString::fromLatin1(variant) + QStringLiteral(".so");
+        const QString path = folder + variant + QStringLiteral(".so");
         const auto note = elf_section_t::read(path, ".note.qt.metadata");
         QVERIFY2(note.found, qPrintable(path));
         const QByteArray expected = support::metadata_note();

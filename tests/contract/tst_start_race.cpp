@@ -5,7 +5,7 @@
 #include <atomic>
 
 #include "contract/support/loaded_plugin_t.h"
-#include "fakes/small_home.h"
+#include "kit/furnish.h"
 
 class tst_start_race : public QObject {
     Q_OBJECT
@@ -13,7 +13,7 @@ class tst_start_race : public QObject {
  private Q_SLOTS:
     void initTestCase() {
         QVERIFY2(plugin.is_loaded(), qPrintable(plugin.error()));
-        fakes::furnish(home);
+        kit::furnish(home);
     }
 
     void a_thousand_starts_lose_no_packet() {

@@ -4,7 +4,7 @@
 #include <QThread>
 
 #include "fakes/scripted_endpoint_t.h"
-#include "fakes/settle.h"
+#include "kit/settle.h"
 
 namespace fakes {
 
@@ -56,10 +56,10 @@ class endpoint_thread_t {
     /// answer out, retained messages back.
     void settle() {
         for (int crossing = 0; crossing < 8; ++crossing) {
-            fakes::settle();
+            kit::settle();
             drain();
         }
-        fakes::settle();
+        kit::settle();
     }
 
  private:

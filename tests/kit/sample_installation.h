@@ -1,26 +1,27 @@
 #pragma once
 
 #include <QTemporaryDir>
+#include <limits>
 
-#include "installation/installation_t.h"
+#include "installation/document_reader.h"
+#include "kit/small_home.h"
 #include "store/sqlite_store_t.h"
 
 namespace sample {
 
-/// One element of each kind and two users.
+/// The small home as the store keeps it, with what is unusual besides: a function without an item,
+/// an element of a scenario with a function and all flags but one clear, a key of a thermostat
+/// without an item.
 inline database::installation::installation_t installation() {
-    database::installation::installation_t whole;
-    whole.topic = QStringLiteral("installation/0001");
-    whole.items = {
-        {"i-lamp", "0"}, {"i-dim", "40"}, {"i-set", "21"}, {"i-temp", "20.5"}, {"i-win", ""}};
-    whole.scenarios = {{"s-night", false}};
-    whole.thermostats = {{"t-living", {{{"mode", ""}, {"setpoint", "i-set"}}, "i-temp", "i-win"}}};
-    whole.elements = {
-        {"e-lamp", {"Kitchen lamp", 1, 0, {{"dimmer", QString()}, {"execute", "i-lamp"}}, "", ""}},
-        {"e-night", {"Good night", 8, -2147483647 - 1, {{"execute", "i-dim"}}, "s-night", ""}},
-        {"e-therm", {"Living room", 17, 0, {}, "", "t-living"}}};
-    whole.users = {{"u-alice", {"alice", "$7$1$c2FsdA==$aGFzaA=="}}, {"u-bob", {"bob", "hash"}}};
-    whole.permissions = {{"u-alice", {{"e-lamp", 3}, {"e-night", 1}}}, {"u-bob", {{"e-lamp", 2}}}};
+    const auto read = database::installation::read_document(kit::small_home_text(), "small home");
+    if (!read.is_ok()) {
+        qFatal("%s", qPrintable(read.error));
+    }
+    auto whole = read.value;
+    whole.elements["e-lamp"].functions.insert("spare", QString());
+    whole.elements["e-night"].functions.insert("execute", "i-dim");
+    whole.elements["e-night"].flags = std::numeric_limits<qint32>::min();
+    whole.thermostats["t-living"].ids.insert("mode", QString());
     return whole;
 }
 

@@ -1,7 +1,9 @@
 #include <QtTest>
 
-#include "system/support/small_home.h"
+#include "kit/wait_until.h"
+#include "system/support/api_user.h"
 
+using namespace kit;
 using namespace support;
 
 namespace {
@@ -69,7 +71,7 @@ void tst_large_installation::every_retained_packet_is_there() {
         QSet<QString> seen;
         int looked_at = 0;
         const QString prefix = state_topic(name, {});
-        QTRY_VERIFY_WITH_TIMEOUT(
+        QVERIFY(wait_until(
             [&]() {
                 const auto messages = client.messages();
                 for (; looked_at < messages.size(); ++looked_at) {
@@ -78,8 +80,8 @@ void tst_large_installation::every_retained_packet_is_there() {
                     }
                 }
                 return seen.size() == element_count;
-            }(),
-            60000);
+            },
+            60000));
     }
 }
 

@@ -1,12 +1,28 @@
 #include <QtTest>
 
-#include "system/support/small_home.h"
+#include "kit/small_home.h"
+#include "system/support/api_user.h"
 
+using namespace kit;
 using namespace support;
 
 namespace {
+
 constexpr int not_authorized = 135;  // MQTT 5 reason code
+
+/// The small home and a user for each test that changes one: carol and dave have no rights, erin
+/// may read and write the lamp, frank may read it.
+QJsonObject home() {
+    QJsonObject made = small_home();
+    for (const char* name : {"carol", "dave", "erin", "frank"}) {
+        made = with(made, QLatin1String("users/u-") + name,
+                    QJsonObject{{"username", name}, {"password", password_of(name)}});
+    }
+    made = with(made, "permissions/u-erin/e-lamp", "readwrite");
+    return with(made, "permissions/u-frank/e-lamp", "read");
 }
+
+}  // namespace
 
 /// Who may do what, end to end: the broker's rules and the API's together.
 class tst_rights : public QObject {
@@ -29,7 +45,7 @@ class tst_rights : public QObject {
 };
 
 void tst_rights::initTestCase() {
-    QVERIFY2(host.import(small_home()), qPrintable(host.error()));
+    QVERIFY2(host.import(home()), qPrintable(host.error()));
     QVERIFY2(host.start(), qPrintable(host.error()));
 }
 
@@ -99,49 +115,49 @@ void tst_rights::a_user_hears_its_own_tree_and_the_connection_only() {
 }
 
 void tst_rights::a_grant_is_effective_at_once() {
-    mqtt_client_t dave;
-    QVERIFY(join(dave, host, "dave"));
-    QCOMPARE(dave.request(request_topic("dave", "get", "e-dim"))["error"], QJsonValue(401));
-    QCOMPARE(host.control({"grant", "dave", "e-dim", "readwrite"}), 0);
-    QVERIFY(dave.wait_for(state_topic("dave", "e-dim")));
+    mqtt_client_t carol;
+    QVERIFY(join(carol, host, "carol"));
+    QCOMPARE(carol.request(request_topic("carol", "get", "e-lamp"))["error"], QJsonValue(401));
+    QCOMPARE(host.control({"grant", "carol", "e-lamp", "readwrite"}), 0);
+    QVERIFY(carol.wait_for(state_topic("carol", "e-lamp")));
     const QJsonObject answer =
-        dave.request(request_topic("dave", "set", "e-dim"), write_payload("level", 66));
-    QCOMPARE(answer["data"]["functions"]["level"], QJsonValue("202"));
+        carol.request(request_topic("carol", "set", "e-lamp"), write_payload("dim", 66));
+    QCOMPARE(answer["data"]["functions"]["dim"], QJsonValue("202"));
 }
 
 void tst_rights::a_revoked_grant_stops_reads_writes_and_pushes_and_clears_the_retained_state() {
-    const QString topic = state_topic("dave", "e-dim");
+    const QString topic = state_topic("erin", "e-lamp");
     mqtt_client_t alice;
-    mqtt_client_t dave;
+    mqtt_client_t erin;
     QVERIFY(join(alice, host, "alice"));
-    QVERIFY(join(dave, host, "dave"));
-    QVERIFY(dave.wait_for(topic));
-    QCOMPARE(host.control({"grant", "dave", "e-dim", "deny"}), 0);
+    QVERIFY(join(erin, host, "erin"));
+    QVERIFY(erin.wait_for(topic));
+    QCOMPARE(host.control({"grant", "erin", "e-lamp", "deny"}), 0);
     // The change is announced on the road that a live change of a value takes behind it.
-    QTRY_COMPARE_WITH_TIMEOUT(dave.request(request_topic("dave", "get", "e-dim"))["error"],
+    QTRY_COMPARE_WITH_TIMEOUT(erin.request(request_topic("erin", "get", "e-lamp"))["error"],
                               QJsonValue(401), 5000);
-    dave.forget();
+    erin.forget();
     alice.forget();
-    QCOMPARE(dave.request(request_topic("dave", "set", "e-dim"),
-                          write_payload("level", 1))["data"]["error"],
+    QCOMPARE(erin.request(request_topic("erin", "set", "e-lamp"),
+                          write_payload("dim", 1))["data"]["error"],
              QJsonValue(401));
-    alice.request(request_topic("alice", "set", "e-dim"), write_payload("level", 77));
+    alice.request(request_topic("alice", "set", "e-lamp"), write_payload("dim", 77));
     QVERIFY(alice.wait_for([](const mqtt_client_t::message_t& m) {
-        return m.topic == state_topic("alice", "e-dim") && value_in(m.json(), "level") == "77";
+        return m.topic == state_topic("alice", "e-lamp") && value_in(m.json(), "dim") == "77";
     }));
-    dave.request(request_topic("dave", "get"));
-    for (const auto& message : dave.messages()) {
+    erin.request(request_topic("erin", "get"));
+    for (const auto& message : erin.messages()) {
         QVERIFY2(message.topic != topic || message.payload.isEmpty(), message.payload.constData());
     }
     // At the latest once the driver's debounce of 10 s is over.
-    QVERIFY(dave.wait_for(
+    QVERIFY(erin.wait_for(
         [&topic](const mqtt_client_t::message_t& m) {
             return m.topic == topic && m.payload.isEmpty();
         },
         30000));
     mqtt_client_t later;
-    QVERIFY(join(later, host, "dave"));
-    later.request(request_topic("dave", "get"));
+    QVERIFY(join(later, host, "erin"));
+    later.request(request_topic("erin", "get"));
     for (const auto& message : later.messages()) {
         QVERIFY2(message.topic != topic, "a retained state is left");
     }
@@ -160,26 +176,26 @@ void tst_rights::a_changed_password_ends_the_old_one() {
 }
 
 void tst_rights::a_removed_user_is_thrown_out_and_its_states_go() {
-    mqtt_client_t bob;
-    QVERIFY(join(bob, host, "bob"));
-    QVERIFY(bob.wait_for(state_topic("bob", "e-lamp")));
-    QSignalSpy thrown_out(&bob, &mqtt_client_t::disconnected);
-    QCOMPARE(host.control({"user", "remove", "bob"}), 0);
+    mqtt_client_t frank;
+    QVERIFY(join(frank, host, "frank"));
+    QVERIFY(frank.wait_for(state_topic("frank", "e-lamp")));
+    QSignalSpy thrown_out(&frank, &mqtt_client_t::disconnected);
+    QCOMPARE(host.control({"user", "remove", "frank"}), 0);
     QVERIFY(!thrown_out.isEmpty() || thrown_out.wait(10000));
     mqtt_client_t again;
-    QCOMPARE(again.sign_in(host.port(), "bob", "bob-password"), not_authorized);
+    QCOMPARE(again.sign_in(host.port(), "frank", "frank-password"), not_authorized);
     // A new user of the same name must not find the old one's states.
-    QCOMPARE(host.control({"user", "add", "bob"}, "bob-password\n"), 0);
+    QCOMPARE(host.control({"user", "add", "frank"}, "frank-password\n"), 0);
     const auto joined = [this](mqtt_client_t& client) {
-        return client.sign_in(host.port(), "bob", "bob-password") == 0;
+        return client.sign_in(host.port(), "frank", "frank-password") == 0;
     };
     QTRY_VERIFY_WITH_TIMEOUT(
         [&]() {
             mqtt_client_t heir;
-            if (!joined(heir) || !heir.subscribe("local/api/v1/bob/#")) {
+            if (!joined(heir) || !heir.subscribe("local/api/v1/frank/#")) {
                 return false;
             }
-            heir.request(request_topic("bob", "get"));
+            heir.request(request_topic("frank", "get"));
             return std::none_of(heir.messages().cbegin(), heir.messages().cend(),
                                 [](const auto& m) { return m.retained; });
         }(),

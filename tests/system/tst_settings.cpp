@@ -6,10 +6,13 @@
 #include <atomic>
 #include <thread>
 
-#include "fakes/tiny_http_server_t.h"
 #include "http/http_t.h"
-#include "system/support/small_home.h"
+#include "kit/free_port.h"
+#include "kit/http_server_t.h"
+#include "kit/small_home.h"
+#include "system/support/api_user.h"
 
+using namespace kit;
 using namespace support;
 
 /// The server takes its settings from the configuration server, and keeps the installation's id
@@ -98,7 +101,7 @@ void tst_settings::an_id_that_is_there_stays() {
 
 void tst_settings::the_client_file_tells_the_broker_of_this_start() {
     host->use_settings(settings());
-    const int ws_port = host_process_t::free_port();
+    const int ws_port = free_port();
     QVERIFY2(host->start({"--ws-port", QString::number(ws_port)}), qPrintable(host->error()));
     QCOMPARE(read(client_file())["mqtt"].toObject(),
              (QJsonObject{{"host", "127.0.0.1"}, {"port", host->port()}, {"ws_port", ws_port}}));
@@ -203,28 +206,19 @@ void tst_settings::the_options_stand_in_the_log_from_the_first_line_on() {
 }
 
 void tst_settings::drivers_are_where_the_settings_say() {
-    QJsonObject document = settings();
-    QJsonObject statics = document["static"].toObject();
-    QJsonObject torlan = statics["torlan"].toObject();
-    QJsonObject paths = torlan["paths"].toObject();
-    paths["plugins"] = host->data() + "/for";
-    torlan["paths"] = paths;
-    statics["torlan"] = torlan;
-    document["static"] = statics;
-    host->use_settings(document);
+    host->use_settings(with(settings(), "static/torlan/paths/plugins", host->data() + "/for"));
     QVERIFY(!host->start());
     QCOMPARE(host->process().exitCode(), 1);
     QVERIFY2(host->error().contains(host->data() + "/for"), qPrintable(host->error()));
 }
 
 void tst_settings::a_missing_configuration_server_is_one_sentence_after_a_visible_wait() {
-    const QString port = QString::number(host_process_t::free_port());
+    const QString port = QString::number(free_port());
     QProcess server;
     QElapsedTimer clock;
     clock.start();
-    server.start(TORLAN_SERVER,
-                 {"--data", host->data() + "/new", "--config-port", port, "--config-wait", "1",
-                  "--sample", TORLAN_TEST_DATA "/small_home.json"});
+    server.start(TORLAN_SERVER, {"--data", host->data() + "/new", "--config-port", port,
+                                 "--config-wait", "1", "--sample", host->data() + "/import.json"});
     QVERIFY(server.waitForFinished(process_timeout_ms));
     QVERIFY(clock.elapsed() >= 1000);
     QCOMPARE(server.exitCode(), 1);
@@ -238,7 +232,7 @@ void tst_settings::a_missing_configuration_server_is_one_sentence_after_a_visibl
 
 void tst_settings::a_configuration_server_that_is_late_is_waited_for() {
     host->use_settings(settings("late"));
-    const quint16 port = host_process_t::free_port();
+    const quint16 port = free_port();
     QProcess server;
     server.start(TORLAN_SERVER, {"--data", host->data(), "--port", QString::number(host->port()),
                                  "--config-port", QString::number(port), "--log-level-std", "0"});
@@ -256,9 +250,8 @@ void tst_settings::a_configuration_server_that_is_late_is_waited_for() {
 
 void tst_settings::a_stop_while_waiting_ends_at_once_with_status_zero() {
     QProcess server;
-    server.start(TORLAN_SERVER,
-                 {"--data", host->data(), "--config-port",
-                  QString::number(host_process_t::free_port()), "--config-wait", "3600"});
+    server.start(TORLAN_SERVER, {"--data", host->data(), "--config-port",
+                                 QString::number(free_port()), "--config-wait", "3600"});
     QVERIFY(server.waitForReadyRead(process_timeout_ms));
     QElapsedTimer clock;
     clock.start();
@@ -279,8 +272,8 @@ void tst_settings::an_empty_document_is_one_sentence() {
 
 void tst_settings::an_id_that_cannot_be_kept_ends_the_server_with_status_zero_and_its_reason() {
     const QByteArray document = QJsonDocument(settings()).toJson();
-    const fakes::tiny_http_server_t refusing([&document](const auto& request) {
-        return fakes::tiny_http_server_t::json(
+    const kit::http_server_t refusing([&document](const auto& request) {
+        return kit::http_server_t::json(
             document, request.method == "PUT" ? "500 Internal Server Error" : "200 OK");
     });
     QProcess server;

@@ -2,8 +2,10 @@
 #include <QtTest>
 
 #include "http/http_t.h"
-#include "system/support/small_home.h"
+#include "kit/free_port.h"
+#include "system/support/api_user.h"
 
+using namespace kit;
 using namespace support;
 
 /// packaging/start, the part of ./run behind the build: both programs, the first settings, the end.
@@ -90,8 +92,8 @@ class tst_start : public QObject {
 
 void tst_start::init() {
     folder = std::make_unique<QTemporaryDir>();
-    port = host_process_t::free_port();
-    config_port = host_process_t::free_port();
+    port = free_port();
+    config_port = free_port();
 }
 
 void tst_start::cleanup() {

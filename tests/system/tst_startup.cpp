@@ -6,8 +6,11 @@
 #include <QtTest>
 #include <thread>
 
-#include "system/support/small_home.h"
+#include "kit/free_port.h"
+#include "kit/small_home.h"
+#include "system/support/api_user.h"
 
+using namespace kit;
 using namespace support;
 
 /// What keeps the server from starting is told in one sentence, with a non-zero status and nothing
@@ -54,8 +57,7 @@ void tst_startup::a_second_host_on_the_same_folder_is_refused() {
     QVERIFY(host.import(small_home()));
     QVERIFY2(host.start(), qPrintable(host.error()));
     QProcess second;
-    second.start(TORLAN_SERVER,
-                 {"--data", host.data(), "--port", QString::number(host_process_t::free_port())});
+    second.start(TORLAN_SERVER, {"--data", host.data(), "--port", QString::number(free_port())});
     QVERIFY(second.waitForFinished());
     QVERIFY(second.exitCode() != 0);
     const QString error = QString::fromUtf8(second.readAllStandardError());
@@ -122,7 +124,7 @@ void tst_startup::a_missing_folder_is_told_by_the_tool() {
 void tst_startup::listens_on_loopback_only() {
     host_process_t host;
     QVERIFY(host.import(small_home()));
-    const quint16 ws_port = host_process_t::free_port();
+    const quint16 ws_port = free_port();
     QVERIFY2(host.start({"--ws-port", QString::number(ws_port)}), qPrintable(host.error()));
     QFile table("/proc/net/tcp");
     QVERIFY(table.open(QIODevice::ReadOnly));

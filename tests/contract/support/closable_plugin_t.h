@@ -9,7 +9,7 @@
 #include "drivers/driver/capability/plugin_driver_IComunication.h"
 #include "drivers/driver/plugin_driver_interface_t.h"
 #include "fakes/endpoint_thread_t.h"
-#include "fakes/small_home.h"
+#include "kit/furnish.h"
 
 namespace support {
 
@@ -56,7 +56,7 @@ class closable_plugin_t {
 /// deleted. Without an endpoint its calls are skipped, and it loads no element.
 inline void let_work(const closable_plugin_t& _plugin, fakes::endpoint_thread_t* _endpoint) {
     fakes::memory_database_t home;
-    fakes::furnish(home);
+    kit::furnish(home);
     const std::unique_ptr<interfaces::plugin_driver_interface_t> driver(_plugin.driver());
     driver->init_database(home.get());
     if (_endpoint != nullptr) {
@@ -67,7 +67,7 @@ inline void let_work(const closable_plugin_t& _plugin, fakes::endpoint_thread_t*
         if (_endpoint != nullptr) {
             _endpoint->settle();
         } else {
-            fakes::settle();
+            kit::settle();
         }
     };
     driver->start(true);

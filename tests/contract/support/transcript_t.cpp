@@ -5,7 +5,7 @@
 #include <QTimer>
 #include <algorithm>
 
-#include "contract/support/home_from_json.h"
+#include "kit/furnish.h"
 
 namespace support {
 
@@ -30,7 +30,7 @@ QStringList lines(const QJsonArray& _events) {
 }  // namespace
 
 transcript_t::transcript_t(const QJsonObject& _document) {
-    furnish_from(_document.value(QLatin1String("installation")).toObject(), home);
+    kit::furnish(home, _document.value(QLatin1String("installation")).toObject());
     const QJsonObject retained = _document.value(QLatin1String("retained")).toObject();
     for (auto message = retained.begin(); message != retained.end(); ++message) {
         endpoint->retain(message.key(), message.value());
@@ -121,7 +121,7 @@ void transcript_t::resubscribe() {
 }
 
 void transcript_t::finish_wait(int _interval_ms) {
-    fakes::settle();
+    kit::settle();
     const QList<QTimer*> timers = driver->findChildren<QTimer*>();
     for (QTimer* timer : timers) {
         if (timer->interval() == _interval_ms && timer->isActive()) {

@@ -3,8 +3,9 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QJsonDocument>
-#include <QTcpServer>
 #include <QTimer>
+
+#include "kit/free_port.h"
 
 namespace support {
 
@@ -14,16 +15,10 @@ constexpr int tool_timeout_ms = 60000;
 constexpr int stop_timeout_ms = 15000;
 }  // namespace
 
-host_process_t::host_process_t() : broker_port(free_port()) {}
+host_process_t::host_process_t() : broker_port(kit::free_port()) {}
 
 host_process_t::~host_process_t() {
     stop();
-}
-
-quint16 host_process_t::free_port() {
-    QTcpServer probe;
-    probe.listen(QHostAddress::LocalHost);
-    return probe.serverPort();
 }
 
 bool host_process_t::import(const QJsonObject& _installation) {

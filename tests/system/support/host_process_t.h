@@ -47,9 +47,6 @@ class host_process_t {
     /// Standard output up to and with the ready line.
     QByteArray start_output() const { return shown; }
 
-    /// A loopback port that was free a moment ago.
-    static quint16 free_port();
-
  private:
     QTemporaryDir folder;
     std::unique_ptr<config_process_t> config;

@@ -1,16 +1,18 @@
 #include <QElapsedTimer>
 #include <QJsonObject>
 #include <QScopeGuard>
+#include <QTcpServer>
 #include <QTest>
 #include <QTimer>
 #include <thread>
 
-#include "fakes/tiny_http_server_t.h"
 #include "http/http_exchange_t.h"
 #include "http/http_t.h"
+#include "kit/free_port.h"
+#include "kit/http_server_t.h"
 
-using fakes::tiny_http_server_t;
-using answer_t = tiny_http_server_t::answer_t;
+using kit::http_server_t;
+using answer_t = http_server_t::answer_t;
 
 class tst_http_t : public QObject {
     Q_OBJECT
@@ -58,7 +60,7 @@ void tst_http_t::initTestCase() {
 }
 
 void tst_http_t::get_asks_base_and_path() {
-    tiny_http_server_t server(tiny_http_server_t::json("{\"a\":1}"));
+    http_server_t server(http_server_t::json("{\"a\":1}"));
     const http_t http(server.url(), false);
     QCOMPARE(http.get({}).getData().toObject(), (QJsonObject{{"a", 1}}));
     QCOMPARE(http.get("b/c?d=e").getStatus(), 200);
@@ -80,7 +82,7 @@ void tst_http_t::put_sends_the_value_as_json_data() {
 void tst_http_t::put_sends_the_value_as_json() {
     QFETCH(QJsonValue, value);
     QFETCH(QByteArray, body);
-    tiny_http_server_t server(tiny_http_server_t::json("{}"));
+    http_server_t server(http_server_t::json("{}"));
     const httpresponse_t response = http_t(server.url(), false).put("a/b?runtriggers=true", value);
     QCOMPARE(response.getError(), 0);
     QCOMPARE(server.requests().at(0).method, "PUT");
@@ -93,12 +95,12 @@ void tst_http_t::put_sends_the_value_as_json() {
 void tst_http_t::answer_is_any_json_value_data() {
     QTest::addColumn<answer_t>("answer");
     QTest::addColumn<QJsonValue>("value");
-    const auto json = [](const QByteArray& body) { return tiny_http_server_t::json(body); };
+    const auto json = [](const QByteArray& body) { return http_server_t::json(body); };
     QTest::newRow("string") << json("\"word\"") << QJsonValue("word");
     QTest::newRow("number") << json("1.5") << QJsonValue(1.5);
     QTest::newRow("null") << json("null") << QJsonValue(QJsonValue::Null);
     QTest::newRow("object") << json("{\"a\":\"b\"}") << QJsonValue(QJsonObject{{"a", "b"}});
-    QTest::newRow("created") << tiny_http_server_t::json("true", "201 Created") << QJsonValue(true);
+    QTest::newRow("created") << http_server_t::json("true", "201 Created") << QJsonValue(true);
     QTest::newRow("without a length")
         << answer_t{"HTTP/1.1 200 OK\r\n\r\n{\"a\":\"b\"}"} << QJsonValue(QJsonObject{{"a", "b"}});
     QTest::newRow("in chunks")
@@ -112,13 +114,13 @@ void tst_http_t::answer_is_any_json_value_data() {
     QTest::newRow("after an interim answer")
         << answer_t{"HTTP/1.1 100 Continue\r\n\r\n" + json("4").bytes} << QJsonValue(4);
     QTest::newRow("connection kept open")
-        << answer_t{tiny_http_server_t::json("3").bytes, false} << QJsonValue(3);
+        << answer_t{http_server_t::json("3").bytes, false} << QJsonValue(3);
 }
 
 void tst_http_t::answer_is_any_json_value() {
     QFETCH(answer_t, answer);
     QFETCH(QJsonValue, value);
-    tiny_http_server_t server(answer);
+    http_server_t server(answer);
     const httpresponse_t response = http_t(server.url(), false).get({});
     QCOMPARE(response.getError(), 0);
     QCOMPARE(response.getErrorText(), QString());
@@ -135,7 +137,7 @@ void tst_http_t::answer_without_content_data() {
 void tst_http_t::answer_without_content() {
     QFETCH(QByteArray, status);
     QFETCH(int, get_error);
-    tiny_http_server_t server(answer_t{"HTTP/1.1 " + status + "\r\nContent-Length: 0\r\n\r\n"});
+    http_server_t server(answer_t{"HTTP/1.1 " + status + "\r\nContent-Length: 0\r\n\r\n"});
     const http_t http(server.url(), false);
     QCOMPARE(http.get({}).getError(), get_error);
     QVERIFY(http.get({}).getData().isUndefined());
@@ -146,7 +148,7 @@ void tst_http_t::answer_without_content() {
 void tst_http_t::misbehaviour_is_an_error_data() {
     QTest::addColumn<answer_t>("answer");
     QTest::addColumn<int>("error");
-    const auto status = [](const QByteArray& text) { return tiny_http_server_t::json("{}", text); };
+    const auto status = [](const QByteArray& text) { return http_server_t::json("{}", text); };
     const int broken = httpresponse_t::broken_answer;
     const int not_json = httpresponse_t::not_json;
     QTest::newRow("301") << status("301 Moved") << 301;
@@ -177,14 +179,14 @@ void tst_http_t::misbehaviour_is_an_error_data() {
         << answer_t{"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n2\r\n12\r\n"} << broken;
     QTest::newRow("garbage status line") << answer_t{"\x01\x02 hello\r\n\r\n{}"} << broken;
     QTest::newRow("no head at all") << answer_t{"{\"a\":1}"} << broken;
-    QTest::newRow("not JSON") << tiny_http_server_t::json("<html></html>") << not_json;
-    QTest::newRow("half JSON") << tiny_http_server_t::json("{\"a\":") << not_json;
+    QTest::newRow("not JSON") << http_server_t::json("<html></html>") << not_json;
+    QTest::newRow("half JSON") << http_server_t::json("{\"a\":") << not_json;
 }
 
 void tst_http_t::misbehaviour_is_an_error() {
     QFETCH(answer_t, answer);
     QFETCH(int, error);
-    tiny_http_server_t server(answer);
+    http_server_t server(answer);
     const http_t http(server.url(), false);
     for (const httpresponse_t& response : {http.get("a"), http.put("a", 1)}) {
         QCOMPARE(response.getError(), error);
@@ -195,15 +197,15 @@ void tst_http_t::misbehaviour_is_an_error() {
 
 void tst_http_t::whole_exchange_ends_within_the_timeout_data() {
     QTest::addColumn<answer_t>("answer");
-    const QByteArray bytes = tiny_http_server_t::json("\"" + QByteArray(1000, 'x') + "\"").bytes;
-    QTest::newRow("silent") << tiny_http_server_t::silence();
+    const QByteArray bytes = http_server_t::json("\"" + QByteArray(1000, 'x') + "\"").bytes;
+    QTest::newRow("silent") << http_server_t::silence();
     QTest::newRow("half an answer, then silent") << answer_t{bytes.left(100), false};
     QTest::newRow("a byte now and then") << answer_t{bytes, true, 20};
 }
 
 void tst_http_t::whole_exchange_ends_within_the_timeout() {
     QFETCH(answer_t, answer);
-    tiny_http_server_t server(answer);
+    http_server_t server(answer);
     http_t http(server.url(), false);
     http.set_timeout(300);
     QElapsedTimer timer;
@@ -216,25 +218,24 @@ void tst_http_t::whole_exchange_ends_within_the_timeout() {
 
 void tst_http_t::answer_above_the_limit_is_refused() {
     const QByteArray large(http_t::max_answer_bytes, 'x');
-    tiny_http_server_t with_length(tiny_http_server_t::json('"' + large + '"'));
+    http_server_t with_length(http_server_t::json('"' + large + '"'));
     QCOMPARE(http_t(with_length.url(), false).get({}).getError(), int(httpresponse_t::too_large));
-    tiny_http_server_t without(answer_t{"HTTP/1.1 200 OK\r\n\r\n\"" + large + '"'});
+    http_server_t without(answer_t{"HTTP/1.1 200 OK\r\n\r\n\"" + large + '"'});
     QCOMPARE(http_t(without.url(), false).get({}).getError(), int(httpresponse_t::too_large));
     const QByteArray fits = '"' + large.chopped(2) + '"';
-    tiny_http_server_t at_limit(tiny_http_server_t::json(fits));
+    http_server_t at_limit(http_server_t::json(fits));
     QCOMPARE(http_t(at_limit.url(), false).get({}).getError(), 0);
 }
 
 void tst_http_t::endless_head_is_refused() {
     const QByteArray line = "X-Pad: " + QByteArray(1000, 'x') + "\r\n";
-    tiny_http_server_t server(
-        answer_t{"HTTP/1.1 200 OK\r\n" + line.repeated(20000) + "\r\n{}", false});
+    http_server_t server(answer_t{"HTTP/1.1 200 OK\r\n" + line.repeated(20000) + "\r\n{}", false});
     const int error = http_t(server.url(), false).get({}).getError();
     QVERIFY(error == httpresponse_t::too_large || error == httpresponse_t::broken_answer);
 }
 
 void tst_http_t::head_above_the_limit_is_refused() {
-    tiny_http_server_t server(tiny_http_server_t::json("5"));
+    http_server_t server(http_server_t::json("5"));
     http_exchange_t exchange{"GET", server.url().toUtf8(), {}, 5000, false, 200};
     QCOMPARE(exchange.run().error, 0);
     exchange.max_bytes = 20;
@@ -242,10 +243,7 @@ void tst_http_t::head_above_the_limit_is_refused() {
 }
 
 void tst_http_t::nobody_listening_is_an_error() {
-    QTcpServer probe;
-    QVERIFY(probe.listen(QHostAddress::LocalHost));
-    const QString url = QStringLiteral("http://127.0.0.1:%1/").arg(probe.serverPort());
-    probe.close();
+    const QString url = QStringLiteral("http://127.0.0.1:%1/").arg(kit::free_port());
     const httpresponse_t response = http_t(url, false).get({});
     QCOMPARE(response.getError(), int(httpresponse_t::not_connected));
     QCOMPARE(response.getStatus(), 0);
@@ -280,26 +278,26 @@ void tst_http_t::other_protocols_are_never_spoken() {
 }
 
 void tst_http_t::address_is_encoded_and_kept_as_given() {
-    tiny_http_server_t server(tiny_http_server_t::json("{}"));
+    http_server_t server(http_server_t::json("{}"));
     const http_t http(server.url(), false);
     QCOMPARE(http.get(QStringLiteral("a b/\u00fc//c/../d\r\nX: y#e")).getError(), 0);
     QCOMPARE(server.requests().at(0).target, "/a%20b/%C3%BC//c/../d%0D%0AX:%20y");
 }
 
 void tst_http_t::redirect_is_not_followed() {
-    tiny_http_server_t target(tiny_http_server_t::json("{}"));
-    tiny_http_server_t server(answer_t{"HTTP/1.1 302 Found\r\nLocation: " + target.url().toUtf8() +
-                                       "\r\nContent-Length: 2\r\n\r\n{}"});
+    http_server_t target(http_server_t::json("{}"));
+    http_server_t server(answer_t{"HTTP/1.1 302 Found\r\nLocation: " + target.url().toUtf8() +
+                                  "\r\nContent-Length: 2\r\n\r\n{}"});
     QCOMPARE(http_t(server.url(), false).get({}).getError(), 302);
     QVERIFY(target.requests().isEmpty());
 }
 
 void tst_http_t::proxy_of_the_environment_is_never_used_for_loopback() {
-    tiny_http_server_t server(tiny_http_server_t::json("{}"));
+    http_server_t server(http_server_t::json("{}"));
     QCOMPARE(http_t(server.url(), false).get({}).getError(), 0);
     QCOMPARE(http_t(server.url(), true).get({}).getError(), 0);
 
-    tiny_http_server_t proxy(tiny_http_server_t::json("\"through the proxy\""));
+    http_server_t proxy(http_server_t::json("\"through the proxy\""));
     const QByteArray before = qgetenv("http_proxy");
     qputenv("http_proxy", proxy.url().toUtf8());
     const auto restore = qScopeGuard([&]() { qputenv("http_proxy", before); });
@@ -310,7 +308,7 @@ void tst_http_t::proxy_of_the_environment_is_never_used_for_loopback() {
 }
 
 void tst_http_t::call_runs_no_event_loop() {
-    tiny_http_server_t server(tiny_http_server_t::json("{}"));
+    http_server_t server(http_server_t::json("{}"));
     bool entered = false;
     QTimer::singleShot(0, this, [&entered]() { entered = true; });
     QCOMPARE(http_t(server.url(), false).get({}).getError(), 0);
@@ -319,8 +317,8 @@ void tst_http_t::call_runs_no_event_loop() {
 }
 
 void tst_http_t::calls_from_several_threads_do_not_meet() {
-    tiny_http_server_t server([](const tiny_http_server_t::request_t& request) {
-        return tiny_http_server_t::json('"' + request.target + '"');
+    http_server_t server([](const http_server_t::request_t& request) {
+        return http_server_t::json('"' + request.target + '"');
     });
     const http_t http(server.url(), false);
     std::atomic<int> wrong = 0;
@@ -342,8 +340,8 @@ void tst_http_t::calls_from_several_threads_do_not_meet() {
 
 void tst_http_t::mapped_base_leads_to_the_other_port() {
     const QString base = QStringLiteral("http://127.0.0.1:1/");
-    tiny_http_server_t first(tiny_http_server_t::json("\"first\""));
-    tiny_http_server_t second(tiny_http_server_t::json("\"second\""));
+    http_server_t first(http_server_t::json("\"first\""));
+    http_server_t second(http_server_t::json("\"second\""));
     const http_t http(base, false);
     QVERIFY(http_t::map_base(base, first.port()));
     QCOMPARE(http.get("a/b").getData(), "first");
@@ -377,7 +375,7 @@ void tst_http_t::only_loopback_may_be_mapped() {
 }
 
 void tst_http_t::error_text_holds_no_body_and_no_query() {
-    tiny_http_server_t server(tiny_http_server_t::json("{}", "403 Forbidden"));
+    http_server_t server(http_server_t::json("{}", "403 Forbidden"));
     QString base = server.url();
     base.replace("http://", "http://user:hidden1@");
     const QString text = http_t(base, false).put("a?token=hidden2", "hidden3").getErrorText();

@@ -2,10 +2,10 @@
 
 #include <QTest>
 
-#include "fakes/tiny_http_server_t.h"
+#include "kit/http_server_t.h"
 #include "settings_t.h"
 
-using fakes::tiny_http_server_t;
+using kit::http_server_t;
 using torlan::chosen_log;
 
 class tst_chosen_log : public QObject {
@@ -28,7 +28,7 @@ class tst_chosen_log : public QObject {
     }
 
     void the_folder_is_the_options_if_they_name_one() {
-        const tiny_http_server_t server(tiny_http_server_t::json(
+        const http_server_t server(http_server_t::json(
             R"({"static": {"torlan": {"paths": {"logs": "/named"}}},
                 "installation": {"installation_id": "i"}})"));
         torlan::options_t options;

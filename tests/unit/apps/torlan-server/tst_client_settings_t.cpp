@@ -3,11 +3,11 @@
 #include <QJsonDocument>
 #include <QTest>
 
-#include "fakes/tiny_http_server_t.h"
 #include "http/http_t.h"
+#include "kit/http_server_t.h"
 #include "utility/cnfserver.h"
 
-using fakes::tiny_http_server_t;
+using kit::http_server_t;
 using torlan::client_settings_t;
 
 namespace {
@@ -74,7 +74,7 @@ class tst_client_settings_t : public QObject {
     }
     void what_the_server_took_is_not_told_again() {
         QFETCH(QByteArray, status);
-        const tiny_http_server_t server(tiny_http_server_t::json("{}", status));
+        const http_server_t server(http_server_t::json("{}", status));
         QVERIFY(http_t::map_base(utility::cnfserver::base, server.port()));
         client_settings_t clients(document(R"({"global": {}})"), 1883, 0);
         clients.tell(QStringLiteral("i"));

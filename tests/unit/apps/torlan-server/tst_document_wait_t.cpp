@@ -13,11 +13,11 @@
 #include <memory>
 #include <utility>
 
-#include "fakes/tiny_http_server_t.h"
 #include "http/http_t.h"
+#include "kit/http_server_t.h"
 #include "utility/cnfserver.h"
 
-using fakes::tiny_http_server_t;
+using kit::http_server_t;
 using torlan::document_wait_t;
 
 class tst_document_wait_t : public QObject {
@@ -25,7 +25,7 @@ class tst_document_wait_t : public QObject {
 
  private Q_SLOTS:
     void an_answer_is_the_document() {
-        serve(tiny_http_server_t::json(R"({"a": 1})"));
+        serve(http_server_t::json(R"({"a": 1})"));
         document_wait_t wait(port(), 0);
         QSignalSpy waiting(&wait, &document_wait_t::waiting);
         const auto result = wait.run();
@@ -57,8 +57,8 @@ class tst_document_wait_t : public QObject {
 
     void an_answer_after_a_while_is_good() {
         std::atomic<int> questions = 0;
-        server = std::make_unique<tiny_http_server_t>([&questions](const auto&) {
-            return ++questions < 3 ? nothing_yet() : tiny_http_server_t::json(R"({"a": 1})");
+        server = std::make_unique<http_server_t>([&questions](const auto&) {
+            return ++questions < 3 ? nothing_yet() : http_server_t::json(R"({"a": 1})");
         });
         QVERIFY(http_t::map_base(utility::cnfserver::base, server->port()));
         QCOMPARE(document_wait_t(port(), 60).run().value, (QJsonObject{{"a", 1}}));
@@ -85,9 +85,9 @@ class tst_document_wait_t : public QObject {
             QSKIP("only root can become another user");
         }
         const quint16 taken = bind_as(65534);
-        server = std::make_unique<tiny_http_server_t>([this](const auto&) {
+        server = std::make_unique<http_server_t>([this](const auto&) {
             ::listen(descriptor, 1);
-            return tiny_http_server_t::json(R"({"a": 1})");
+            return http_server_t::json(R"({"a": 1})");
         });
         QVERIFY(http_t::map_base(utility::cnfserver::base, server->port()));
         const QString error = document_wait_t(taken, 0).run().error;
@@ -121,11 +121,11 @@ class tst_document_wait_t : public QObject {
     }
 
  private:
-    static tiny_http_server_t::answer_t nothing_yet() {
-        return tiny_http_server_t::json("{}", "503 Service Unavailable");
+    static http_server_t::answer_t nothing_yet() {
+        return http_server_t::json("{}", "503 Service Unavailable");
     }
-    void serve(const tiny_http_server_t::answer_t& _answer) {
-        server = std::make_unique<tiny_http_server_t>(_answer);
+    void serve(const http_server_t::answer_t& _answer) {
+        server = std::make_unique<http_server_t>(_answer);
         QVERIFY(http_t::map_base(utility::cnfserver::base, server->port()));
     }
     QString address() const { return server->url(); }
@@ -148,7 +148,7 @@ class tst_document_wait_t : public QObject {
 
     int descriptor = -1;  ///< of bind_as()
 
-    std::unique_ptr<tiny_http_server_t> server;
+    std::unique_ptr<http_server_t> server;
 };
 
 QTEST_GUILESS_MAIN(tst_document_wait_t)

@@ -3,10 +3,10 @@
 #include <QDir>
 #include <QTest>
 
-#include "fakes/tiny_http_server_t.h"
+#include "kit/http_server_t.h"
 #include "settings_t.h"
 
-using fakes::tiny_http_server_t;
+using kit::http_server_t;
 using torlan::driver_folder;
 
 class tst_driver_folder : public QObject {
@@ -14,7 +14,7 @@ class tst_driver_folder : public QObject {
 
  private Q_SLOTS:
     void given_over_named_over_beside_the_program() {
-        const tiny_http_server_t server(tiny_http_server_t::json(
+        const http_server_t server(http_server_t::json(
             R"({"static": {"torlan": {"paths": {"plugins": "/named"}}},
                 "installation": {"installation_id": "i"}})"));
         torlan::options_t options;

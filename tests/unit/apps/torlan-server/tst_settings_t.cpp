@@ -6,10 +6,10 @@
 #include <QTest>
 #include <memory>
 
-#include "fakes/tiny_http_server_t.h"
+#include "kit/http_server_t.h"
 #include "utility/torlan_option_t.h"
 
-using fakes::tiny_http_server_t;
+using kit::http_server_t;
 using torlan::options_t;
 using torlan::settings_t;
 using utility::torlan_option_t;
@@ -63,8 +63,8 @@ class tst_settings_t : public QObject {
     }
 
     void a_wait_is_told_and_can_be_given_up() {
-        server = std::make_unique<tiny_http_server_t>(
-            tiny_http_server_t::json("{}", "503 Service Unavailable"));
+        server =
+            std::make_unique<http_server_t>(http_server_t::json("{}", "503 Service Unavailable"));
         options_t options = options_here();
         options.config_wait = 3600;
         settings_t settings(options);
@@ -85,7 +85,7 @@ class tst_settings_t : public QObject {
 
  private:
     void serve(const QByteArray& _document) {
-        server = std::make_unique<tiny_http_server_t>(tiny_http_server_t::json(_document));
+        server = std::make_unique<http_server_t>(http_server_t::json(_document));
     }
     options_t options_here() const {
         options_t options;
@@ -93,7 +93,7 @@ class tst_settings_t : public QObject {
         return options;
     }
 
-    std::unique_ptr<tiny_http_server_t> server;
+    std::unique_ptr<http_server_t> server;
 };
 
 QTEST_GUILESS_MAIN(tst_settings_t)

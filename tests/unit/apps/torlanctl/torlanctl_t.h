@@ -5,6 +5,7 @@
 #include <QTemporaryDir>
 
 #include "installation/installation_t.h"
+#include "kit/small_home.h"
 #include "store/sqlite_store_t.h"
 
 /// What one call of the program left behind.
@@ -56,15 +57,8 @@ class torlanctl_t {
         return installation.is_ok() ? installation.value : unreadable;
     }
 
-    /// A lamp, an item, and the user alice (password "secret") who may read it.
     call_t import_small_home() const {
-        return (*this)({"import", write("small.json", R"({
-            "topic": "home/1",
-            "items": {"i-lamp": {"value": "0"}},
-            "elements": {"e-lamp": {"name": "Lamp", "type": 1,
-                                    "functions": {"execute": "i-lamp"}}},
-            "users": {"u-alice": {"username": "alice", "password": "secret"}},
-            "permissions": {"u-alice": {"e-lamp": "read"}}})")});
+        return (*this)({"import", write("small.json", kit::small_home_text())});
     }
 
  private:

@@ -1,6 +1,7 @@
 #include <QTest>
 
 #include "accounts/broker_hash.h"
+#include "kit/password_of.h"
 #include "unit/apps/torlanctl/torlanctl_t.h"
 
 using accounts::verify_password;
@@ -47,28 +48,30 @@ void tst_commands::grant_sets_and_takes_a_permission() {
 }
 
 void tst_commands::added_user_has_a_hashed_password_and_no_rights() {
-    const call_t call = (*torlanctl)({"user", "add", "bob"}, "pass wörd\nsecond line\n");
+    const call_t call = (*torlanctl)({"user", "add", "carol"}, "pass wörd\nsecond line\n");
     QCOMPARE(call.error, QString());
     QCOMPARE(call.status, 0);
     const auto stored = torlanctl->stored();
-    QCOMPARE(stored.users.size(), 2);
-    const auto bob = stored.users.value(stored.users.lastKey());
-    QCOMPARE(bob.username, "bob");
-    QVERIFY(verify_password("pass wörd", bob.password_hash));
+    QCOMPARE(stored.users.size(), 3);
+    const auto carol = stored.users.value(stored.users.lastKey());
+    QCOMPARE(carol.username, "carol");
+    QVERIFY(verify_password("pass wörd", carol.password_hash));
     QVERIFY(!stored.permissions.contains(stored.users.lastKey()));
 }
 
 void tst_commands::passwd_replaces_the_password() {
+    QVERIFY(verify_password(kit::password_of("alice"),
+                            torlanctl->stored().users["u-alice"].password_hash));
     QCOMPARE((*torlanctl)({"user", "passwd", "alice"}, "other").error, QString());
     const QString hash = torlanctl->stored().users["u-alice"].password_hash;
     QVERIFY(verify_password("other", hash));
-    QVERIFY(!verify_password("secret", hash));
+    QVERIFY(!verify_password(kit::password_of("alice"), hash));
 }
 
 void tst_commands::removed_user_takes_its_grants_along() {
     QCOMPARE((*torlanctl)({"user", "remove", "alice"}).error, QString());
-    QVERIFY(torlanctl->stored().users.isEmpty());
-    QVERIFY(torlanctl->stored().permissions.isEmpty());
+    QCOMPARE(torlanctl->stored().users.keys(), QStringList("u-bob"));
+    QCOMPARE(torlanctl->stored().permissions.keys(), QStringList("u-bob"));
 }
 
 void tst_commands::set_reports_a_value_that_may_begin_with_a_minus_sign() {
@@ -84,7 +87,7 @@ void tst_commands::refusal_is_one_sentence_that_names_the_thing_data() {
     const auto row = [](const QStringList& _arguments, const QString& _error) {
         QTest::newRow(qPrintable(_arguments.join(' '))) << _arguments << _error;
     };
-    row({"grant", "bob", "e-lamp", "read"}, "There is no user bob.");
+    row({"grant", "carol", "e-lamp", "read"}, "There is no user carol.");
     row({"grant", "alice", "e-x", "read"}, "There is no element e-x.");
     row({"grant", "alice", "e-lamp", "all"},
         "\"all\" is no permission: read, write, readwrite or deny.");
@@ -93,8 +96,8 @@ void tst_commands::refusal_is_one_sentence_that_names_the_thing_data() {
         "The user name \"a b\" must be 1 to 64 of the characters 0-9 a-z A-Z . _ -.");
     row({"user", "add", "my-request"},
         "The user name \"my-request\" must not contain \"request\".");
-    row({"user", "passwd", "bob"}, "There is no user bob.");
-    row({"user", "remove", "bob"}, "There is no user bob.");
+    row({"user", "passwd", "carol"}, "There is no user carol.");
+    row({"user", "remove", "carol"}, "There is no user carol.");
     row({"set", "i-x", "1"}, "There is no item i-x.");
 }
 

@@ -22,7 +22,7 @@ class tst_password : public QObject {
 
 namespace {
 
-/// "user add bob" on a terminal of its own; the test types at the other end.
+/// "user add carol" on a terminal of its own; the test types at the other end.
 class terminal_session_t {
  public:
     explicit terminal_session_t(const torlanctl_t& _torlanctl)
@@ -38,7 +38,7 @@ class terminal_session_t {
             dup2(terminal, STDIN_FILENO);
             dup2(terminal, STDERR_FILENO);
         });
-        process.start(TORLANCTL, {"--data", _torlanctl.data(), "user", "add", "bob"});
+        process.start(TORLANCTL, {"--data", _torlanctl.data(), "user", "add", "carol"});
     }
     ~terminal_session_t() { close(keyboard); }
     Q_DISABLE_COPY_MOVE(terminal_session_t)
@@ -83,7 +83,7 @@ void tst_password::first_line_is_the_password() {
     QFETCH(QString, password);
     const torlanctl_t torlanctl;
     QCOMPARE(torlanctl.import_small_home().status, 0);
-    QCOMPARE(torlanctl({"user", "add", "bob"}, input).error, QString());
+    QCOMPARE(torlanctl({"user", "add", "carol"}, input).error, QString());
     const auto users = torlanctl.stored().users;
     QVERIFY(accounts::verify_password(password, users.last().password_hash));
 }
@@ -105,10 +105,10 @@ void tst_password::refused_password_is_not_repeated() {
     QFETCH(QString, error);
     const torlanctl_t torlanctl;
     QCOMPARE(torlanctl.import_small_home().status, 0);
-    const call_t call = torlanctl({"user", "add", "bob"}, input);
+    const call_t call = torlanctl({"user", "add", "carol"}, input);
     QCOMPARE(call.error, "torlanctl: The password " + error);
     QCOMPARE(call.status, 1);
-    QCOMPARE(torlanctl.stored().users.size(), 1);
+    QCOMPARE(torlanctl.stored().users.size(), 2);
 }
 
 void tst_password::terminal_shows_nothing_of_it() {
@@ -128,7 +128,7 @@ void tst_password::interruption_adds_nobody() {
     terminal_session_t session(torlanctl);
     session.answer("hush\x03");
     QCOMPARE(session.process.exitCode(), 1);
-    QCOMPARE(torlanctl.stored().users.size(), 1);
+    QCOMPARE(torlanctl.stored().users.size(), 2);
 }
 
 QTEST_GUILESS_MAIN(tst_password)

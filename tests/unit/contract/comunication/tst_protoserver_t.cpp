@@ -4,7 +4,7 @@
 
 #include "endpoint/mqtt_endpoint_t.h"
 #include "fakes/scripted_endpoint_t.h"
-#include "unit/host/broker/real_broker_t.h"
+#include "kit/real_broker_t.h"
 
 using comunication::mqtt_endpoint_t;
 using comunication::protoserver_t;
@@ -42,7 +42,7 @@ class tst_protoserver_t : public QObject {
     bool subscribe();
     QList<QVariantList> of_topic() const;
 
-    std::unique_ptr<real_broker_t> broker;
+    std::unique_ptr<kit::real_broker_t> broker;
     std::unique_ptr<protoserver_t> endpoint;
     std::unique_ptr<QSignalSpy> messages;
 };
@@ -56,7 +56,7 @@ void tst_protoserver_t::initTestCase_data() {
 void tst_protoserver_t::init() {
     QFETCH_GLOBAL(bool, real);
     if (real) {
-        broker = std::make_unique<real_broker_t>();
+        broker = std::make_unique<kit::real_broker_t>();
         QCOMPARE(broker->start(), QString());
         auto made = std::make_unique<mqtt_endpoint_t>(broker->endpoint_settings());
         QSignalSpy connected(made.get(), &mqtt_endpoint_t::connected);

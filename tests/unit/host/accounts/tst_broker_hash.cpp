@@ -1,11 +1,11 @@
 #include <QFile>
 #include <QProcess>
-#include <QTcpServer>
 #include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include "accounts/broker_hash.h"
+#include "kit/free_port.h"
 
 using namespace accounts;
 
@@ -25,11 +25,6 @@ class tst_broker_hash : public QObject {
 namespace {
 
 const QString password = "pässword \"1\" $7$";
-
-quint16 free_port() {
-    QTcpServer probe;
-    return probe.listen(QHostAddress::LocalHost) ? probe.serverPort() : 0;
-}
 
 bool accepts_connections(quint16 _port) {
     QTcpSocket socket;
@@ -69,7 +64,7 @@ class broker_t {
 
     QTemporaryDir folder;
     QProcess process;
-    const quint16 port = free_port();
+    const quint16 port = kit::free_port();
 };
 
 }  // namespace

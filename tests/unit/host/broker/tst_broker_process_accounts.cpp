@@ -5,8 +5,10 @@
 #include <QTcpSocket>
 #include <QTest>
 
-#include "unit/host/broker/mqtt_user_t.h"
-#include "unit/host/broker/real_broker_t.h"
+#include "kit/mqtt_client_t.h"
+#include "kit/real_broker_t.h"
+
+using namespace kit;
 
 namespace {
 
@@ -41,22 +43,22 @@ class tst_broker_process_accounts : public QObject {
 
  private:
     bool enters(const QString& _name, const QString& _password) {
-        mqtt_user_t user;
-        return user.enter(broker->settings.port, _name, _password);
+        mqtt_client_t user;
+        return user.sign_in(broker->settings.port, _name, _password) == 0;
     }
 
     std::unique_ptr<real_broker_t> broker;
-    std::unique_ptr<mqtt_user_t> alice;
-    std::unique_ptr<mqtt_user_t> bob;
+    std::unique_ptr<mqtt_client_t> alice;
+    std::unique_ptr<mqtt_client_t> bob;
 };
 
 void tst_broker_process_accounts::init() {
     broker = std::make_unique<real_broker_t>();
     QCOMPARE(broker->start(), QString());
-    alice = std::make_unique<mqtt_user_t>();
-    bob = std::make_unique<mqtt_user_t>();
-    QVERIFY(alice->enter(broker->settings.port, "alice", "alice-pw"));
-    QVERIFY(bob->enter(broker->settings.port, "bob", "bob-pw"));
+    alice = std::make_unique<mqtt_client_t>();
+    bob = std::make_unique<mqtt_client_t>();
+    QCOMPARE(alice->sign_in(broker->settings.port, "alice", "alice-password"), 0);
+    QCOMPARE(bob->sign_in(broker->settings.port, "bob", "bob-password"), 0);
 }
 
 void tst_broker_process_accounts::cleanup() {
@@ -67,9 +69,9 @@ void tst_broker_process_accounts::cleanup() {
 
 void tst_broker_process_accounts::removed_user_is_thrown_out() {
     QVERIFY(broker->process.set_accounts({real_broker_t::account("alice")}).is_ok());
-    QTRY_VERIFY(bob->closed);
-    QVERIFY(!enters("bob", "bob-pw"));
-    QVERIFY(enters("alice", "alice-pw"));
+    QTRY_VERIFY(!bob->is_connected());
+    QVERIFY(!enters("bob", "bob-password"));
+    QVERIFY(enters("alice", "alice-password"));
 }
 
 void tst_broker_process_accounts::user_with_a_new_password_is_thrown_out() {
@@ -77,27 +79,27 @@ void tst_broker_process_accounts::user_with_a_new_password_is_thrown_out() {
         broker->process
             .set_accounts({real_broker_t::account("alice"), real_broker_t::account("bob", "other")})
             .is_ok());
-    QTRY_VERIFY(bob->closed);
-    QVERIFY(!enters("bob", "bob-pw"));
+    QTRY_VERIFY(!bob->is_connected());
+    QVERIFY(!enters("bob", "bob-password"));
     QVERIFY(enters("bob", "other"));
 }
 
 void tst_broker_process_accounts::others_stay_connected() {
-    mqtt_user_t host;
-    QVERIFY(host.enter(broker->settings.port, "@torlan", broker->process.host_password()));
+    mqtt_client_t host;
+    QCOMPARE(host.sign_in(broker->settings.port, "@torlan", broker->process.host_password()), 0);
     QVERIFY(broker->process.set_accounts({real_broker_t::account("alice")}).is_ok());
-    QTRY_VERIFY(bob->closed);
-    QVERIFY(alice->publish("local/api/v1/alice/phone/request/x", "{}"));
-    QVERIFY(host.publish("x", "{}"));
-    QVERIFY(!alice->closed && !host.closed);
+    QTRY_VERIFY(!bob->is_connected());
+    QCOMPARE(alice->publish("local/api/v1/alice/phone/request/x", "{}"), 0);
+    QCOMPARE(host.publish("x", "{}"), 0);
+    QVERIFY(alice->is_connected() && host.is_connected());
 }
 
 void tst_broker_process_accounts::new_user_gets_in() {
     auto accounts = real_broker_t::both();
     accounts.append(real_broker_t::account("carol"));
-    QVERIFY(!enters("carol", "carol-pw"));
+    QVERIFY(!enters("carol", "carol-password"));
     QVERIFY(broker->process.set_accounts(accounts).is_ok());
-    QTRY_VERIFY(enters("carol", "carol-pw"));
+    QTRY_VERIFY(enters("carol", "carol-password"));
 }
 
 void tst_broker_process_accounts::change_during_the_start_counts() {
@@ -109,8 +111,8 @@ void tst_broker_process_accounts::change_during_the_start_counts() {
     QCOMPARE(other.process.wait_until_listening().error, QString());
     const qint64 process = other.process.process_id();
     const auto may_enter = [&other](const QString& _name) {
-        mqtt_user_t user;
-        return user.enter(other.settings.port, _name, _name + "-pw");
+        mqtt_client_t user;
+        return user.sign_in(other.settings.port, _name, password_of(_name)) == 0;
     };
     QTRY_VERIFY(may_enter("carol"));
     QVERIFY(!may_enter("alice"));
@@ -122,14 +124,14 @@ void tst_broker_process_accounts::change_survives_a_restart() {
     QSignalSpy listening(&broker->process, &broker::broker_process_t::listening);
     ::kill(pid_t(broker->process.process_id()), SIGKILL);
     QVERIFY(listening.wait());
-    QVERIFY(enters("alice", "alice-pw"));
-    QVERIFY(!enters("bob", "bob-pw"));
+    QVERIFY(enters("alice", "alice-password"));
+    QVERIFY(!enters("bob", "bob-password"));
 }
 
 void tst_broker_process_accounts::bad_account_does_not_keep_others_in() {
     QVERIFY(broker->process.set_accounts({{"alice", "secret"}}).is_ok());
     QTRY_VERIFY(bob->closed);
-    QVERIFY(!enters("bob", "bob-pw"));
+    QVERIFY(!enters("bob", "bob-password"));
     QVERIFY(!enters("alice", "secret"));
 }
 

@@ -9,10 +9,11 @@
 #include <QTest>
 
 #include "broker/port_probe_t.h"
-#include "unit/host/broker/mqtt_user_t.h"
-#include "unit/host/broker/real_broker_t.h"
+#include "kit/mqtt_client_t.h"
+#include "kit/real_broker_t.h"
 
 using broker::broker_process_t;
+using namespace kit;
 
 namespace {
 
@@ -185,16 +186,16 @@ void tst_broker_process_t::killed_broker_is_started_again() {
         QCOMPARE(died.size(), i);
         QVERIFY(broker.process.process_id() != former);
     }
-    mqtt_user_t alice;
-    QVERIFY(alice.enter(broker.settings.port, "alice", "alice-pw"));
+    mqtt_client_t alice;
+    QCOMPARE(alice.sign_in(broker.settings.port, "alice", "alice-password"), 0);
 }
 
 void tst_broker_process_t::stop_ends_it_at_once() {
     real_broker_t broker;
     QCOMPARE(broker.start(), QString());
     QSignalSpy died(&broker.process, &broker_process_t::died);
-    mqtt_user_t alice;
-    QVERIFY(alice.enter(broker.settings.port, "alice", "alice-pw"));
+    mqtt_client_t alice;
+    QCOMPARE(alice.sign_in(broker.settings.port, "alice", "alice-password"), 0);
     const qint64 process = broker.process.process_id();
     QElapsedTimer clock;
     clock.start();

@@ -6,12 +6,13 @@
 
 #include "broker/broker_config_t.h"
 #include "broker/broker_rights_check_t.h"
-#include "unit/host/broker/mqtt_user_t.h"
-#include "unit/host/broker/real_broker_t.h"
+#include "kit/mqtt_client_t.h"
+#include "kit/real_broker_t.h"
 
 using broker::broker_config_t;
 using broker::broker_rights_check_t;
 using broker::rights_check_settings_t;
+using namespace kit;
 
 namespace {
 
@@ -45,9 +46,9 @@ class spoiled_broker_t {
         rights_check_settings_t made;
         made.port = settings.port;
         made.host_account = "@torlan";
-        made.host_password = "@torlan-pw";
+        made.host_password = password_of("@torlan");
         made.probe_account = "probe";
-        made.probe_password = "probe-pw";
+        made.probe_password = password_of("probe");
         made.connection_topic = settings.connection_topic;
         return made;
     }
@@ -96,7 +97,7 @@ void tst_broker_rights_check_t::own_rules_pass() {
     settings.host_account = broker.settings.host_account;
     settings.host_password = broker.process.host_password();
     settings.probe_account = "probe";
-    settings.probe_password = "probe-pw";
+    settings.probe_password = password_of("probe");
     settings.connection_topic = broker.settings.connection_topic;
     QCOMPARE(broker_rights_check_t(settings).run().error, QString());
 }
@@ -148,12 +149,12 @@ void tst_broker_rights_check_t::nothing_stays_retained() {
     spoiled_broker_t broker;
     QVERIFY(broker.start("none", "", more_acl));
     QCOMPARE(broker_rights_check_t(broker.check_settings()).run().is_ok(), more_acl.isEmpty());
-    mqtt_user_t host;
-    QVERIFY(host.enter(broker.settings.port, "@torlan", "@torlan-pw"));
-    QVERIFY(host.publish("fence", "{}", true));
+    mqtt_client_t host;
+    QCOMPARE(host.sign_in(broker.settings.port, "@torlan", password_of("@torlan")), 0);
+    QCOMPARE(host.publish("fence", "{}", true), 0);
     QVERIFY(host.subscribe("#"));
-    host.wait_for("fence");
-    QCOMPARE(host.messages.size(), 1);
+    host.heard("fence");
+    QCOMPARE(host.messages().size(), 1);
 }
 
 void tst_broker_rights_check_t::wrong_password_is_told() {

@@ -3,12 +3,13 @@
 #include <QTest>
 
 #include "endpoint/endpoint_thread_t.h"
-#include "unit/host/broker/mqtt_user_t.h"
-#include "unit/host/broker/real_broker_t.h"
+#include "kit/mqtt_client_t.h"
+#include "kit/real_broker_t.h"
 
 using comunication::endpoint_thread_t;
 using comunication::mqtt_endpoint_t;
 using comunication::utility::qos_t;
+using namespace kit;
 
 class tst_endpoint_thread_t : public QObject {
     Q_OBJECT
@@ -36,8 +37,8 @@ void tst_endpoint_thread_t::posted_calls_run_on_its_own_thread() {
 void tst_endpoint_thread_t::stop_sends_what_was_posted_before() {
     real_broker_t broker;
     QCOMPARE(broker.start(), QString());
-    mqtt_user_t bob;
-    QVERIFY(bob.enter(broker.settings.port, "bob", "bob-pw"));
+    mqtt_client_t bob;
+    QCOMPARE(bob.sign_in(broker.settings.port, "bob", "bob-password"), 0);
     QVERIFY(bob.subscribe("local/api/v1/bob/#"));
     endpoint_thread_t held(broker.endpoint_settings());
     QSignalSpy connected(held.endpoint(), &mqtt_endpoint_t::connected);
@@ -50,8 +51,8 @@ void tst_endpoint_thread_t::stop_sends_what_was_posted_before() {
         });
     }
     held.stop();
-    QTRY_COMPARE(bob.messages.size(), 500);
-    QCOMPARE(bob.messages.last().payload, QByteArray("{\"n\":499}"));
+    QTRY_COMPARE(bob.messages().size(), 500);
+    QCOMPARE(bob.messages().last().payload, QByteArray("{\"n\":499}"));
 }
 
 void tst_endpoint_thread_t::it_may_be_started_again() {
@@ -87,8 +88,8 @@ void tst_endpoint_thread_t::destruction_amid_a_burst_is_safe() {
         });
     }
     held.reset();
-    mqtt_user_t host;  // the broker is well
-    QVERIFY(host.enter(broker.settings.port, "@torlan", broker.process.host_password()));
+    mqtt_client_t host;  // the broker is well
+    QCOMPARE(host.sign_in(broker.settings.port, "@torlan", broker.process.host_password()), 0);
 }
 
 void tst_endpoint_thread_t::destruction_without_a_broker_is_safe() {

@@ -6,12 +6,13 @@
 #include <QTest>
 
 #include "endpoint/mqtt_endpoint_t.h"
-#include "unit/host/broker/mqtt_user_t.h"
-#include "unit/host/broker/real_broker_t.h"
+#include "kit/mqtt_client_t.h"
+#include "kit/real_broker_t.h"
 
 using comunication::mqtt_endpoint_t;
 using comunication::utility::qos_t;
 using comunication::utility::subscribe_t;
+using namespace kit;
 
 /// The endpoint with a broker that dies, refuses or does not answer.
 class tst_mqtt_endpoint_recovery : public QObject {
@@ -44,18 +45,18 @@ void tst_mqtt_endpoint_recovery::killed_broker_comes_back_with_every_subscriptio
     QCOMPARE(connected.last().first().toBool(), true);
     QCOMPARE(endpoint.counters().reconnects.load(), quint64(1));
 
-    mqtt_user_t host;
-    QVERIFY(host.enter(broker.settings.port, "@torlan", broker.process.host_password()));
-    QVERIFY(host.publish("local/api/v1/alice/status/e-1", "{}"));
+    mqtt_client_t host;
+    QCOMPARE(host.sign_in(broker.settings.port, "@torlan", broker.process.host_password()), 0);
+    QCOMPARE(host.publish("local/api/v1/alice/status/e-1", "{}"), 0);
     QTRY_COMPARE(messages.size(), 1);
-    mqtt_user_t alice;
-    QVERIFY(alice.enter(broker.settings.port, "alice", "alice-pw"));
+    mqtt_client_t alice;
+    QCOMPARE(alice.sign_in(broker.settings.port, "alice", "alice-password"), 0);
     QVERIFY(alice.subscribe("local/api/v1/alice/#"));
-    QVERIFY(alice.publish("local/api/v1/alice/phone/request/x", "{}"));
+    QCOMPARE(alice.publish("local/api/v1/alice/phone/request/x", "{}"), 0);
     QTRY_COMPARE(messages.size(), 2);
     endpoint.publish("local/api/v1/alice/phone/status/x", QJsonObject{}, qos_t::exactly_once, false,
                      false);
-    QCOMPARE(alice.wait_for("local/api/v1/alice/phone/status/x"), QByteArray("{}"));
+    QCOMPARE(alice.heard("local/api/v1/alice/phone/status/x"), QByteArray("{}"));
 }
 
 void tst_mqtt_endpoint_recovery::publishing_while_disconnected_drops_and_counts() {

@@ -3,12 +3,14 @@
 #include <QTest>
 
 #include "endpoint/mqtt_endpoint_t.h"
-#include "unit/host/broker/mqtt_user_t.h"
-#include "unit/host/broker/real_broker_t.h"
+#include "kit/mqtt_client_t.h"
+#include "kit/real_broker_t.h"
+#include "kit/wait_until.h"
 
 using comunication::mqtt_endpoint_t;
 using comunication::utility::qos_t;
 using comunication::utility::subscribe_t;
+using namespace kit;
 
 namespace {
 const QByteArray refusal = R"({"error":400,"message":"Non-compliant payload"})";
@@ -51,7 +53,7 @@ class tst_mqtt_endpoint_t : public QObject {
 
     std::unique_ptr<real_broker_t> broker;
     std::unique_ptr<mqtt_endpoint_t> endpoint;
-    std::unique_ptr<mqtt_user_t> alice;
+    std::unique_ptr<mqtt_client_t> alice;
     std::unique_ptr<QSignalSpy> messages;
 };
 
@@ -59,8 +61,8 @@ void tst_mqtt_endpoint_t::init() {
     broker = std::make_unique<real_broker_t>();
     QCOMPARE(broker->start(), QString());
     connect_endpoint(broker->endpoint_settings());
-    alice = std::make_unique<mqtt_user_t>();
-    QVERIFY(alice->enter(broker->settings.port, "alice", "alice-pw"));
+    alice = std::make_unique<mqtt_client_t>();
+    QCOMPARE(alice->sign_in(broker->settings.port, "alice", "alice-password"), 0);
     QVERIFY(alice->subscribe("local/api/v1/alice/#"));
 }
 
@@ -85,8 +87,8 @@ void tst_mqtt_endpoint_t::request_and_answer_make_a_round_trip() {
     connect(endpoint.get(), &mqtt_endpoint_t::api_message, this,
             [this](const QString&, const QString&, const QString&, const QString&, const QString&,
                    const QJsonObject& _payload) { publish(answer, _payload); });
-    QVERIFY(alice->publish(request, "{\"a\":1}"));
-    QCOMPARE(alice->wait_for(answer), QByteArray("{\"a\":1}"));
+    QCOMPARE(alice->publish(request, "{\"a\":1}"), 0);
+    QCOMPARE(alice->heard(answer), QByteArray("{\"a\":1}"));
     QCOMPARE(messages->size(), 1);
     QCOMPARE(messages->first(), (QVariantList{"v1", "alice", "phone", "request", request,
                                               QJsonObject{{"a", 1}}, false}));
@@ -95,10 +97,10 @@ void tst_mqtt_endpoint_t::request_and_answer_make_a_round_trip() {
 
 void tst_mqtt_endpoint_t::messages_are_emitted_only_while_enabled() {
     endpoint->set_enable_api_message(false);
-    QVERIFY(alice->publish(request, "{\"a\":1}"));
+    QCOMPARE(alice->publish(request, "{\"a\":1}"), 0);
     QTRY_COMPARE(endpoint->counters().received.load(), quint64(1));
     endpoint->set_enable_api_message(true);
-    QVERIFY(alice->publish(request, "{\"a\":2}"));
+    QCOMPARE(alice->publish(request, "{\"a\":2}"), 0);
     QTRY_COMPARE(messages->size(), 1);
     QCOMPARE(messages->first()[5].toJsonObject(), (QJsonObject{{"a", 2}}));
 }
@@ -107,8 +109,8 @@ void tst_mqtt_endpoint_t::own_status_is_not_echoed() {
     endpoint->subscription_status_api(subscribe_t::subscribe);
     publish("local/api/v1/alice/status/e-1", {{"a", 1}}, true);
     publish("local/api/v1/alice/phone/request/own", {{"a", 1}});
-    alice->wait_for("local/api/v1/alice/phone/request/own");
-    QVERIFY(alice->publish(request, "{}"));  // a fence behind what would have been echoed
+    alice->heard("local/api/v1/alice/phone/request/own");
+    QCOMPARE(alice->publish(request, "{}"), 0);  // a fence behind what would have been echoed
     QTRY_COMPARE(messages->size(), 1);
     QCOMPARE(messages->first()[4].toString(), request);
 }
@@ -126,22 +128,22 @@ void tst_mqtt_endpoint_t::subscribing_again_brings_retained_status_again() {
 }
 
 void tst_mqtt_endpoint_t::unsubscribed_status_stays_away() {
-    mqtt_user_t host;
-    QVERIFY(host.enter(broker->settings.port, "@torlan", broker->process.host_password()));
+    mqtt_client_t host;
+    QCOMPARE(host.sign_in(broker->settings.port, "@torlan", broker->process.host_password()), 0);
     endpoint->subscription_status_api(subscribe_t::subscribe);
     endpoint->subscription_status_api(subscribe_t::unsubscribe);
-    QVERIFY(alice->publish(request, "{}"));  // the broker has handled both
+    QCOMPARE(alice->publish(request, "{}"), 0);  // the broker has handled both
     QTRY_COMPARE(messages->size(), 1);
-    QVERIFY(host.publish("local/api/v1/alice/status/e-1", "{}"));
-    QVERIFY(alice->publish(request, "{}"));
+    QCOMPARE(host.publish("local/api/v1/alice/status/e-1", "{}"), 0);
+    QCOMPARE(alice->publish(request, "{}"), 0);
     QTRY_COMPARE(messages->size(), 2);
     QCOMPARE(messages->last()[3].toString(), QString("request"));
 }
 
 void tst_mqtt_endpoint_t::status_without_an_object_is_an_empty_object() {
-    mqtt_user_t host;
-    QVERIFY(host.enter(broker->settings.port, "@torlan", broker->process.host_password()));
-    QVERIFY(host.publish("local/api/v1/alice/status/e-1", "\xff{", true));
+    mqtt_client_t host;
+    QCOMPARE(host.sign_in(broker->settings.port, "@torlan", broker->process.host_password()), 0);
+    QCOMPARE(host.publish("local/api/v1/alice/status/e-1", "\xff{", true), 0);
     endpoint->subscription_status_api(subscribe_t::subscribe);
     QTRY_COMPARE(messages->size(), 1);
     QCOMPARE(messages->first()[5].toJsonObject(), QJsonObject());
@@ -149,13 +151,13 @@ void tst_mqtt_endpoint_t::status_without_an_object_is_an_empty_object() {
 }
 
 void tst_mqtt_endpoint_t::deleted_status_is_not_emitted() {
-    mqtt_user_t host;
-    QVERIFY(host.enter(broker->settings.port, "@torlan", broker->process.host_password()));
+    mqtt_client_t host;
+    QCOMPARE(host.sign_in(broker->settings.port, "@torlan", broker->process.host_password()), 0);
     endpoint->subscription_status_api(subscribe_t::subscribe);
-    QVERIFY(alice->publish(request, "{}"));
+    QCOMPARE(alice->publish(request, "{}"), 0);
     QTRY_COMPARE(messages->size(), 1);
-    QVERIFY(host.publish("local/api/v1/alice/status/e-1", "", true));
-    QVERIFY(host.publish("local/api/v1/alice/status/e-2", "{}", true));
+    QCOMPARE(host.publish("local/api/v1/alice/status/e-1", "", true), 0);
+    QCOMPARE(host.publish("local/api/v1/alice/status/e-2", "{}", true), 0);
     QTRY_COMPARE(messages->size(), 2);
     QCOMPARE(messages->last()[4].toString(), QString("local/api/v1/alice/status/e-2"));
 }
@@ -163,24 +165,24 @@ void tst_mqtt_endpoint_t::deleted_status_is_not_emitted() {
 void tst_mqtt_endpoint_t::stored_retained_request_is_cleared_and_not_emitted() {
     const auto settings = broker->endpoint_settings();
     endpoint.reset();
-    QVERIFY(alice->publish(request, "{\"a\":1}", true));
+    QCOMPARE(alice->publish(request, "{\"a\":1}", true), 0);
     connect_endpoint(settings);
     QTRY_COMPARE(endpoint->counters().retained_requests_cleared.load(), quint64(1));
     QTRY_COMPARE(endpoint->counters().published.load(), quint64(2));
     QVERIFY(messages->isEmpty());
-    mqtt_user_t again;
-    QVERIFY(again.enter(broker->settings.port, "alice", "alice-pw"));
+    mqtt_client_t again;
+    QCOMPARE(again.sign_in(broker->settings.port, "alice", "alice-password"), 0);
     QVERIFY(again.subscribe("local/api/v1/alice/#"));
-    QVERIFY(again.publish(request, "{\"fence\":1}"));
-    QCOMPARE(again.wait_for(request), QByteArray("{\"fence\":1}"));
+    QCOMPARE(again.publish(request, "{\"fence\":1}"), 0);
+    QCOMPARE(again.heard(request), QByteArray("{\"fence\":1}"));
     QCOMPARE(again.count(request), 1);
 }
 
 void tst_mqtt_endpoint_t::live_retained_request_is_cleared_and_not_emitted() {
-    QVERIFY(alice->publish(request, "{\"a\":1}", true));
+    QCOMPARE(alice->publish(request, "{\"a\":1}", true), 0);
     QTRY_COMPARE(endpoint->counters().retained_requests_cleared.load(), quint64(1));
     QTRY_COMPARE(alice->count(request), 2);
-    QCOMPARE(alice->messages.last().payload, QByteArray());
+    QCOMPARE(alice->messages().last().payload, QByteArray());
     QVERIFY(messages->isEmpty());
 }
 
@@ -197,35 +199,35 @@ void tst_mqtt_endpoint_t::request_without_an_object_is_answered_400_data() {
 
 void tst_mqtt_endpoint_t::request_without_an_object_is_answered_400() {
     QFETCH(QByteArray, payload);
-    QVERIFY(alice->publish(request, payload));
-    QCOMPARE(alice->wait_for(answer), refusal);
+    QCOMPARE(alice->publish(request, payload), 0);
+    QCOMPARE(alice->heard(answer), refusal);
     QCOMPARE(endpoint->counters().malformed_answered.load(), quint64(1));
     QVERIFY(messages->isEmpty());
-    mqtt_user_t late;
-    QVERIFY(late.enter(broker->settings.port, "alice", "alice-pw"));
+    mqtt_client_t late;
+    QCOMPARE(late.sign_in(broker->settings.port, "alice", "alice-password"), 0);
     QVERIFY(late.subscribe("local/api/v1/alice/#"));
-    QVERIFY(late.publish(request, "{}"));
-    late.wait_for(request);
+    QCOMPARE(late.publish(request, "{}"), 0);
+    late.heard(request);
     QCOMPARE(late.count(answer), 0);  // not retained
 }
 
 void tst_mqtt_endpoint_t::request_without_payload_is_an_empty_object() {
-    QVERIFY(alice->publish(request, ""));
+    QCOMPARE(alice->publish(request, ""), 0);
     QTRY_COMPARE(messages->size(), 1);
     QCOMPARE(messages->first()[5].toJsonObject(), QJsonObject());
 }
 
 void tst_mqtt_endpoint_t::malformed_request_is_not_answered_while_disabled() {
     endpoint->set_enable_api_message(false);
-    QVERIFY(alice->publish(request, "[]"));
+    QCOMPARE(alice->publish(request, "[]"), 0);
     QTRY_COMPARE(endpoint->counters().received.load(), quint64(1));
     QCOMPARE(endpoint->counters().malformed_answered.load(), quint64(0));
 }
 
 void tst_mqtt_endpoint_t::request_of_a_client_named_status_is_emitted_once() {
     endpoint->subscription_status_api(subscribe_t::subscribe);
-    QVERIFY(alice->publish("local/api/v1/alice/status/request/x", "{}"));
-    QVERIFY(alice->publish(request, "{}"));
+    QCOMPARE(alice->publish("local/api/v1/alice/status/request/x", "{}"), 0);
+    QCOMPARE(alice->publish(request, "{}"), 0);
     QTRY_VERIFY(!messages->isEmpty() && messages->last()[4].toString() == request);
     QCOMPARE(messages->size(), 2);
 }
@@ -236,10 +238,10 @@ void tst_mqtt_endpoint_t::burst_of_20000_retained_is_complete() {
         publish(QStringLiteral("local/api/v1/bob/status/e-%1").arg(i), {{"n", i}}, true);
     }
     QVERIFY(wait_until([this]() { return endpoint->counters().published == total + 1; }, 60'000));
-    mqtt_user_t bob;
-    QVERIFY(bob.enter(broker->settings.port, "bob", "bob-pw"));
+    mqtt_client_t bob;
+    QCOMPARE(bob.sign_in(broker->settings.port, "bob", "bob-password"), 0);
     QVERIFY(bob.subscribe("local/api/v1/bob/#"));
-    QVERIFY(wait_until([&bob]() { return bob.messages.size() == total; }, 60'000));
+    QVERIFY(wait_until([&bob]() { return bob.messages().size() == total; }, 60'000));
     endpoint->subscription_status_api(subscribe_t::subscribe);
     QVERIFY(wait_until([this]() { return messages->size() == total; }, 60'000));
     QCOMPARE(endpoint->counters().dropped_full.load(), quint64(0));
@@ -251,7 +253,7 @@ void tst_mqtt_endpoint_t::publish_without_a_value_deletes_nothing() {
                       qos_t::exactly_once, true, false);
     QCOMPARE(endpoint->counters().refused.load(), quint64(1));
     publish("local/api/v1/alice/status/e-2", {});
-    alice->wait_for("local/api/v1/alice/status/e-2");
+    alice->heard("local/api/v1/alice/status/e-2");
     QCOMPARE(alice->count("local/api/v1/alice/status/e-1"), 1);
 }
 
@@ -261,8 +263,8 @@ void tst_mqtt_endpoint_t::impossible_topic_is_refused_and_counted() {
     publish("local/api/v1/alice/status/elements/objects_list/e 1", {}, true);
     publish("local/api/v1/alice/my phone/status/get/x", {});  // an answer goes where it is asked
     publish(answer, {{"a", 1}});
-    QCOMPARE(alice->wait_for(answer), QByteArray("{\"a\":1}"));
-    QCOMPARE(alice->messages.size(), 2);
+    QCOMPARE(alice->heard(answer), QByteArray("{\"a\":1}"));
+    QCOMPARE(alice->messages().size(), 2);
     QCOMPARE(endpoint->counters().refused.load(), quint64(3));
 }
 
@@ -281,25 +283,23 @@ void tst_mqtt_endpoint_t::full_queue_drops_and_counts() {
 
 void tst_mqtt_endpoint_t::connection_topic_tells_the_state() {
     QVERIFY(alice->subscribe(broker->settings.connection_topic));
-    QCOMPARE(alice->wait_for(broker->settings.connection_topic),
-             QByteArray("{\"state\":\"online\"}"));
-    alice->messages.clear();
+    QCOMPARE(alice->heard(broker->settings.connection_topic), QByteArray("{\"state\":\"online\"}"));
+    alice->forget();
     QSignalSpy stopped(endpoint.get(), &mqtt_endpoint_t::stopped);
     publish(answer, {{"last", 1}});
     endpoint->stop();
     QVERIFY(stopped.size() == 1 || stopped.wait());
-    QCOMPARE(alice->wait_for(broker->settings.connection_topic),
+    QCOMPARE(alice->heard(broker->settings.connection_topic),
              QByteArray("{\"state\":\"offline\"}"));
-    QCOMPARE(alice->wait_for(answer), QByteArray("{\"last\":1}"));
+    QCOMPARE(alice->heard(answer), QByteArray("{\"last\":1}"));
     QCOMPARE(alice->count(broker->settings.connection_topic), 1);  // and no last will
 
-    alice->messages.clear();
+    alice->forget();
     endpoint->start();
-    QCOMPARE(alice->wait_for(broker->settings.connection_topic),
-             QByteArray("{\"state\":\"online\"}"));
-    alice->messages.clear();
+    QCOMPARE(alice->heard(broker->settings.connection_topic), QByteArray("{\"state\":\"online\"}"));
+    alice->forget();
     endpoint.reset();  // without a word: the broker publishes the last will
-    QCOMPARE(alice->wait_for(broker->settings.connection_topic),
+    QCOMPARE(alice->heard(broker->settings.connection_topic),
              QByteArray("{\"state\":\"offline\"}"));
 }
 

@@ -58,8 +58,9 @@ class tst_live_database_t : public QObject {
         QTRY_COMPARE(log.lines, QStringList({"element e-lamp", "access_changed"}));
         log.lines.clear();
         QVERIFY(editor.remove_user("alice").is_ok());
-        QTRY_COMPARE(log.lines, QStringList({"users_changed", "user u-alice", "element e-lamp",
-                                             "element e-night", "access_changed"}));
+        QTRY_COMPARE(log.lines,
+                     QStringList({"users_changed", "user u-alice", "element e-lamp",
+                                  "element e-night", "element e-therm", "access_changed"}));
     }
 
     void setting_a_value_that_only_the_disk_holds_is_seen() {

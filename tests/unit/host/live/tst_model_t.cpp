@@ -41,8 +41,8 @@ class tst_model_t : public QObject {
 
     void a_function_without_item_is_an_invalid_value() {
         const auto functions = data()->getElements()->list("e-lamp")->getFunction_map();
-        QCOMPARE(functions.keys(), QStringList({"dimmer", "execute"}));
-        QVERIFY(!functions.value("dimmer").isValid());
+        QCOMPARE(functions.keys(), QStringList({"dim", "execute", "spare"}));
+        QVERIFY(!functions.value("spare").isValid());
         QCOMPARE(functions.value("execute").toString(), "i-lamp");
     }
 
@@ -54,10 +54,11 @@ class tst_model_t : public QObject {
         QCOMPARE(thermostat->getIdWindowsContact(), "i-win");
         QCOMPARE(data()->getUsers()->getUsernamesAPI(true), QStringList({"alice", "bob"}));
         QCOMPARE(bits("e-lamp", "u-alice"), 3);
-        QCOMPARE(bits("e-lamp", "u-bob"), 2);
+        QCOMPARE(bits("e-lamp", "u-bob"), 1);
+        QCOMPARE(bits("e-therm", "u-bob"), 2);
         QCOMPARE(bits("e-night", "u-bob"), 0);
         QCOMPARE(db->getPersistent()->getTopicbase()->getTopic(), "installation/0001");
-        QCOMPARE(db->getRealtime()->getItems()->list("i-temp")->getValue(), "20.5");
+        QCOMPARE(db->getRealtime()->getItems()->list("i-temp")->getValue(), "21");
         QCOMPARE(db->getRealtime()->getScenary()->list("s-night")->getExecution(), false);
         QCOMPARE(data()->getItems()->getObjects().size(), 5);
         QCOMPARE(data()->getScenary()->getObjects().size(), 1);

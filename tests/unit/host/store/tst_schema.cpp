@@ -47,20 +47,21 @@ class tst_schema : public QObject {
         row("UPDATE functions SET item = 'i-dim' WHERE item = 'i-lamp'", {"elements e-lamp"});
         row("UPDATE functions SET item = item", {});
         row("DELETE FROM functions WHERE element = 'e-night'", {"elements e-night"});
-        row("UPDATE permissions SET bits = 1 WHERE user = 'u-bob'", {"elements e-lamp"});
+        row("UPDATE permissions SET bits = 3 WHERE user = 'u-bob'",
+            {"elements e-lamp", "elements e-therm"});
         row("UPDATE permissions SET bits = bits", {});
         row("DELETE FROM permissions WHERE element = 'e-night'", {"elements e-night"});
-        row("INSERT INTO permissions VALUES ('u-bob', 'e-therm', 1)", {"elements e-therm"});
+        row("INSERT INTO permissions VALUES ('u-bob', 'e-night', 1)", {"elements e-night"});
         row("DELETE FROM users WHERE id = 'u-alice'",
-            {"elements e-lamp", "elements e-night", "users u-alice"});
+            {"elements e-lamp", "elements e-night", "elements e-therm", "users u-alice"});
         row("INSERT INTO users VALUES ('u-eve', 'eve', 'hash')", {"users u-eve"});
         row("UPDATE users SET password_hash = 'new' WHERE id = 'u-bob'", {"passwords u-bob"});
         row("UPDATE users SET username = 'rob' WHERE id = 'u-bob'",
-            {"elements e-lamp", "users u-bob"});
+            {"elements e-lamp", "elements e-therm", "users u-bob"});
         row("UPDATE users SET id = 'u-rob' WHERE id = 'u-bob'",
-            {"elements e-lamp", "users u-bob", "users u-rob"});
+            {"elements e-lamp", "elements e-therm", "users u-bob", "users u-rob"});
         row("INSERT OR REPLACE INTO users VALUES ('u-eve', 'bob', 'hash')",
-            {"elements e-lamp", "users u-bob", "users u-eve"});
+            {"elements e-lamp", "elements e-therm", "users u-bob", "users u-eve"});
         row("UPDATE meta SET value = 'other'", {"meta topic"});
     }
     void a_write_reports_what_it_affects() {

@@ -20,7 +20,7 @@ class tst_sqlite_store_t : public QObject {
         QCOMPARE(whole.elements, sample::installation().elements);
         QCOMPARE(whole.permissions, sample::installation().permissions);
         QVERIFY(whole == sample::installation());
-        QVERIFY(whole.elements["e-lamp"].functions["dimmer"].isNull());
+        QVERIFY(whole.elements["e-lamp"].functions["spare"].isNull());
     }
 
     void flags_keep_their_sign_and_their_top_bit() {

@@ -26,8 +26,8 @@ class tst_store_editor_t : public QObject {
     void a_user_may_be_named_by_id_or_by_name() {
         QFETCH(QString, user);
         store_editor_t editor(store->connection());
-        QVERIFY(editor.grant(user, "e-therm", 1).is_ok());
-        QCOMPARE(now().permissions["u-bob"]["e-therm"], 1);
+        QVERIFY(editor.grant(user, "e-night", 1).is_ok());
+        QCOMPARE(now().permissions["u-bob"]["e-night"], 1);
         QVERIFY(editor.set_password(user, "secret-hash").is_ok());
         QCOMPARE(now().users["u-bob"].password_hash, "secret-hash");
         QVERIFY(editor.remove_user(user).is_ok());

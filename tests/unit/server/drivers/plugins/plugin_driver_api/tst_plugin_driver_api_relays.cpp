@@ -5,7 +5,7 @@
 #include "drivers/plugins/plugin_driver_api/plugin_driver_api_t.h"
 #include "fakes/endpoint_thread_t.h"
 #include "fakes/recording_logger_t.h"
-#include "fakes/small_home.h"
+#include "kit/furnish.h"
 #include "kit/queued_calls_t.h"
 
 using interfaces::mqtt_server_t;
@@ -18,7 +18,7 @@ class tst_plugin_driver_api_relays : public QObject {
     void init() {
         logger = std::make_unique<fakes::recording_logger_t>();
         home = std::make_unique<fakes::memory_database_t>();
-        fakes::furnish(*home);
+        kit::furnish(*home);
         endpoint = std::make_unique<fakes::endpoint_thread_t>();
         driver = std::make_unique<plugin_driver_api_t>();
         QVERIFY(driver->init_database(home->get()));

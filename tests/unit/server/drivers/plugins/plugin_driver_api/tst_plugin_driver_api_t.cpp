@@ -6,7 +6,7 @@
 #include "drivers/plugins/plugin_driver_api/mqtt/api_v1/mqtt_server_api_v1_t.h"
 #include "fakes/endpoint_thread_t.h"
 #include "fakes/recording_logger_t.h"
-#include "fakes/small_home.h"
+#include "kit/furnish.h"
 
 using interfaces::data_api_elements_t;
 using interfaces::mqtt_server_api_v1_t;
@@ -24,7 +24,7 @@ class tst_plugin_driver_api_t : public QObject {
     void init() {
         logger = std::make_unique<fakes::recording_logger_t>();
         home = std::make_unique<fakes::memory_database_t>();
-        fakes::furnish(*home);
+        kit::furnish(*home);
         endpoint = std::make_unique<fakes::endpoint_thread_t>();
         driver = std::make_unique<plugin_driver_api_t>();
     }

@@ -18,19 +18,23 @@ class tst_type_source_exec_cmd_t : public QObject {
     void constants_have_names_and_numbers_data() {
         QTest::addColumn<const cmd_t*>("constant");
         QTest::addColumn<int>("number");
-        QTest::newRow("user") << &cmd_t::user << 0;
-        QTest::newRow("system") << &cmd_t::system << 1;
-        QTest::newRow("scene") << &cmd_t::scene << 2;
-        QTest::newRow("scheduler") << &cmd_t::scheduler << 3;
-        QTest::newRow("rule") << &cmd_t::rule << 4;
-        QTest::newRow("thermo") << &cmd_t::thermo << 5;
-        QTest::newRow("lockfunction") << &cmd_t::lockfunction << 6;
-        QTest::newRow("presencesimulation") << &cmd_t::presencesimulation << 7;
-        QTest::newRow("unknown") << &cmd_t::unknown << 8;
+        QTest::addColumn<QString>("name");
+        const auto row = [](const char* name, const cmd_t* constant, int number) {
+            QTest::newRow(name) << constant << number << QString::fromLatin1(name);
+        };
+        row("user", &cmd_t::user, 0);
+        row("system", &cmd_t::system, 1);
+        row("scene", &cmd_t::scene, 2);
+        row("scheduler", &cmd_t::scheduler, 3);
+        row("rule", &cmd_t::rule, 4);
+        row("thermo", &cmd_t::thermo, 5);
+        row("lockfunction", &cmd_t::lockfunction, 6);
+        row("presencesimulation", &cmd_t::presencesimulation, 7);
+        row("unknown", &cmd_t::unknown, 8);
     }
     void constants_have_names_and_numbers() {
         QFETCH(const cmd_t*, constant);
-        const QString name = QTest::currentDataTag();
+        QFETCH(const QString, name);
         QCOMPARE(constant->ToString(), name);
         QTEST(constant->number(), "number");
         QCOMPARE(cmd_t::map.value(name), constant);

@@ -6,7 +6,7 @@
 
 #include "drivers/plugins/plugin_driver_api/mqtt/api_v1/mqtt_server_api_v1_t.h"
 #include "drivers/plugins/plugin_driver_api/mqtt/mqtt_server_t.h"
-#include "fakes/settle.h"
+#include "kit/settle.h"
 #include "unit/server/drivers/plugins/plugin_driver_api/mqtt/support/furnished_test_t.h"
 
 using interfaces::data_api_elements_t;
@@ -63,7 +63,7 @@ class tst_mqtt_server_acl : public furnished_test_t {
         QSignalSpy published(server.get(), &mqtt_server_t::publish_message);
         server->init_route_path(true);
         QVERIFY(seen.isEmpty());  // enable_change comes through the queue
-        fakes::settle();
+        kit::settle();
         QCOMPARE(seen, (QStringList{latin("0 timer 0 elements 0"), latin("1 timer 1 elements 0")}));
         QCOMPARE(elements->get_data_api_elements().size(), 3);
         QVERIFY(elements->getEnabled());
@@ -91,14 +91,14 @@ class tst_mqtt_server_acl : public furnished_test_t {
         finish_debounce();
         QSignalSpy subscribed(server.get(), &mqtt_server_t::subscription_status_api);
         server->init_route_path(false);
-        fakes::settle();
+        kit::settle();
         QVERIFY(!elements->getEnabled());
         QVERIFY(elements->get_data_api_elements().isEmpty());
         QVERIFY(subscribed.isEmpty());
         // The signals of single ACL changes stay connected.
         QSignalSpy deleted(server.get(), &mqtt_server_t::publish_delete_message);
         Q_EMIT elements->remove_acl_element(latin("alice"), latin("gone"));
-        fakes::settle();
+        kit::settle();
         QVERIFY(first_arguments(deleted).contains(topic("alice", "gone")));
     }
 
@@ -111,7 +111,7 @@ class tst_mqtt_server_acl : public furnished_test_t {
     void a_second_start_announces_again() {
         start();
         server->init_route_path(false);
-        fakes::settle();
+        kit::settle();
         QSignalSpy subscribed(server.get(), &mqtt_server_t::subscription_status_api);
         QSignalSpy published(server.get(), &mqtt_server_t::publish_message);
         start();
@@ -139,7 +139,7 @@ class tst_mqtt_server_acl : public furnished_test_t {
         QSignalSpy fired(timer(), &QTimer::timeout);
         for (int i = 0; i < 10; ++i) {
             Q_EMIT elements->acl_changes();
-            fakes::settle();
+            kit::settle();
             QVERIFY(timer()->isActive());
         }
         QVERIFY(fired.isEmpty());
@@ -152,7 +152,7 @@ class tst_mqtt_server_acl : public furnished_test_t {
         timer()->start(5000);
         timer()->setInterval(10000);
         Q_EMIT elements->acl_changes();
-        fakes::settle();
+        kit::settle();
         QVERIFY(timer()->remainingTime() > 9000);
     }
 
@@ -162,7 +162,7 @@ class tst_mqtt_server_acl : public furnished_test_t {
         QSignalSpy deleted(server.get(), &mqtt_server_t::publish_delete_message);
         QSignalSpy subscribed(server.get(), &mqtt_server_t::subscription_status_api);
         finish_debounce();
-        fakes::settle();
+        kit::settle();
         QVERIFY(!timer()->isActive());
         QVERIFY(published.isEmpty() && deleted.isEmpty() && subscribed.isEmpty());
     }
@@ -172,7 +172,7 @@ class tst_mqtt_server_acl : public furnished_test_t {
         finish_debounce();
         QSignalSpy deleted(server.get(), &mqtt_server_t::publish_delete_message);
         elements->reset();  // withdraws element by element, each with an acl_changes()
-        fakes::settle();
+        kit::settle();
         QCOMPARE(first_arguments(deleted),
                  (QStringList{topic("alice", "e-lamp"), topic("alice", "e-night"),
                               topic("alice", "e-therm"), topic("bob", "e-lamp"),
@@ -211,7 +211,7 @@ class tst_mqtt_server_acl : public furnished_test_t {
         QSignalSpy deleted(server.get(), &mqtt_server_t::publish_delete_message);
         QSignalSpy published(server.get(), &mqtt_server_t::publish_message);
         Q_EMIT elements->add_acl_element(latin("bob"), latin("e-lamp"), word);
-        fakes::settle();
+        kit::settle();
         QCOMPARE(deleted, (QList<QList<QVariant>>(deletions, {topic("bob", "e-lamp"), true})));
         QCOMPARE(first_arguments(published), QStringList(publications, topic("bob", "e-lamp")));
         QCOMPARE(timer()->isActive(), waiting);
@@ -222,7 +222,7 @@ class tst_mqtt_server_acl : public furnished_test_t {
         QSignalSpy deleted(server.get(), &mqtt_server_t::publish_delete_message);
         timer()->stop();
         Q_EMIT elements->add_acl_element(latin("bob"), latin("e-lamp"), latin("deny"));
-        fakes::settle();
+        kit::settle();
         QCOMPARE(deleted, (QList<QList<QVariant>>{{topic("bob", "e-lamp"), true}}));
     }
 
@@ -239,7 +239,7 @@ class tst_mqtt_server_acl : public furnished_test_t {
         }
         QSignalSpy deleted(server.get(), &mqtt_server_t::publish_delete_message);
         Q_EMIT elements->remove_acl_element(latin("alice"), latin("e-night"));
-        fakes::settle();
+        kit::settle();
         QCOMPARE(first_arguments(deleted),
                  waiting ? QStringList() : QStringList{topic("alice", "e-night")});
     }
@@ -251,12 +251,12 @@ class tst_mqtt_server_acl : public furnished_test_t {
         Q_EMIT elements->remove_acl_element(latin("a"), latin("x"));
         Q_EMIT elements->add_acl_element(latin("a"), latin("y"), latin("deny"));
         QVERIFY(deleted.isEmpty());
-        fakes::settle();
+        kit::settle();
         QCOMPARE(deleted.size(), 2);
         server->init_event_modify_acl(false);
         Q_EMIT elements->remove_acl_element(latin("a"), latin("x"));
         Q_EMIT elements->add_acl_element(latin("a"), latin("y"), latin("deny"));
-        fakes::settle();
+        kit::settle();
         QCOMPARE(deleted.size(), 2);
     }
 
@@ -268,7 +268,7 @@ class tst_mqtt_server_acl : public furnished_test_t {
         finish_debounce();
         server->clean_up_topic_element();
         QCOMPARE(subscribed, (QList<QList<QVariant>>{{false}, {true}}));
-        fakes::settle();
+        kit::settle();
         QVERIFY(!timer()->isActive());
         server->clean_up_topic_element();
         QCOMPARE(subscribed.size(), 4);
@@ -278,7 +278,7 @@ class tst_mqtt_server_acl : public furnished_test_t {
     QTimer* timer() const { return server->findChild<QTimer*>(); }
     void start() {
         server->init_route_path(true);
-        fakes::settle();
+        kit::settle();
     }
     /// Lets the wait end now instead of after its 10 seconds.
     void finish_debounce() {

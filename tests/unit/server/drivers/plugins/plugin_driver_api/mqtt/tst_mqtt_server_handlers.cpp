@@ -6,8 +6,8 @@
 
 #include "drivers/plugins/plugin_driver_api/mqtt/api_v1/mqtt_server_api_v1_t.h"
 #include "drivers/plugins/plugin_driver_api/mqtt/mqtt_server_t.h"
-#include "fakes/settle.h"
 #include "kit/opened.h"
+#include "kit/settle.h"
 #include "unit/server/drivers/plugins/plugin_driver_api/data/receivers.h"
 #include "unit/server/drivers/plugins/plugin_driver_api/mqtt/support/furnished_test_t.h"
 #include "unit/server/drivers/plugins/plugin_driver_api/mqtt/support/recording_handler_t.h"
@@ -62,7 +62,7 @@ class tst_mqtt_server_handlers : public furnished_test_t {
     void a_pass_that_is_due_runs_after_the_api_was_switched_off() {
         start();
         server->init_route_path(false);
-        fakes::settle();
+        kit::settle();
         QVERIFY(!elements->getEnabled());
         notes();
         finish_debounce();
@@ -79,7 +79,7 @@ class tst_mqtt_server_handlers : public furnished_test_t {
         server->clean_up_topic_element();
         QCOMPARE(notes(), (QStringList{latin("subscribe 0"), latin("subscribe 1"), latin("acl")}));
         QCOMPARE(version_2->acl, elements->get_data_api_elements_acl());
-        fakes::settle();
+        kit::settle();
         QVERIFY(!timer()->isActive());
     }
 
@@ -108,7 +108,7 @@ class tst_mqtt_server_handlers : public furnished_test_t {
         QSignalSpy deleted(server.get(), &mqtt_server_t::publish_delete_message);
         Q_EMIT elements->add_acl_element(latin("alice"), latin("e-lamp"), latin("read"));
         Q_EMIT elements->add_acl_element(latin("alice"), latin("e-lamp"), latin("write"));
-        fakes::settle();
+        kit::settle();
         QCOMPARE(notes(), QStringList{latin("user alice e-lamp")});
         QCOMPARE(deleted.size(), 2);
         QVERIFY(deleted.contains(QList<QVariant>{latin("v2/alice/e-lamp"), true}));
@@ -127,7 +127,7 @@ class tst_mqtt_server_handlers : public furnished_test_t {
     void the_last_enabled_version_keeps_the_api_on() {
         start();
         version_1()->setEnable(false);
-        fakes::settle();
+        kit::settle();
         QVERIFY(elements->getEnabled());
         QCOMPARE(elements->get_data_api_elements().size(), 3);
         version_2->setEnable(false);
@@ -182,7 +182,7 @@ class tst_mqtt_server_handlers : public furnished_test_t {
     }
     void start() {
         server->init_route_path(true);
-        fakes::settle();
+        kit::settle();
         notes();
     }
     /// Lets the wait end now instead of after its 10 seconds.

@@ -5,8 +5,8 @@
 #include <mutex>
 
 #include "drivers/plugins/plugin_driver_api/mqtt/mqtt_server_t.h"
-#include "fakes/settle.h"
 #include "kit/opened.h"
+#include "kit/settle.h"
 #include "kit/waiting_call_t.h"
 #include "unit/server/drivers/plugins/plugin_driver_api/mqtt/support/furnished_test_t.h"
 
@@ -50,7 +50,7 @@ class tst_mqtt_server_locks : public furnished_test_t {
 
     void switching_off_is_one_transition_with_the_reset() {
         server->enable_change(QStringLiteral("v1"), true);
-        fakes::settle();
+        kit::settle();
         follow();
         server->enable_change(QStringLiteral("v1"), false);
         QCOMPARE(seen,

@@ -7,8 +7,8 @@
 
 #include "drivers/plugins/plugin_driver_api/mqtt/api_v1/mqtt_server_api_v1_t.h"
 #include "fakes/recording_logger_t.h"
-#include "fakes/settle.h"
 #include "kit/queued_calls_t.h"
+#include "kit/settle.h"
 #include "unit/server/drivers/plugins/plugin_driver_api/mqtt/support/furnished_test_t.h"
 
 using interfaces::mqtt_server_api_v1_t;
@@ -68,7 +68,7 @@ class tst_mqtt_server_t : public furnished_test_t {
         QSignalSpy published(server.get(), &mqtt_server_t::publish_message);
         QSignalSpy deleted(server.get(), &mqtt_server_t::publish_delete_message);
         server->handlerMessage(version, latin("alice"), {}, type, stale_topic(), {}, true);
-        fakes::settle();
+        kit::settle();
         QVERIFY(published.isEmpty() && deleted.isEmpty());
         QCOMPARE(logger->lines().size(), 1);
         const auto line = logger->lines().constFirst();
@@ -86,7 +86,7 @@ class tst_mqtt_server_t : public furnished_test_t {
                                    latin("local/api/v1/alice/x/request/nothing"), {}, retain);
         }
         QVERIFY(published.isEmpty());
-        fakes::settle();
+        kit::settle();
         QCOMPARE(published.size(), 2);
         QCOMPARE(published[0][0].toString(), latin("local/api/v1/alice/x/status/nothing"));
         QCOMPARE(published[0][1].toJsonObject().value(latin("error")).toInt(), 405);
@@ -132,7 +132,7 @@ class tst_mqtt_server_t : public furnished_test_t {
         logger->clear();
         server->onUpdateElement(latin("e-night"), {});
         server->onUpdateElements({latin("e-night"), latin("e-therm")});
-        fakes::settle();
+        kit::settle();
         QCOMPARE(published.size(), 3);
         QVERIFY(published[0][2].toBool());
         QVERIFY(logger->lines().isEmpty());
@@ -143,7 +143,7 @@ class tst_mqtt_server_t : public furnished_test_t {
         QSignalSpy published(server.get(), &mqtt_server_t::publish_message);
         Q_EMIT elements->value_change(latin("e-lamp"), {latin("dim")});
         QVERIFY(published.isEmpty());
-        fakes::settle();
+        kit::settle();
         QCOMPARE(published.size(), 2);
         QCOMPARE(
             published[0][1].toJsonObject()[latin("data")][latin("functions")].toObject().keys(),
@@ -157,7 +157,7 @@ class tst_mqtt_server_t : public furnished_test_t {
         QSignalSpy subscribed(server.get(), &mqtt_server_t::subscription_status_api);
         logger->clear();
         Q_EMIT elements->on_reset_api_elements(true, {latin("e-lamp")});
-        fakes::settle();
+        kit::settle();
         QVERIFY(published.isEmpty() && deleted.isEmpty() && subscribed.isEmpty());
         QVERIFY(logger->lines().isEmpty());
     }
@@ -166,12 +166,12 @@ class tst_mqtt_server_t : public furnished_test_t {
         start();
         const kit::queued_calls_t calls(server.get());
         Q_EMIT elements->on_reset_api_elements(true, {});
-        fakes::settle();
+        kit::settle();
         QCOMPARE(calls.count, 0);
         Q_EMIT elements->value_change(latin("gone"), {});
         Q_EMIT elements->add_acl_element(latin("a"), latin("gone"), latin("none"));
         Q_EMIT elements->remove_acl_element(latin("a"), latin("gone"));
-        fakes::settle();
+        kit::settle();
         QCOMPARE(calls.count, 3);
     }
 
@@ -181,7 +181,7 @@ class tst_mqtt_server_t : public furnished_test_t {
         server->init_event(true);
         QSignalSpy published(server.get(), &mqtt_server_t::publish_message);
         Q_EMIT elements->value_change(latin("e-night"), {});
-        fakes::settle();
+        kit::settle();
         QCOMPARE(published.size(), 1);
     }
 
@@ -190,23 +190,23 @@ class tst_mqtt_server_t : public furnished_test_t {
         server->init_event(true);
         server->init_event(true);
         server->init_event(false);
-        fakes::settle();
+        kit::settle();
         QSignalSpy published(handler(), &mqtt_server_api_v1_t::publish_message);
         timer()->stop();
         Q_EMIT elements->value_change(latin("e-night"), {});
         Q_EMIT elements->acl_changes();
-        fakes::settle();
+        kit::settle();
         QVERIFY(published.isEmpty());
         QVERIFY(!timer()->isActive());
     }
 
     void a_stop_connects_the_publications_and_never_undoes_them() {
         server->init_route_path(false);
-        fakes::settle();
+        kit::settle();
         QSignalSpy published(server.get(), &mqtt_server_t::publish_message);
         Q_EMIT handler()->publish_message(latin("t"), {{latin("a"), 1}}, true);
         QVERIFY(published.isEmpty());
-        fakes::settle();
+        kit::settle();
         QCOMPARE(published.size(), 1);
         QCOMPARE(published[0], (QList<QVariant>{latin("t"), QJsonObject{{latin("a"), 1}}, true}));
     }
@@ -218,11 +218,11 @@ class tst_mqtt_server_t : public furnished_test_t {
         server->handlerMessage(latin("v1"), latin("alice"), {}, latin("request"),
                                latin("local/api/v1/alice/x/request/get/elements/objects_list"), {},
                                false);
-        fakes::settle();
+        kit::settle();
         QCOMPARE(published[0][1].toJsonObject(), (QJsonObject{{latin("data"), QJsonObject()}}));
         server->init_event_modify_acl(false);
         server->init_route_path(false);
-        fakes::settle();
+        kit::settle();
     }
 
     void destruction_takes_handler_and_timer() {
@@ -233,7 +233,7 @@ class tst_mqtt_server_t : public furnished_test_t {
         QVERIFY(version_1.isNull() && debounce.isNull());
         QCOMPARE(logger->count(latin("Destructor v1")), 1);
         Q_EMIT elements->acl_changes();
-        fakes::settle();
+        kit::settle();
     }
 
  private:
@@ -244,12 +244,12 @@ class tst_mqtt_server_t : public furnished_test_t {
     }
     void start() {
         server->init_route_path(true);
-        fakes::settle();
+        kit::settle();
     }
     void status(const QString& _topic, bool _retain) {
         server->handlerMessage(latin("v1"), _topic.section(QLatin1Char('/'), 3, 3), {},
                                latin("status"), _topic, {}, _retain);
-        fakes::settle();
+        kit::settle();
     }
 
     std::unique_ptr<fakes::recording_logger_t> logger;

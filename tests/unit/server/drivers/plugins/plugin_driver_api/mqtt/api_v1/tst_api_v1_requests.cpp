@@ -4,7 +4,7 @@
 #include <QTest>
 
 #include "drivers/plugins/plugin_driver_api/data/data_api_elements_t.h"
-#include "fakes/small_home.h"
+#include "kit/furnish.h"
 
 namespace v1 = interfaces::v1;
 
@@ -43,7 +43,7 @@ class tst_api_v1_requests : public QObject {
  private Q_SLOTS:
     void init() {
         home = std::make_unique<fakes::memory_database_t>();
-        fakes::furnish(*home);
+        kit::furnish(*home);
         elements = std::make_unique<interfaces::data_api_elements_t>(home->get(), nullptr);
         elements->setEnabled(true);
     }

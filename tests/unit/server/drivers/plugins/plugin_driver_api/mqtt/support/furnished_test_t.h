@@ -4,14 +4,14 @@
 #include <memory>
 
 #include "drivers/plugins/plugin_driver_api/data/data_api_elements_t.h"
-#include "fakes/small_home.h"
+#include "kit/furnish.h"
 
 /// A test on the small home: the database and the collection of its elements, new for each slot.
 class furnished_test_t : public QObject {
  protected:
     void furnish(bool _elements_enabled) {
         home = std::make_unique<fakes::memory_database_t>();
-        fakes::furnish(*home);
+        kit::furnish(*home);
         elements = std::make_unique<interfaces::data_api_elements_t>(home->get(), nullptr);
         elements->setEnabled(_elements_enabled);
     }

@@ -1,26 +1,19 @@
 #pragma once
 
-#include <QTcpServer>
-#include <QTest>
-
 #include "accounts/broker_hash.h"
 #include "broker/broker_process_t.h"
 #include "endpoint/endpoint_settings_t.h"
+#include "kit/free_port.h"
+#include "kit/password_of.h"
 
-/// A port of 127.0.0.1 that nobody listens on.
-inline quint16 free_port() {
-    QTcpServer server;
-    server.listen(QHostAddress::LocalHost, 0);
-    return server.serverPort();
-}
+namespace kit {
 
-/// The real broker on a free port, with the users "alice" and "bob" whose passwords are their
-/// names followed by "-pw".
+/// The real broker on a free port, with the users "alice" and "bob".
 class real_broker_t {
  public:
     static accounts::broker_account_t account(const QString& _name, const QString& _password = {}) {
         return {_name, accounts::make_password_hash(
-                           _password.isEmpty() ? _name + QStringLiteral("-pw") : _password, 10)};
+                           _password.isEmpty() ? password_of(_name) : _password, 10)};
     }
 
     static QList<accounts::broker_account_t> both() {
@@ -57,3 +50,5 @@ class real_broker_t {
     const broker::broker_settings_t settings;
     broker::broker_process_t process;
 };
+
+}  // namespace kit

@@ -3,11 +3,12 @@
 #include <QJsonObject>
 
 #include "fakes/memory_database_t.h"
+#include "kit/small_home.h"
 
-namespace support {
+namespace kit {
 
-/// Fills @p _db from an installation document. Permissions are given by their words.
-inline void furnish_from(const QJsonObject& _document, fakes::memory_database_t& _db) {
+/// Fills @p _db from an installation document.
+inline void furnish(fakes::memory_database_t& _db, const QJsonObject& _document = small_home()) {
     const auto each = [](const QJsonObject& object, const auto& take) {
         for (auto entry = object.begin(); entry != object.end(); ++entry) {
             take(entry.key(), entry.value().toObject());
@@ -55,4 +56,4 @@ inline void furnish_from(const QJsonObject& _document, fakes::memory_database_t&
     });
 }
 
-}  // namespace support
+}  // namespace kit

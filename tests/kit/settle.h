@@ -3,7 +3,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 
-namespace fakes {
+namespace kit {
 
 /// Handles everything that is queued in this thread and what follows from it: a change crosses
 /// at most a handful of queued connections. Timers that are not due yet do not run.
@@ -14,4 +14,4 @@ inline void settle() {
     }
 }
 
-}  // namespace fakes
+}  // namespace kit

@@ -1,26 +1,13 @@
 #pragma once
 
-#include <QFile>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QString>
 
+#include "kit/mqtt_client_t.h"
+#include "kit/password_of.h"
 #include "system/support/host_process_t.h"
-#include "system/support/mqtt_client_t.h"
 
 namespace support {
-
-/// The installation of tests/data/small_home.json: alice readwrite on four elements, bob read and
-/// carol write on the lamp, dave nothing. A password is the name and "-password".
-inline QJsonObject small_home() {
-    QFile file(QStringLiteral(TORLAN_TEST_DATA "/small_home.json"));
-    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object()
-                                          : QJsonObject();
-}
-
-inline QString password_of(const QString& _username) {
-    return _username + QStringLiteral("-password");
-}
 
 /// "local/api/v1/<user>/me/request/<verb>/elements/objects_list[/<id>]".
 inline QString request_topic(const QString& _username, const QString& _verb,
@@ -48,8 +35,9 @@ inline QString value_in(const QJsonObject& _packet, const QString& _function) {
 }
 
 /// Signs _username in and subscribes everything that it may read.
-inline bool join(mqtt_client_t& _client, const host_process_t& _host, const QString& _username) {
-    return _client.sign_in(_host.port(), _username, password_of(_username)) == 0 &&
+inline bool join(kit::mqtt_client_t& _client, const host_process_t& _host,
+                 const QString& _username) {
+    return _client.sign_in(_host.port(), _username, kit::password_of(_username)) == 0 &&
            _client.subscribe(QStringLiteral("local/api/v1/%1/#").arg(_username));
 }
 
