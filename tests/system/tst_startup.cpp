@@ -155,7 +155,11 @@ void tst_startup::an_installation_comes_through_a_pipe_once() {
     host_process_t host;
     const QString pipe = host.data() + "/pipe";
     QCOMPARE(::mkfifo(qPrintable(pipe), 0600), 0);
-    const QByteArray home = QJsonDocument(small_home()).toJson();
+    QJsonObject document = small_home();
+    QJsonObject users = document.value("users").toObject();
+    users.insert("u-alice", QJsonObject{{"username", "alice"}, {"password", "alice-password"}});
+    document.insert("users", users);
+    const QByteArray home = QJsonDocument(document).toJson();
     std::thread writer([&]() {
         QFile file(pipe);
         if (file.open(QIODevice::WriteOnly)) {
