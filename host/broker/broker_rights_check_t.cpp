@@ -32,17 +32,13 @@ broker_rights_check_t::broker_rights_check_t(const rights_check_settings_t& _set
 broker_rights_check_t::~broker_rights_check_t() = default;
 
 void broker_rights_check_t::set_up_connections() {
-    connect(&limit, &QTimer::timeout, this, [this]() {
-        fail(QStringLiteral("The broker did not answer the check of its rights in time."));
-        host.abandon();
-        conclude();
-    });
+    connect(&limit, &QTimer::timeout, this, &broker_rights_check_t::on_limit);
     connect(&host, &mosquitto_client_t::opened, this, [this]() {
         host.subscribe(QStringLiteral("#"), qos_t::at_least_once, mosquitto_client_t::no_local);
     });
     connect(&host, &mosquitto_client_t::subscribed, this,
             [this](int, bool _accepted) { on_host_subscribed(_accepted); });
-    connect(&host, &mosquitto_client_t::delivered, this, [this]() { on_host_delivered(); });
+    connect(&host, &mosquitto_client_t::delivered, this, &broker_rights_check_t::on_host_delivered);
     connect(&host, &mosquitto_client_t::received, this, &broker_rights_check_t::on_host_received);
     connect(&probe, &mosquitto_client_t::received, this, &broker_rights_check_t::on_probe_received);
     connect(&probe, &mosquitto_client_t::opened, this, [this]() {
@@ -94,6 +90,18 @@ result_t broker_rights_check_t::run() {
     return result;
 }
 
+void broker_rights_check_t::on_limit() {
+    const bool late = stage == stage_t::ending;
+    fail(QStringLiteral("The broker did not answer the check of its rights in time."));
+    end(failure);
+    if (late || !host.is_open()) {
+        host.abandon();
+        conclude();
+    } else {
+        limit.start(settings.timeout);  // for taking back what was retained
+    }
+}
+
 void broker_rights_check_t::on_host_subscribed(bool _accepted) {
     if (!_accepted) {
         fail(QStringLiteral("The broker does not let the host read every topic."));
@@ -103,7 +111,10 @@ void broker_rights_check_t::on_host_subscribed(bool _accepted) {
     send(host, forbidden.foreign_status, true);
 }
 
-void broker_rights_check_t::on_host_delivered() {
+void broker_rights_check_t::on_host_delivered(int _id) {
+    if (stage == stage_t::ending && clearing.remove(_id) && clearing.isEmpty()) {
+        host.close(false);
+    }
     if (stage == stage_t::preparing) {
         stage = stage_t::probing;
         probe.open({settings.host,
@@ -123,6 +134,7 @@ void broker_rights_check_t::on_probe_subscribed() {
         send(host, topic, false);
     }
     send(host, own + QStringLiteral("/status/") + token, false);
+    stage = stage_t::fenced;
     for (const QString& topic : forbidden.all()) {
         send(probe, topic, false);
         send(probe, topic, true);
@@ -154,13 +166,16 @@ void broker_rights_check_t::on_probe_received(const QString& _topic) {
 
 void broker_rights_check_t::meet_fence(bool& _fence) {
     _fence = true;
-    if (host_fence && probe_fence && anonymous_refused) {
+    if (host_fence && !failure.is_ok()) {
+        end(failure);
+    } else if (host_fence && probe_fence && anonymous_refused) {
         end({});
     }
 }
 
 void broker_rights_check_t::on_closed(const QString& _who, const QString& _reason) {
     fail(QStringLiteral("The broker does not let %1 in: %2.").arg(_who, _reason));
+    end(failure);
 }
 
 void broker_rights_check_t::send(mosquitto_client_t& _client, const QString& _topic, bool _retain) {
@@ -169,7 +184,13 @@ void broker_rights_check_t::send(mosquitto_client_t& _client, const QString& _to
 }
 
 void broker_rights_check_t::fail(const QString& _sentence) {
-    end(result_t::failed(_sentence));
+    if (failure.is_ok()) {
+        failure = result_t::failed(_sentence);
+    }
+    // What the probe has sent and the broker not yet read could be retained after the clearing.
+    if (stage != stage_t::fenced || host_fence) {
+        end(failure);
+    }
 }
 
 void broker_rights_check_t::end(const result_t& _verdict) {
@@ -186,9 +207,9 @@ void broker_rights_check_t::end(const result_t& _verdict) {
     }
     // What was retained goes before the host does.
     for (const QString& topic : forbidden.all()) {
-        host.publish({topic.toUtf8(), {}, qos_t::at_most_once, true});
+        clearing.insert(host.publish({topic.toUtf8(), {}, qos_t::at_least_once, true}));
     }
-    host.close(false);
+    clearing.remove(0);
 }
 
 void broker_rights_check_t::conclude() {

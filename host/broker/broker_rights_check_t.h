@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QSet>
 #include <QTimer>
 
 #include "base/result_t.h"
@@ -19,7 +20,7 @@ struct rights_check_settings_t {
     QString probe_account;  ///< an account with the rights of an API user and no other use
     QString probe_password;
     QString connection_topic;                   ///< which API users may read
-    std::chrono::milliseconds timeout{10'000};  ///< for all of it
+    std::chrono::milliseconds timeout{10'000};  ///< for the verdict, and again for tidying up
 };
 
 /// Tries what an API user must not be able to do.
@@ -50,13 +51,15 @@ class broker_rights_check_t : public QObject {
     enum class stage_t {
         preparing,  ///< the host reads everything, and a retained message lies on the broker
         probing,
-        ending,  ///< the verdict stands, the host's connection is being ended
+        fenced,  ///< the probe has sent what it must not, and its fence behind it
+        ending,  ///< the verdict stands, what was retained is being taken back
         over,    ///< and was told
     };
 
     void set_up_connections();
+    void on_limit();
     void on_host_subscribed(bool _accepted);
-    void on_host_delivered();
+    void on_host_delivered(int _id);
     void on_probe_subscribed();
     void on_host_received(const QString& _topic, const QByteArray& _payload);
     void on_probe_received(const QString& _topic);
@@ -81,6 +84,8 @@ class broker_rights_check_t : public QObject {
     bool host_fence = false;   ///< the host has seen the probe's permitted message
     bool probe_fence = false;  ///< the other way round
     bool anonymous_refused = false;
+    QSet<int> clearing;      ///< the host's messages that take back what was retained
+    base::result_t failure;  ///< the first one
     base::result_t verdict;
 };
 
