@@ -97,10 +97,15 @@ function(torlan_start_path _variable _target)
     if(CMAKE_CROSSCOMPILING_EMULATOR)
         list(JOIN CMAKE_CROSSCOMPILING_EMULATOR "' '" _emulator)
         set(_script ${CMAKE_BINARY_DIR}/emulated/${_target})
-        file(GENERATE OUTPUT ${_script}
-            CONTENT "#!/bin/sh\nexec '${_emulator}' '${_path}' \"$@\"\n"
-            FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE
-                             WORLD_READ WORLD_EXECUTE)
+        # Several tests may start one program.
+        get_property(_written GLOBAL PROPERTY torlan_start_script_${_target})
+        if(NOT _written)
+            set_property(GLOBAL PROPERTY torlan_start_script_${_target} TRUE)
+            file(GENERATE OUTPUT ${_script}
+                CONTENT "#!/bin/sh\nexec '${_emulator}' '${_path}' \"$@\"\n"
+                FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE
+                                 WORLD_READ WORLD_EXECUTE)
+        endif()
         set(_path ${_script})
     endif()
     set(${_variable} ${_path} PARENT_SCOPE)

@@ -28,7 +28,9 @@ class tst_element_filter_t : public QObject {
         QTest::newRow("text") << QJsonValue(QJsonArray{"8"}) << false;
         QTest::newRow("true") << QJsonValue(QJsonArray{true}) << false;
         QTest::newRow("null in it") << QJsonValue(QJsonArray{QJsonValue()}) << false;
-        QTest::newRow("list in it") << QJsonValue(QJsonArray{QJsonArray{8}}) << false;
+        QJsonArray list_in_it;
+        list_in_it.append(QJsonArray{8});  // braces around a list copy it with clang
+        QTest::newRow("list in it") << QJsonValue(list_in_it) << false;
     }
     void types() {
         QFETCH(QJsonValue, types);
