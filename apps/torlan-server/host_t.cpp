@@ -179,6 +179,8 @@ base::result_t host_t::connect_endpoint() {
     given.username = broker::broker_settings_t().host_account;
     given.password = broker->host_password();
     given.connection_topic = connection_topic(*database);
+    given.requests = options.limits;
+    given.packet_bytes = std::size_t(broker::broker_settings_t().packet_bytes);
     endpoint = std::make_unique<comunication::endpoint_thread_t>(given);
 
     base::result_t result =

@@ -4,6 +4,7 @@
 #include <QDir>
 
 #include "program/standard_options.h"
+#include "request_limit.h"
 
 namespace torlan {
 
@@ -28,6 +29,10 @@ void describe(QCommandLineParser* _parser) {
         {QStringLiteral("plugins"),
          QStringLiteral("Folder of drivers (default: the settings', else the build's)."),
          QStringLiteral("DIR")},
+        {QStringLiteral("limit"),
+         QStringLiteral("Change a limit of each API user; may be given more than once: ") +
+             request_limit_names() + QLatin1Char('.'),
+         QStringLiteral("NAME=N")},
         {QStringLiteral("simulate"), QStringLiteral("Let temperatures drift.")},
         {QStringLiteral("log-level-std"),
          QStringLiteral("Highest level on standard output, 0 to 6 (default: 4)."),
@@ -118,6 +123,11 @@ base::result_of_t<options_t> read(const QCommandLineParser& _parser) {
     options_t options;
     if (const base::result_t numbers = read_numbers(_parser, &options); !numbers.is_ok()) {
         return numbers;
+    }
+    for (const QString& limit : _parser.values(QStringLiteral("limit"))) {
+        if (const base::result_t set = set_request_limit(limit, &options.limits); !set.is_ok()) {
+            return set;
+        }
     }
     options.data = QDir(_parser.value(QStringLiteral("data"))).absolutePath();
     options.plugins = _parser.value(QStringLiteral("plugins"));

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "base/result_t.h"
+#include "endpoint/request_limits_t.h"
 
 namespace torlan {
 
@@ -17,6 +18,7 @@ struct options_t {
     int config_wait = 15;        ///< seconds to wait for it, 0 to 3600
     QString plugins;             ///< folder of drivers; empty: the settings'
     bool simulate = false;
+    comunication::request_limits_t limits;  ///< of each API user
     // As shipped when nothing is given.
     std::optional<unsigned> stdout_level;  ///< 0 to 6
     std::optional<unsigned> file_level;    ///< 0 to 6

@@ -14,6 +14,9 @@ struct endpoint_counters_t {
     std::atomic<quint64> dropped_full{0};          ///< the queue was full
     std::atomic<quint64> retained_requests_cleared{0};  ///< dropped and taken off the broker
     std::atomic<quint64> malformed_answered{0};         ///< requests without a JSON object
+    std::atomic<quint64> requests_refused{0};           ///< too many or too large
+    std::atomic<quint64> refusals_dropped{0};           ///< of these, without an answer
+    std::atomic<quint64> too_large{0};                  ///< messages above the broker's limit
     std::atomic<quint64> reconnects{0};                 ///< connections after the first one
 };
 

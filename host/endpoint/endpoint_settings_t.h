@@ -4,6 +4,8 @@
 #include <chrono>
 #include <cstddef>
 
+#include "endpoint/request_limits_t.h"
+
 namespace comunication {
 
 /// How the endpoint reaches its broker and what it may hold.
@@ -25,7 +27,9 @@ struct endpoint_settings_t {
     std::chrono::milliseconds stop_timeout{1'000};      ///< to send what is queued at a stop
     std::chrono::seconds keep_alive{15};                ///< 5 s or more
 
-    std::size_t queue_messages = 500'000;          ///< waiting messages, above: dropped
+    request_limits_t requests;
+    std::size_t packet_bytes = 0;          ///< the broker takes no larger message; 0: no limit
+    std::size_t queue_messages = 500'000;  ///< waiting messages, above: dropped
     std::size_t queue_bytes = 256u * 1024 * 1024;  ///< topics and payloads of these
 };
 

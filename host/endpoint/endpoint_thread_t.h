@@ -3,11 +3,13 @@
 #include <QThread>
 #include <memory>
 
+#include "endpoint/drivers_turn_t.h"
 #include "endpoint/mqtt_endpoint_t.h"
 
 namespace comunication {
 
-/// An endpoint and the thread that it lives in. Made, used and destroyed on one other thread.
+/// An endpoint and the thread that it lives in. Made, used and destroyed on one other thread, where
+/// the drivers live too.
 class endpoint_thread_t {
  public:
     explicit endpoint_thread_t(const endpoint_settings_t& _settings);
@@ -26,6 +28,7 @@ class endpoint_thread_t {
     void stop();
 
  private:
+    drivers_turn_t drivers;
     QThread thread;
     std::unique_ptr<mqtt_endpoint_t> held;
 };

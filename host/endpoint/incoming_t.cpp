@@ -17,11 +17,10 @@ incoming_t incoming_t::judge(const QString& _topic, const QByteArray& _payload, 
     if (!_enabled) {
         return {};
     }
-    const std::optional<QJsonObject> object = json_payload::decode(_payload);
-    if (levels.is_request() && !object) {
-        return {action_t::answer_malformed, levels, {}};
+    if (levels.is_request()) {
+        return {action_t::take, levels, {}};
     }
-    return {action_t::pass_on, levels, object.value_or(QJsonObject())};
+    return {action_t::pass_on, levels, json_payload::decode(_payload).value_or(QJsonObject())};
 }
 
 }  // namespace comunication

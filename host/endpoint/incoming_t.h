@@ -11,14 +11,14 @@ namespace comunication {
 struct incoming_t {
     enum class action_t {
         ignore,
-        pass_on,           ///< to the drivers
-        clear,             ///< a retained request: it would run again at every subscription
-        answer_malformed,  ///< a request without a JSON object
+        pass_on,  ///< a status message, to the drivers
+        take,     ///< a request, which waits for its turn
+        clear,    ///< a retained request: it would run again at every subscription
     };
 
     action_t action = action_t::ignore;
     api_topic_t levels;
-    QJsonObject payload;  ///< to pass on; empty for a status message that holds no object
+    QJsonObject payload;  ///< to pass on; empty for a message that holds no object
 
     /// Pure. @p _enabled: drivers take messages; retained requests are cleared in any case.
     static incoming_t judge(const QString& _topic, const QByteArray& _payload, bool _retain,

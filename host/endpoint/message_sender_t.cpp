@@ -14,6 +14,12 @@ constexpr const char* source = "host/endpoint/message_sender_t";
 /// flight than it allows, and it allows 20 unless told otherwise.
 constexpr int window = 20;
 
+/// Answers to be sent until no more is asked for: a request of another user waits behind them.
+constexpr std::size_t loaded_messages = 1'000;
+constexpr std::size_t loaded_bytes = 1024 * 1024;
+/// And until refusals are dropped; they are small.
+constexpr std::size_t roomy_messages = 10'000;
+
 void tell_once(bool& _told, const QString& _line) {
     if (!std::exchange(_told, true)) {
         ::utility::log_line(_line, 3, "send", source, __LINE__);
@@ -39,6 +45,18 @@ void message_sender_t::send(outgoing_t _message) {
         return;
     }
     send_more();
+}
+
+void message_sender_t::send_if_roomy(outgoing_t _message) {
+    if (queue.size() < roomy_messages) {
+        send(std::move(_message));
+    } else {
+        ++counts.refusals_dropped;
+    }
+}
+
+bool message_sender_t::is_loaded() const {
+    return queue.size() >= loaded_messages || queue.bytes() >= loaded_bytes;
 }
 
 void message_sender_t::on_delivered(bool _accepted) {

@@ -21,6 +21,12 @@ class message_sender_t {
     /// connection or no room. A change of the status subscription has the filter as its topic.
     void send(outgoing_t _message);
 
+    /// The same, but only while there is plenty of room: it goes first when much waits.
+    void send_if_roomy(outgoing_t _message);
+
+    /// So much waits that nothing more should be asked for.
+    bool is_loaded() const;
+
     /// To be called when the broker has answered.
     void on_delivered(bool _accepted);
 

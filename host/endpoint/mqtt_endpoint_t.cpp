@@ -1,8 +1,8 @@
 #include "endpoint/mqtt_endpoint_t.h"
 
+#include <QMetaMethod>
 #include <utility>
 
-#include "base/json_text.h"
 #include "base/random_hex.h"
 #include "comunication/api_topics.h"
 #include "endpoint/incoming_t.h"
@@ -26,6 +26,9 @@ mqtt_endpoint_t::mqtt_endpoint_t(const endpoint_settings_t& _settings, QObject* 
       client_id(_settings.client_id.isEmpty() ? unguessable_id() : _settings.client_id),
       client(this),
       sender(client, counts, _settings.queue_messages, _settings.queue_bytes),
+      publisher(sender, counts, _settings.packet_bytes),
+      gate(
+          _settings.requests, counts, [this]() { return sender.is_loaded(); }, this),
       backoff(_settings.reconnect_shortest, _settings.reconnect_longest),
       reconnect(this),
       limit(this) {
@@ -55,8 +58,14 @@ void mqtt_endpoint_t::set_up_connections() {
     connect(&client, &mosquitto_client_t::subscribed, this, &mqtt_endpoint_t::on_subscribed);
     connect(&client, &mosquitto_client_t::delivered, this, [this](int, bool _accepted) {
         sender.on_delivered(_accepted);
+        gate.pass_on();
         finish_stop();
     });
+    connect(&gate, &request_gate_t::passed, this, &mqtt_endpoint_t::pass_request);
+    connect(&gate, &request_gate_t::refused, this,
+            [this](const QString& _topic, const QJsonObject& _answer) {
+                publisher.refuse(_topic, _answer);
+            });
 }
 
 void mqtt_endpoint_t::start() {
@@ -116,7 +125,8 @@ void mqtt_endpoint_t::open() {
 void mqtt_endpoint_t::on_opened() {
     state = state_t::subscribing;
     sender.open();
-    told_retained = told_refused = false;
+    publisher.open();
+    told_retained = false;
     request_id =
         client.subscribe(api_topics::request_filter, utility::qos_t::exactly_once,
                          mosquitto_client_t::no_local | mosquitto_client_t::retain_as_published);
@@ -176,6 +186,9 @@ void mqtt_endpoint_t::log_outage(const QString& _reason) {
 
 void mqtt_endpoint_t::set_enable_api_message(bool _enable) {
     enabled = _enable;
+    if (!enabled) {
+        gate.clear();
+    }
 }
 
 void mqtt_endpoint_t::subscription_status_api(utility::subscribe_t _subscribe) {
@@ -204,8 +217,8 @@ void mqtt_endpoint_t::on_received(const QString& _topic, const QByteArray& _payl
         case incoming_t::action_t::clear:
             clear_retained_request(_topic);
             break;
-        case incoming_t::action_t::answer_malformed:
-            answer_malformed(_topic);
+        case incoming_t::action_t::take:
+            gate.take({levels, _topic, _payload});
             break;
         case incoming_t::action_t::pass_on:
             Q_EMIT api_message(levels.version, levels.user, levels.client, levels.type, _topic,
@@ -226,33 +239,24 @@ void mqtt_endpoint_t::clear_retained_request(const QString& _topic) {
     publish_delete(_topic, utility::qos_t::exactly_once, true);
 }
 
-void mqtt_endpoint_t::answer_malformed(const QString& _topic) {
-    ++counts.malformed_answered;
-    // Clients parse this text; keep it.
-    const QJsonObject answer{{QStringLiteral("error"), 400},
-                             {QStringLiteral("message"), QStringLiteral("Non-compliant payload")}};
-    publish(api_topics::answer(_topic), answer, utility::qos_t::exactly_once, false, false);
+void mqtt_endpoint_t::pass_request(const request_t& _request, const QJsonObject& _payload) {
+    const api_topic_t& levels = _request.levels;
+    Q_EMIT api_message(levels.version, levels.user, levels.client, levels.type, _request.topic,
+                       _payload, false);
+    if (isSignalConnected(QMetaMethod::fromSignal(&mqtt_endpoint_t::request_passed))) {
+        Q_EMIT request_passed();
+    } else {
+        QMetaObject::invokeMethod(this, &mqtt_endpoint_t::request_done, Qt::QueuedConnection);
+    }
+}
+
+void mqtt_endpoint_t::request_done() {
+    gate.give_back();
 }
 
 void mqtt_endpoint_t::publish(const QString& _topic, const QJsonValue& _payload,
                               utility::qos_t _qos, bool _retain, bool /*_reserved*/) {
-    // Nothing to say would delete what is retained.
-    if (_payload.isUndefined() || (_retain && !is_retainable(_topic))) {
-        ++counts.refused;
-        return;
-    }
-    sender.send({_topic.toUtf8(), base::json_to_text(_payload), _qos, _retain});
-}
-
-bool mqtt_endpoint_t::is_retainable(const QString& _topic) {
-    const bool may = api_topics::may_be_retained(_topic);
-    if (!may && !std::exchange(told_refused, true)) {
-        ::utility::log_line(
-            QStringLiteral("States under other names than identifiers are refused, first: %1")
-                .arg(_topic),
-            2, "is_retainable", source, __LINE__);
-    }
-    return may;
+    publisher.publish(_topic, _payload, _qos, _retain);
 }
 
 void mqtt_endpoint_t::publish_delete(const QString& _topic, utility::qos_t _qos, bool _retain) {

@@ -8,6 +8,8 @@
 #include "endpoint/endpoint_settings_t.h"
 #include "endpoint/message_sender_t.h"
 #include "endpoint/mosquitto_client_t.h"
+#include "endpoint/publisher_t.h"
+#include "endpoint/request_gate_t.h"
 
 namespace comunication {
 
@@ -40,7 +42,14 @@ class mqtt_endpoint_t : public protoserver_t {
     /// time-out. stopped() follows, perhaps before this returns.
     void stop();
 
+    /// The drivers have worked off one request.
+    void request_done();
+
  Q_SIGNALS:
+    /// A request was passed to the drivers by api_message; whoever is connected answers each with
+    /// request_done(), and no more than a few are passed on before that.
+    void request_passed();
+
     /// The broker has accepted the connection and the subscription of requests. @p again: not
     /// for the first time, so that a broker without memory has lost what was retained.
     void connected(bool again);
@@ -67,8 +76,7 @@ class mqtt_endpoint_t : public protoserver_t {
     void on_received(const QString& _topic, const QByteArray& _payload, bool _retain,
                      quint32 _subscription);
     void clear_retained_request(const QString& _topic);
-    void answer_malformed(const QString& _topic);
-    bool is_retainable(const QString& _topic);
+    void pass_request(const request_t& _request, const QJsonObject& _payload);
     void log_outage(const QString& _reason);
     outgoing_t connection_message(const QByteArray& _word) const;
     void finish_stop();
@@ -79,6 +87,8 @@ class mqtt_endpoint_t : public protoserver_t {
     endpoint_counters_t counts;
     mosquitto_client_t client;
     message_sender_t sender;
+    publisher_t publisher;
+    request_gate_t gate;
     base::backoff_t backoff;
     QTimer reconnect;    ///< until the next attempt
     QTimer limit;        ///< of an attempt, or of a stop
@@ -87,10 +97,8 @@ class mqtt_endpoint_t : public protoserver_t {
     bool ever_connected = false;  ///< connected() was emitted once
     bool enabled = false;         ///< api_message is emitted
     bool wants_status = false;
-    // Logged for this connection.
-    bool told_retained = false;
-    bool told_refused = false;
-    QString told_outage;  ///< logged last
+    bool told_retained = false;  ///< for this connection
+    QString told_outage;         ///< logged last
 };
 
 }  // namespace comunication

@@ -30,9 +30,9 @@ void tst_incoming_t::judge_decides_by_topic_payload_and_flags_data() {
     };
     const char* const request = "local/api/v1/alice/phone/request/x";
     const char* const status = "local/api/v1/alice/status/x";
-    row("request", request, "{\"a\":1}", false, true, action_t::pass_on, object);
-    row("empty request", request, "", false, true, action_t::pass_on);
-    row("malformed request", request, "[]", false, true, action_t::answer_malformed);
+    row("request", request, "{\"a\":1}", false, true, action_t::take);
+    row("empty request", request, "", false, true, action_t::take);
+    row("malformed request", request, "[]", false, true, action_t::take);
     row("request, disabled", request, "{}", false, false, action_t::ignore);
     row("malformed request, disabled", request, "[]", false, false, action_t::ignore);
     row("retained request", request, "{}", true, true, action_t::clear);

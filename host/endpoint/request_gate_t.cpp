@@ -1,0 +1,106 @@
+#include "endpoint/request_gate_t.h"
+
+#include <utility>
+
+#include "endpoint/json_payload.h"
+#include "endpoint/request_rules.h"
+#include "logs/log_line.h"
+
+namespace comunication {
+
+namespace {
+
+constexpr const char* source = "host/endpoint/request_gate_t";
+/// Users cannot be made up, the broker asks for an account; above it the oldest debts are forgiven.
+constexpr int most_allowances = 10'000;
+constexpr double lines_per_second = 1.0 / 60;
+/// What the smallest refusal is charged.
+constexpr qsizetype least_refused_bytes = 1'024;
+
+}  // namespace
+
+request_gate_t::request_gate_t(const request_limits_t& _limits, endpoint_counters_t& _counts,
+                               std::function<bool()> _is_loaded, QObject* _parent)
+    : QObject(_parent),
+      limits(_limits),
+      counts(_counts),
+      is_loaded(std::move(_is_loaded)),
+      lanes(_limits) {
+    clock.start();
+}
+
+request_gate_t::~request_gate_t() = default;
+
+void request_gate_t::take(request_t _request) {
+    if (std::size_t(_request.payload.size()) > limits.request_bytes) {
+        refuse(_request, request_rules::too_large);
+    } else if (!allowance_of(_request.levels.user).requests.take(1, now()) ||
+               !lanes.push(_request)) {
+        refuse(_request, request_rules::too_many);
+    } else {
+        pass_on();
+    }
+}
+
+void request_gate_t::give_back() {
+    --passing;
+    pass_on();
+}
+
+void request_gate_t::pass_on() {
+    while (passing < limits.at_once && !is_loaded()) {
+        const std::optional<request_t> next = lanes.pop();
+        if (!next) {
+            return;
+        }
+        ++passing;
+        read(*next);
+    }
+}
+
+void request_gate_t::read(const request_t& _request) {
+    const std::optional<QJsonObject> payload = json_payload::decode(_request.payload);
+    if (payload && !request_rules::is_too_large(*payload, limits)) {
+        Q_EMIT passed(_request, *payload);
+        return;
+    }
+    if (payload) {
+        refuse(_request, request_rules::too_large);
+    } else {
+        ++counts.malformed_answered;
+        Q_EMIT refused(_request.topic, request_rules::malformed());
+    }
+    // Others come in between, however long it took to read.
+    QMetaObject::invokeMethod(this, &request_gate_t::give_back, Qt::QueuedConnection);
+}
+
+void request_gate_t::refuse(const request_t& _request, answer_t _answer) {
+    ++counts.requests_refused;
+    allowance_t& allowance = allowance_of(_request.levels.user);
+    if (allowance.lines.take(1, now())) {
+        ::utility::log_line(QStringLiteral("Requests of %1 are too many or too large and refused")
+                                .arg(_request.levels.user),
+                            3, "refuse", source, __LINE__);
+    }
+    const qsizetype cost = std::max(_request.payload.size(), least_refused_bytes);
+    if (allowance.refusals.take(double(cost), now())) {
+        Q_EMIT refused(_request.topic, _answer(request_rules::uuid_of(_request.payload)));
+    } else {
+        ++counts.refusals_dropped;
+    }
+}
+
+request_gate_t::allowance_t& request_gate_t::allowance_of(const QString& _user) {
+    const auto found = allowances.find(_user);
+    if (found != allowances.end()) {
+        return *found;
+    }
+    if (allowances.size() >= most_allowances) {
+        allowances.clear();
+    }
+    return *allowances.insert(
+        _user, {token_bucket_t(limits.requests_per_second),
+                token_bucket_t(limits.refused_bytes_per_second), token_bucket_t(lines_per_second)});
+}
+
+}  // namespace comunication

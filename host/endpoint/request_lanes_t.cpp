@@ -1,0 +1,52 @@
+#include "endpoint/request_lanes_t.h"
+
+#include <utility>
+
+namespace comunication {
+
+bool request_lanes_t::push(request_t _request) {
+    const std::size_t more = _request.bytes();
+    auto lane = lanes.find(_request.levels.user);
+    const bool is_new = lane == lanes.end();
+    const std::size_t waiting = is_new ? 0 : lane->requests.size();
+    const std::size_t waiting_bytes = is_new ? 0 : lane->bytes;
+    if (waiting >= limits.waiting_requests || waiting_bytes + more > limits.waiting_bytes ||
+        held + more > limits.waiting_bytes_of_all) {
+        return false;
+    }
+    if (is_new) {
+        turns.push_back(_request.levels.user);
+        lane = lanes.insert(_request.levels.user, {});
+    }
+    lane->bytes += more;
+    held += more;
+    lane->requests.push_back(std::move(_request));
+    return true;
+}
+
+std::optional<request_t> request_lanes_t::pop() {
+    if (turns.empty()) {
+        return {};
+    }
+    const QString user = std::move(turns.front());
+    turns.pop_front();
+    const auto lane = lanes.find(user);
+    request_t next = std::move(lane->requests.front());
+    lane->requests.pop_front();
+    lane->bytes -= next.bytes();
+    held -= next.bytes();
+    if (lane->requests.empty()) {
+        lanes.erase(lane);
+    } else {
+        turns.push_back(user);
+    }
+    return next;
+}
+
+void request_lanes_t::clear() {
+    lanes.clear();
+    turns.clear();
+    held = 0;
+}
+
+}  // namespace comunication

@@ -1,0 +1,161 @@
+#include <QJsonArray>
+#include <QSignalSpy>
+#include <QTest>
+
+#include "endpoint/request_gate_t.h"
+
+using namespace comunication;
+
+class tst_request_gate_t : public QObject {
+    Q_OBJECT
+
+ private Q_SLOTS:
+    void few_are_passed_at_a_time_and_in_turn() {
+        start();
+        for (const char* name : {"a1", "a2", "a3", "b1"}) {
+            gate->take(request(name));
+        }
+        QCOMPARE(passed, (QStringList{"a1", "a2"}));
+        gate->give_back();
+        gate->give_back();
+        QCOMPARE(passed, (QStringList{"a1", "a2", "a3", "b1"}));
+        QCOMPARE(refused.size(), 0);
+    }
+
+    void what_finds_no_room_is_answered_with_its_uuid() {
+        limits.waiting_requests = 1;
+        start();
+        for (const char* name : {"a1", "a2", "a3", "a4"}) {
+            gate->take(request(name, R"({"uuid":"u"})"));
+        }
+        QCOMPARE(passed, (QStringList{"a1", "a2"}));
+        QCOMPARE(refused, QStringList{"a4"});
+        QCOMPARE(answers[0],
+                 (QJsonObject{{"error", 429}, {"message", "Too many requests"}, {"uuid", "u"}}));
+        QCOMPARE(counts.requests_refused, quint64(1));
+    }
+
+    void too_large_a_payload_is_refused_before_it_waits() {
+        limits.request_bytes = 19;
+        start();
+        gate->take(request("a1", "{\"uuid\":\"u\",\"a\":123}"));
+        gate->take(request("a2", "{\"uuid\":\"u\",\"a\":12}"));
+        QCOMPARE(refused, QStringList{"a1"});
+        QCOMPARE(passed, QStringList{"a2"});
+        QCOMPARE(answers[0],
+                 (QJsonObject{{"error", 413}, {"message", "Too large request"}, {"uuid", "u"}}));
+    }
+
+    void what_holds_too_much_is_refused_in_its_turn_data() {
+        QTest::addColumn<QByteArray>("payload");
+        QTest::addColumn<int>("error");
+        QTest::newRow("a filter bomb")
+            << "{\"filters\":{\"types\":[" + QByteArray("1,").repeated(1000) + "1]}}" << 413;
+        QTest::newRow("a value bomb")
+            << "{\"data\":{\"functions\":{\"execute\":\"" + QByteArray(1025, '9') + "\"}}}" << 413;
+        QTest::newRow("no object") << QByteArray("[]") << 400;
+    }
+    void what_holds_too_much_is_refused_in_its_turn() {
+        QFETCH(QByteArray, payload);
+        QFETCH(int, error);
+        limits.at_once = 1;
+        start();
+        gate->take(request("a1", payload));
+        gate->take(request("a2"));
+        QCOMPARE(passed, QStringList());  // others come in between
+        QCOMPARE(refused, QStringList{"a1"});
+        QCOMPARE(answers[0]["error"], QJsonValue(error));
+        QTRY_COMPARE(passed, QStringList{"a2"});
+        gate->give_back();
+        gate->take(request("a3"));
+        QCOMPARE(passed, (QStringList{"a2", "a3"}));
+    }
+
+    void a_rate_may_be_set() {
+        limits.requests_per_second = 2;
+        limits.at_once = 100;
+        start();
+        for (const char* name : {"a1", "a2", "a3", "a4", "b1"}) {
+            gate->take(request(name));
+        }
+        QCOMPARE(passed, (QStringList{"a1", "a2", "b1"}));
+        QCOMPARE(refused, (QStringList{"a3", "a4"}));
+    }
+
+    void a_flood_of_refusals_is_not_answered_to_its_end() {
+        limits.waiting_requests = 0;
+        limits.refused_bytes_per_second = 10 * 1024;
+        start();
+        for (int i = 0; i < 1000; ++i) {
+            gate->take(request("a1"));
+        }
+        gate->take(request("b1"));
+        QVERIFY(refused.size() < 100);
+        QCOMPARE(refused.last(), QStringLiteral("b1"));
+        QCOMPARE(counts.requests_refused, quint64(1001));
+        QCOMPARE(counts.refusals_dropped + quint64(refused.size()), quint64(1001));
+    }
+
+    void what_waits_can_be_forgotten() {
+        start();
+        for (const char* name : {"a1", "a2", "a3"}) {
+            gate->take(request(name));
+        }
+        gate->clear();
+        gate->give_back();
+        QCOMPARE(passed, (QStringList{"a1", "a2"}));
+    }
+
+    void nothing_is_passed_while_much_waits_for_the_broker() {
+        start();
+        loaded = true;
+        gate->take(request("a1"));
+        QCOMPARE(passed, QStringList());
+        loaded = false;
+        gate->pass_on();
+        QCOMPARE(passed, QStringList{"a1"});
+    }
+
+    void init() {
+        limits = {};
+        loaded = false;
+        for (auto* count : {&counts.requests_refused, &counts.refusals_dropped}) {
+            *count = 0;
+        }
+    }
+
+ private:
+    void start() {
+        passed.clear();
+        refused.clear();
+        answers.clear();
+        gate = std::make_unique<request_gate_t>(limits, counts, [this]() { return loaded; });
+        connect(gate.get(), &request_gate_t::passed, this,
+                [this](const request_t& _request) { passed += _request.topic; });
+        connect(gate.get(), &request_gate_t::refused, this,
+                [this](const QString& _topic, const QJsonObject& _answer) {
+                    refused += _topic;
+                    answers += _answer;
+                });
+    }
+
+    /// The user is the first letter; the topic is @p _name.
+    static request_t request(const char* _name, const QByteArray& _payload = "{}") {
+        request_t made;
+        made.levels.user = QChar::fromLatin1(_name[0]);
+        made.topic = QString::fromLatin1(_name);
+        made.payload = _payload;
+        return made;
+    }
+
+    request_limits_t limits;
+    endpoint_counters_t counts;
+    bool loaded = false;
+    std::unique_ptr<request_gate_t> gate;
+    QStringList passed;
+    QStringList refused;
+    QList<QJsonObject> answers;
+};
+
+QTEST_GUILESS_MAIN(tst_request_gate_t)
+#include "tst_request_gate_t.moc"
