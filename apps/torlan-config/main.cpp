@@ -4,6 +4,7 @@
 #include "options_t.h"
 #include "program/begin_program.h"
 #include "program/exit_status_t.h"
+#include "program/privileges.h"
 #include "program/say.h"
 #include "program/standard_streams.h"
 #include "program/stop_signals_t.h"
@@ -18,6 +19,11 @@ int fail(const QString& _sentence) {
 }
 
 int serve(const options_t& _options) {
+    QString told;
+    const base::result_t allowed = give_up_privileges(_options.user, {}, &told);
+    if (!allowed.is_ok()) {
+        return fail(allowed.error);
+    }
     const stop_signals_t stop_signals;
     QObject::connect(&stop_signals, &stop_signals_t::stop_asked, &QCoreApplication::quit);
     config_server_t server(_options.trigger);
@@ -29,6 +35,9 @@ int serve(const options_t& _options) {
         say(stderr, QStringLiteral("made %1 with empty settings").arg(_options.file));
     }
     say(stdout, QStringLiteral("ready on http://127.0.0.1:%1/").arg(server.port()));
+    if (!told.isEmpty()) {
+        say(stdout, told);
+    }
     return QCoreApplication::exec();
 }
 

@@ -19,6 +19,9 @@ void describe(QCommandLineParser* _parser) {
          QStringLiteral("N"), QStringLiteral("4321")},
         {QStringLiteral("trigger"), QStringLiteral("Runs after a PUT with ?runtriggers=true."),
          QStringLiteral("PROGRAM")},
+        {QStringLiteral("user"),
+         QStringLiteral("Run as the system account NAME, for good; only root can ask for it."),
+         QStringLiteral("NAME")},
     });
 }
 
@@ -46,6 +49,7 @@ base::result_of_t<options_t> parse_options(const QStringList& _arguments) {
             QStringLiteral("unknown argument %1").arg(parser.positionalArguments().constFirst()));
     }
     options.file = parser.value(QStringLiteral("file"));
+    options.user = parser.value(QStringLiteral("user"));
     options.trigger = parser.value(QStringLiteral("trigger"));
     return options;
 }

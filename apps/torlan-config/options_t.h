@@ -12,6 +12,7 @@ struct options_t {
     QString file;      ///< the settings
     QString trigger;   ///< program to run after a PUT that asks for it; empty: none
     quint16 port = 0;  ///< 0: a free one
+    QString user;      ///< system account to become; empty: stay who starts it
     QString to_show;   ///< to be printed instead of all that: help, version; empty: none
 };
 

@@ -1,3 +1,4 @@
+#include <linux/capability.h>
 #include <sys/stat.h>
 
 #include <QCoreApplication>
@@ -6,6 +7,7 @@
 #include "logs/early_logger_t.h"
 #include "program/begin_program.h"
 #include "program/exit_status_t.h"
+#include "program/privileges.h"
 #include "program/say.h"
 #include "program/standard_streams.h"
 #include "program/stop_signals_t.h"
@@ -26,7 +28,17 @@ early_logger_t& early_log(const options_t& _options) {
     return logger;
 }
 
+/// What root needs to start the broker as an account of its own, end it and clear up behind it.
+const QList<int> for_the_broker{CAP_SETUID, CAP_SETGID,       CAP_SETPCAP, CAP_CHOWN,
+                                CAP_FOWNER, CAP_DAC_OVERRIDE, CAP_KILL};
+
 int run(const options_t& _options) {
+    QString told;
+    const base::result_t allowed = give_up_privileges(_options.user, for_the_broker, &told);
+    if (!allowed.is_ok()) {
+        say(stderr, allowed.error);
+        return status_failed;
+    }
     const stop_signals_t stop_signals;
     host_t host(_options, &early_log(_options));
     QObject::connect(&host, &host_t::waiting, &host,
@@ -46,6 +58,9 @@ int run(const options_t& _options) {
         return status_failed;
     }
     write_text(stdout, host.ready_text());
+    if (!told.isEmpty()) {
+        say(stdout, told);
+    }
     QCoreApplication::exec();
     return status_done;
 }

@@ -54,6 +54,9 @@ void describe(QCommandLineParser* _parser) {
         {QStringLiteral("sample"),
          QStringLiteral("Import FILE if there is no installation in the data folder yet."),
          QStringLiteral("FILE")},
+        {QStringLiteral("user"),
+         QStringLiteral("Run as the system account NAME, for good; only root can ask for it."),
+         QStringLiteral("NAME")},
     });
     add_standard_options(_parser);
 }
@@ -134,6 +137,7 @@ base::result_of_t<options_t> read(const QCommandLineParser& _parser) {
     options.simulate = _parser.isSet(QStringLiteral("simulate"));
     options.broker_program = _parser.value(QStringLiteral("broker-program"));
     options.import_file = _parser.value(QStringLiteral("import"));
+    options.user = _parser.value(QStringLiteral("user"));
     options.sample_file = _parser.value(QStringLiteral("sample"));
     return options;
 }

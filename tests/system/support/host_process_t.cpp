@@ -57,7 +57,9 @@ bool host_process_t::start(const QStringList& _more_arguments) {
         use_settings({{QStringLiteral("static"), QJsonObject()}});
     }
     config.reset();  // it holds the file
-    config = std::make_unique<config_process_t>(settings_file());
+    const qsizetype user = _more_arguments.indexOf(QStringLiteral("--user"));
+    config = std::make_unique<config_process_t>(
+        settings_file(), user < 0 ? QStringList() : _more_arguments.mid(user, 2));
     server.start(QStringLiteral(TORLAN_SERVER),
                  QStringList{QStringLiteral("--data"), folder.path(), QStringLiteral("--port"),
                              QString::number(broker_port), QStringLiteral("--config-port"),
