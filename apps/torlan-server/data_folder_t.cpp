@@ -3,6 +3,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include "process/trusted_path.h"
+
 namespace torlan {
 
 data_folder_t::data_folder_t(const QString& _path) : path(QDir::cleanPath(_path)) {}
@@ -12,6 +14,9 @@ data_folder_t::~data_folder_t() = default;
 base::result_t data_folder_t::open() {
     if (const base::result_t there = make(); !there.is_ok()) {
         return there;
+    }
+    if (const base::result_t ours = process::check_only_ours(path); !ours.is_ok()) {
+        return ours;
     }
     lock = std::make_unique<QLockFile>(file(QStringLiteral("torlan.lock")));
     // Never by age: a host may run for years. A dead process's lock is taken over all the same.

@@ -3,18 +3,12 @@
 #include <QCoreApplication>
 #include <QDir>
 
-#include "utility/torlan_option_t.h"
-
 namespace torlan {
 
 QString driver_folder(const QString& _given) {
-    if (!_given.isEmpty()) {
-        return _given;
-    }
-    const QString folder = utility::torlan_option_t::PluginFolder();
-    return folder.isEmpty() ? QDir::cleanPath(QCoreApplication::applicationDirPath() +
+    return _given.isEmpty() ? QDir::cleanPath(QCoreApplication::applicationDirPath() +
                                               QStringLiteral("/../lib/drivers"))
-                            : folder;
+                            : _given;
 }
 
 }  // namespace torlan

@@ -35,6 +35,16 @@ QString connection_topic(const database::database_t& _database) {
     return topic.isEmpty() ? QString() : QStringLiteral("local/%1/connection").arg(topic);
 }
 
+/// The settings name folders for drivers and logs, too, which whoever may change settings could
+/// turn anywhere.
+void tell_other_folder(const QString& _what, const QString& _used, const QString& _settings) {
+    if (!_settings.isEmpty() && QDir::cleanPath(_settings) != QDir::cleanPath(_used)) {
+        utility::log_line(
+            QStringLiteral("%1 in %2, not in the settings' folder %3").arg(_what, _used, _settings),
+            3, "tell_other_folder", source, __LINE__);
+    }
+}
+
 }  // namespace
 
 host_t::host_t(const options_t& _options, utility::logs::early_logger_t* _early, QObject* _parent)
@@ -108,7 +118,8 @@ base::result_t host_t::read_settings() {
 }
 
 base::result_t host_t::open_log() {
-    const utility::logs::log_settings_t log = chosen_log(folder.file(QStringLiteral("logs")));
+    const utility::logs::log_settings_t log =
+        chosen_log(options.logs.isEmpty() ? folder.file(QStringLiteral("logs")) : options.logs);
     if (!QDir().mkpath(log.folder)) {
         return base::result_t::failed(
             QStringLiteral("The folder %1 cannot be made.").arg(log.folder));
@@ -121,11 +132,14 @@ base::result_t host_t::open_log() {
     classlogs::setInstance(logger.get());
     early->hand_over(logger.get());
     torlan_option_t::print();
+    tell_other_folder(QStringLiteral("The log is"), log.folder, torlan_option_t::LogsFolder());
     return {};
 }
 
 base::result_t host_t::load_drivers() {
-    return drivers.load(driver_folder(options.plugins));
+    const QString from = driver_folder(options.plugins);
+    tell_other_folder(QStringLiteral("Drivers are"), from, torlan_option_t::PluginFolder());
+    return drivers.load(from);
 }
 
 base::result_t host_t::check_ports() {

@@ -26,8 +26,9 @@ void describe(QCommandLineParser* _parser) {
         {QStringLiteral("config-wait"),
          QStringLiteral("Seconds to wait for it at the start, 0 to 3600 (default: 15)."),
          QStringLiteral("N")},
-        {QStringLiteral("plugins"),
-         QStringLiteral("Folder of drivers (default: the settings', else the build's)."),
+        {QStringLiteral("plugins"), QStringLiteral("Folder of drivers (default: the build's)."),
+         QStringLiteral("DIR")},
+        {QStringLiteral("logs"), QStringLiteral("Folder of the log (default: logs in DATA)."),
          QStringLiteral("DIR")},
         {QStringLiteral("limit"),
          QStringLiteral("Change a limit of each API user; may be given more than once: ") +
@@ -134,6 +135,7 @@ base::result_of_t<options_t> read(const QCommandLineParser& _parser) {
     }
     options.data = QDir(_parser.value(QStringLiteral("data"))).absolutePath();
     options.plugins = _parser.value(QStringLiteral("plugins"));
+    options.logs = _parser.value(QStringLiteral("logs"));
     options.simulate = _parser.isSet(QStringLiteral("simulate"));
     options.broker_program = _parser.value(QStringLiteral("broker-program"));
     options.import_file = _parser.value(QStringLiteral("import"));

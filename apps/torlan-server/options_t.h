@@ -16,7 +16,8 @@ struct options_t {
     quint16 ws_port = 0;         ///< 0: no WebSockets
     quint16 config_port = 4321;  ///< of the configuration server, on loopback
     int config_wait = 15;        ///< seconds to wait for it, 0 to 3600
-    QString plugins;             ///< folder of drivers; empty: the settings'
+    QString plugins;             ///< folder of drivers; empty: beside the program
+    QString logs;                ///< folder of the log; empty: in the data folder
     bool simulate = false;
     comunication::request_limits_t limits;  ///< of each API user
     // As shipped when nothing is given.

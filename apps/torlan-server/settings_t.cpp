@@ -38,7 +38,11 @@ base::result_t settings_t::read() {
         return utility::utility_t::getJsonObjValue(found.value, _path).toString();
     };
     // Before the reading, which writes the client file into the folder.
-    make_client_folder(text_at(paths_o::client_communication.toString()));
+    if (const base::result_t made =
+            make_client_folder(text_at(paths_o::client_communication.toString()));
+        !made.is_ok()) {
+        return made;
+    }
     client_settings_t clients(found.value, options.port, options.ws_port);
     clients.tell(text_at(cnfserver::installation_o::installation_id.toString()));
     if (!utility::http_read_config_server_t::createInstance(nullptr)->read_configuration()) {

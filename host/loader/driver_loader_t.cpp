@@ -6,6 +6,7 @@
 #include <exception>
 
 #include "loader/elf_note_reader_t.h"
+#include "process/trusted_path.h"
 
 namespace loader {
 
@@ -84,6 +85,13 @@ std::vector<driver_loader_t::candidate_t> driver_loader_t::scan() {
             continue;
         }
         seen.insert(canonical);
+        // A library runs as it is loaded: who can write it could do whatever this server may.
+        if (const base::result_t ours = process::check_only_ours(file);
+            !canonical.isEmpty() && !ours.is_ok()) {
+            refuse(file, {refusal_reason_t::changeable,
+                          file + QStringLiteral(" is not loaded: ") + ours.error});
+            continue;
+        }
         elf_note_reader_t reader(file);
         const base::result_of_t<QByteArray> note = reader.read();
         driver_metadata_t metadata;

@@ -8,6 +8,7 @@ namespace loader {
 enum class refusal_reason_t {
     none,                 ///< not refused
     unreadable,           ///< the file or folder cannot be opened or read
+    changeable,           ///< other users of this machine could change it
     not_a_library,        ///< no ELF shared object
     other_platform,       ///< made for another byte order
     damaged,              ///< ends early or points outside itself

@@ -117,12 +117,12 @@ const QList<row_t> rows{
      "base/|contract/database/(element_type|name_rules|permission)|host/accounts/broker_hash"},
     {"host/store", "base/|host/installation/"},
     {"host/live", "base/|contract/database/|host/(installation|store)/"},
-    {"host/loader", "base/|contract/|server/drivers/driver/"},
+    {"host/loader", "base/|contract/|server/drivers/driver/|host/process/trusted_path"},
     {"apps/program", "base/"},
     {"apps/torlan-config", "base/|http/|apps/program/"},
     {"apps/torlan-server",
      "base/|http/|apps/program/|contract/(comunication/protoserver_t|database/database_t|logs/)|"
-     "host/(accounts|broker|endpoint|installation|live|loader|logs|store)/|"
+     "host/(accounts|broker|endpoint|installation|live|loader|logs|process|store)/|"
      "server/utility/(cnfserver|http_read_config_server_t|torlan_option_t|utility_t)\\.h"},
     {"apps/torlanctl",
      "base/|contract/database/(name_rules|permission)|host/(installation|store)/|"

@@ -28,9 +28,10 @@ class tst_settings : public QObject {
     void the_client_file_tells_the_broker_of_this_start();
     void the_client_file_is_readable_for_all_and_the_rest_is_not();
     void a_kill_in_the_middle_of_a_put_leaves_a_document_to_start_from();
-    void the_log_is_where_and_how_the_settings_say();
+    void the_log_is_how_the_options_say_and_never_where_the_settings_say();
     void the_options_stand_in_the_log_from_the_first_line_on();
-    void drivers_are_where_the_settings_say();
+    void drivers_are_never_where_the_settings_say();
+    void another_user_s_client_folder_stops_the_start();
     void a_missing_configuration_server_is_one_sentence_after_a_visible_wait();
     void a_configuration_server_that_is_late_is_waited_for();
     void a_stop_while_waiting_ends_at_once_with_status_zero();
@@ -44,7 +45,7 @@ class tst_settings : public QObject {
                  QJsonObject{{"torlan",
                               QJsonObject{{"comunication", QJsonObject{{"global", QJsonObject()}}},
                                           {"paths", QJsonObject{{"client_communication", clients()},
-                                                                {"logs", logs()}}}}}}}};
+                                                                {"logs", clients()}}}}}}}};
     }
     /// Const, so that chained reads do not make references into a temporary.
     static const QJsonObject read(const QString& _file) {
@@ -54,7 +55,7 @@ class tst_settings : public QObject {
     }
     QString clients() const { return host->data() + "/for/clients"; }
     QString client_file() const { return clients() + "/config/comunication.json"; }
-    QString logs() const { return host->data() + "/the logs"; }
+    QString logs() const { return host->data() + "/logs"; }
     QStringList log_lines() const {
         QFile file(logs() + "/server-torlan.log");
         return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).split('\n')
@@ -161,7 +162,7 @@ void tst_settings::a_kill_in_the_middle_of_a_put_leaves_a_document_to_start_from
     QCOMPARE(read(file)["padding"].toObject(), left["padding"].toObject());
 }
 
-void tst_settings::the_log_is_where_and_how_the_settings_say() {
+void tst_settings::the_log_is_how_the_options_say_and_never_where_the_settings_say() {
     host->use_settings(settings());
     QVERIFY2(host->start({"--log-level-std", "6", "--log-level-file", "2"}),
              qPrintable(host->error()));
@@ -170,7 +171,15 @@ void tst_settings::the_log_is_where_and_how_the_settings_say() {
     QCOMPARE(host->stop(), 0);
     QVERIFY(QFile::exists(logs() + "/server-torlan.log"));
     QCOMPARE(log_lines().filter("[3] ") + log_lines().filter("[4] "), QStringList());
-    QVERIFY(!QFile::exists(host->data() + "/logs"));
+    QCOMPARE(QDir(clients()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries),
+             QStringList{"config"});
+    const QString elsewhere = host->data() + "/elsewhere";
+    QVERIFY2(host->start({"--logs", elsewhere}), qPrintable(host->error()));
+    QVERIFY(host->start_output().contains(
+        QStringLiteral("The log is in %1, not in the settings' folder %2")
+            .arg(elsewhere, clients())
+            .toUtf8()));
+    QVERIFY(QFile::exists(elsewhere + "/server-torlan.log"));
 }
 
 void tst_settings::the_options_stand_in_the_log_from_the_first_line_on() {
@@ -190,7 +199,7 @@ void tst_settings::the_options_stand_in_the_log_from_the_first_line_on() {
                                "Build time: \\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\dZ",
                                "Url config server: http://127.0.0.1:4321/",
                                "Installation id: the id",
-                               "Folder Log: " + QRegularExpression::escape(logs()),
+                               "Folder Log: " + QRegularExpression::escape(clients()),
                                "Folder client: " + QRegularExpression::escape(clients()),
                                "Starting server with log level file: 6",
                                "Starting server with log size: 7 MB",
@@ -205,11 +214,22 @@ void tst_settings::the_options_stand_in_the_log_from_the_first_line_on() {
     QVERIFY(lines.indexOf(lines.filter("Loaded driver").value(0)) > before);
 }
 
-void tst_settings::drivers_are_where_the_settings_say() {
+void tst_settings::drivers_are_never_where_the_settings_say() {
     host->use_settings(with(settings(), "static/torlan/paths/plugins", host->data() + "/for"));
+    QVERIFY2(host->start(), qPrintable(host->error()));
+    QVERIFY(host->start_output().contains("not in the settings' folder " + host->data().toUtf8() +
+                                          "/for"));
+}
+
+void tst_settings::another_user_s_client_folder_stops_the_start() {
+    host->use_settings(settings());
+    QVERIFY(QDir().mkpath(clients()));
+    QCOMPARE(::chmod(QFile::encodeName(clients()).constData(), 0777), 0);
     QVERIFY(!host->start());
     QCOMPARE(host->process().exitCode(), 1);
-    QVERIFY2(host->error().contains(host->data() + "/for"), qPrintable(host->error()));
+    QVERIFY2(host->error().contains("The client file is not written: " + clients()),
+             qPrintable(host->error()));
+    QCOMPARE(host->error().count('\n'), 1);
 }
 
 void tst_settings::a_missing_configuration_server_is_one_sentence_after_a_visible_wait() {

@@ -19,7 +19,7 @@ class tst_chosen_log : public QObject {
         options.log_size = 3;
         options.log_rotate = 0;
         const torlan::option_singletons_t singletons(options);
-        const auto log = chosen_log(QStringLiteral("/fallback"));
+        const auto log = chosen_log(QStringLiteral("/given"));
         QCOMPARE(log.name, QStringLiteral("server-torlan"));
         QCOMPARE(log.stdout_level, 1);
         QCOMPARE(log.file_level, 2);
@@ -27,16 +27,15 @@ class tst_chosen_log : public QObject {
         QCOMPARE(log.rotation, 0);
     }
 
-    void the_folder_is_the_options_if_they_name_one() {
+    void the_folder_is_never_where_the_settings_say() {
         const http_server_t server(http_server_t::json(
             R"({"static": {"torlan": {"paths": {"logs": "/named"}}},
                 "installation": {"installation_id": "i"}})"));
         torlan::options_t options;
         options.config_port = server.port();
         torlan::settings_t settings(options);
-        QCOMPARE(chosen_log(QStringLiteral("/fallback")).folder, QStringLiteral("/fallback"));
         QCOMPARE(settings.read().error, QString());
-        QCOMPARE(chosen_log(QStringLiteral("/fallback")).folder, QStringLiteral("/named"));
+        QCOMPARE(chosen_log(QStringLiteral("/given")).folder, QStringLiteral("/given"));
     }
 };
 

@@ -44,6 +44,15 @@ class tst_data_folder_t : public QObject {
         QVERIFY(data_folder_t(path + "/below").open().error.contains(path + "/below"));
     }
 
+    void a_folder_that_others_can_write_is_refused() {
+        const QString path = place->filePath("open");
+        QVERIFY(QDir().mkdir(path));
+        QVERIFY(QFile::setPermissions(path, QFile::permissions(path) | QFile::WriteOther));
+        QCOMPARE(data_folder_t(path).open().error,
+                 path + " can be changed by other users of this machine.");
+        QVERIFY(!QFile::exists(path + "/torlan.lock"));
+    }
+
     void what_was_made_can_be_taken_back() {
         data_folder_t folder(place->filePath("a/b"));
         QCOMPARE(folder.open().error, QString());

@@ -31,6 +31,13 @@ class tst_options_t : public QObject {
                                    "--ws-port=3",
                                    "--plugins",
                                    "p",
+                                   "--logs",
+                                   "l",
+                                   "--user",
+                                   "u",
+                                   "--limit",
+                                   "at-once=3",
+                                   "--limit=value-bytes=7",
                                    "--simulate",
                                    "--log-level-std",
                                    "0",
@@ -56,6 +63,10 @@ class tst_options_t : public QObject {
         QCOMPARE(parsed.value.ws_port, quint16(3));
         QCOMPARE(parsed.value.plugins, QStringLiteral("p"));
         QVERIFY(parsed.value.simulate);
+        QCOMPARE(parsed.value.logs, QStringLiteral("l"));
+        QCOMPARE(parsed.value.user, QStringLiteral("u"));
+        QCOMPARE(parsed.value.limits.at_once, 3);
+        QCOMPARE(parsed.value.limits.value_bytes, std::size_t(7));
         QCOMPARE(parsed.value.stdout_level, 0u);
         QCOMPARE(parsed.value.file_level, 6u);
         QCOMPARE(parsed.value.log_size, 1024u);
@@ -76,6 +87,7 @@ class tst_options_t : public QObject {
         QTest::newRow("empty port") << QStringList{"--port="} << "--port";
         QTest::newRow("negative WebSockets port") << QStringList{"--ws-port", "-1"} << "--ws-port";
         QTest::newRow("one port twice") << QStringList{"--ws-port", "1883"} << "1883";
+        QTest::newRow("no limit") << QStringList{"--limit", "speed=1"} << "speed";
         QTest::newRow("level") << QStringList{"--log-level-std", "7"} << "--log-level-std";
         QTest::newRow("no level") << QStringList{"--log-level-std", "-1"} << "--log-level-std";
         QTest::newRow("file level") << QStringList{"--log-level-file", "x"} << "--log-level-file";

@@ -64,6 +64,17 @@ class tst_driver_loader_t : public QObject {
         QVERIFY2(refused.text.contains(path(name)), qPrintable(refused.text));
     }
 
+    void what_others_could_change_is_not_loaded() {
+        take("good");
+        QVERIFY(QFile::setPermissions(path("good"),
+                                      QFile::permissions(path("good")) | QFileDevice::WriteOther));
+        driver_loader_t loader(folder->path());
+        QVERIFY(loader.load_all().empty());
+        QCOMPARE(loader.refused().size(), 1);
+        QCOMPARE(loader.refused().first().reason, refusal_reason_t::changeable);
+        QVERIFY(loader.refused().first().text.contains("can be changed by other users"));
+    }
+
     void the_text_says_what_the_constructor_threw() {
         take("throwing");
         driver_loader_t loader(folder->path());
