@@ -158,6 +158,10 @@ base::result_t host_t::open_database() {
     live_options.save_delay_ms = torlan_option_t::DelayToSave();
     live_options.save_iterations = torlan_option_t::DelayIterationToForceSave();
     live = std::make_unique<database::live::live_database_t>(database.get(), live_options);
+    connect(live.get(), &database::live::live_database_t::failed, this,
+            [](const QString& _sentence) {
+                utility::log_line(_sentence, 2, "operator()", source, __LINE__);
+            });
     bus = std::make_unique<database::live::simulated_bus_t>(database.get(), live->writer());
     bus->simulate(options.simulate);
     const QString file = folder.file(database_name);
@@ -246,10 +250,6 @@ void host_t::set_up_connections() {
             drivers.restart(mqtt);
         }
     });
-    connect(live.get(), &database::live::live_database_t::failed, this,
-            [](const QString& _sentence) {
-                utility::log_line(_sentence, 2, "operator()", source, __LINE__);
-            });
 }
 
 QString host_t::ready_text() const {

@@ -8,8 +8,10 @@
 #include "database/permission.h"
 #include "installation/document_reader.h"
 #include "installation/document_writer.h"
+#include "installation/tidy.h"
 #include "password_input.h"
 #include "program/file_reader_t.h"
+#include "program/say.h"
 #include "program/standard_streams.h"
 #include "store/sqlite_store_t.h"
 #include "store/store_editor_t.h"
@@ -70,9 +72,21 @@ result_t export_document(const QString& _data, const QStringList&) {
     if (!opened.is_ok()) {
         return opened;
     }
-    const auto installation = store.read();
-    return installation.is_ok() ? write_output(write_document(installation.value))
-                                : result_t(installation);
+    auto installation = store.read();
+    if (!installation.is_ok()) {
+        return installation;
+    }
+    for (const QString& sentence : store.notes()) {
+        say(stderr, sentence);
+    }
+    for (const QString& what : tidy_whole(&installation.value)) {
+        say(stderr, what + QLatin1Char('.'));
+    }
+    const QByteArray document = write_document(installation.value);
+    return document.size() > max_document_bytes
+               ? result_t::failed(QStringLiteral(
+                     "The document would be larger than 64 MiB, which no import reads."))
+               : write_output(document);
 }
 
 result_t grant(const QString& _data, const QStringList& _arguments) {

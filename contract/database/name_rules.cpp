@@ -9,7 +9,7 @@ namespace {
 
 constexpr qsizetype max_identifier = 64;
 constexpr qsizetype max_topic = 256;
-constexpr qsizetype max_quoted = 80;
+constexpr qsizetype max_shown = 80;
 
 /// Answer topics replace this word, so that no topic level may hold it.
 const QLatin1String reserved_word("request");
@@ -27,6 +27,11 @@ bool is_control(QChar _c) {
 bool is_level(const QString& _level) {
     return !_level.isEmpty() && _level.size() <= max_identifier &&
            std::all_of(_level.begin(), _level.end(), is_identifier_character);
+}
+
+/// A question mark stands for what is no character.
+QString whole_characters(const QString& _text) {
+    return _text.isValidUtf16() ? _text : QString::fromUtf8(_text.toUtf8());
 }
 
 }  // namespace
@@ -71,10 +76,24 @@ QString value_error(const QString& _value) {
     return {};
 }
 
+QString cleaned_text(const QString& _text) {
+    QString text = whole_characters(_text);
+    std::replace_if(text.begin(), text.end(), is_control, QChar(u' '));
+    return text;
+}
+
+QString cleaned_value(const QString& _value) {
+    return whole_characters(_value).remove(QChar(u'\0'));
+}
+
+QString shown(const QString& _text) {
+    QString text = _text.size() > max_shown ? _text.left(max_shown) + QChar(u'…') : _text;
+    std::replace_if(text.begin(), text.end(), is_control, QChar(u'?'));
+    return text;
+}
+
 QString quoted(const QString& _text) {
-    QString shown = _text.size() > max_quoted ? _text.left(max_quoted) + QChar(u'…') : _text;
-    std::replace_if(shown.begin(), shown.end(), is_control, QChar(u'?'));
-    return u'"' + shown + u'"';
+    return u'"' + shown(_text) + u'"';
 }
 
 }  // namespace database

@@ -3,6 +3,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include "database/element_type.h"
 #include "database/permission.h"
 
 namespace database::installation {
@@ -51,8 +52,15 @@ QJsonObject element(const element_t& _element) {
     if (!_element.functions.isEmpty()) {
         object.insert(QStringLiteral("functions"), write_section(_element.functions, text_or_null));
     }
-    insert_unless_empty(object, QStringLiteral("scenario"), _element.scenario);
-    insert_unless_empty(object, QStringLiteral("thermostat"), _element.thermostat);
+    const auto insert_target = [&object, &_element](const QString& _key, const QString& _id,
+                                                    int _type) {
+        // An element of the type must say it when there is none.
+        if (!_id.isEmpty() || _element.type == _type) {
+            object.insert(_key, _id);
+        }
+    };
+    insert_target(QStringLiteral("scenario"), _element.scenario, element_type::scenario);
+    insert_target(QStringLiteral("thermostat"), _element.thermostat, element_type::thermostat);
     return object;
 }
 

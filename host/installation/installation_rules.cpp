@@ -12,7 +12,9 @@ class rules_t {
     explicit rules_t(const installation_t& _installation) : whole(_installation) {}
 
     problems_t check() {
-        demand(topic_error(whole.topic), {QStringLiteral("topic")});
+        if (!whole.topic.isEmpty()) {
+            demand(topic_error(whole.topic), {QStringLiteral("topic")});
+        }
         check_ids(QStringLiteral("items"), whole.items);
         check_ids(QStringLiteral("scenarios"), whole.scenarios);
         check_ids(QStringLiteral("thermostats"), whole.thermostats);
@@ -103,12 +105,13 @@ class rules_t {
         }
     }
 
+    /// A null id: the document does not say; an empty one: none.
     template <typename value_t>
     void check_target(const QString& _key, const QString& _id, bool _needed,
                       const QMap<QString, value_t>& _known, const QStringList& _place) {
         if (!_id.isEmpty()) {
             check_known(_key, _id, _known, _place + QStringList{_key});
-        } else if (_needed) {
+        } else if (_needed && _id.isNull()) {
             problems.add(_place, QStringLiteral("an element of this type needs a ") + quoted(_key));
         }
     }

@@ -34,7 +34,7 @@ struct user_t {
 /// A whole installation as a value: what one import writes and one export reads.
 /// Permission bits: 1 read, 2 write; a grant that is not there is a denial.
 struct installation_t {
-    QString topic;                                  ///< e.g. "installation/0001"
+    QString topic;                                  ///< e.g. "installation/0001"; empty: none
     QMap<QString, QString> items;                   ///< item id -> current value
     QMap<QString, bool> scenarios;                  ///< scenario id -> executed
     QMap<QString, thermostat_t> thermostats;        ///< by thermostat id

@@ -33,13 +33,13 @@ result_t change_feed_t::load() {
 
 result_t change_feed_t::read_whole(installation::installation_t* _whole) {
     const transaction_t transaction(connection, transaction_t::kind_t::reading);
-    result_t result = transaction.begun();
-    if (result.is_ok()) {
-        result = store::store_reader_t(connection).read_all(_whole);
-    }
+    store::store_reader_t reader(connection);
+    const result_t result =
+        transaction.begun().is_ok() ? reader.read_all(_whole) : transaction.begun();
     if (!result.is_ok()) {
         return result;
     }
+    tell_notes(reader.notes());
     const ::base::result_of_t<qint64> newest = log.last_sequence();
     last_sequence = newest.value;
     return newest;
@@ -68,6 +68,12 @@ void change_feed_t::check() {
     }
 }
 
+void change_feed_t::tell_notes(const QStringList& _notes) {
+    for (const QString& sentence : told_notes.fresh(_notes)) {
+        Q_EMIT failed(sentence);
+    }
+}
+
 void change_feed_t::tell(const QString& _failure) {
     if (std::exchange(failure, _failure) != _failure) {
         Q_EMIT failed(_failure);
@@ -84,7 +90,7 @@ result_t change_feed_t::absorb(model_changes_t* _changes) {
     if (!rows.is_ok()) {
         return rows;
     }
-    const store::change_batch_t& batch = rows.value;
+    store::change_batch_t batch = rows.value;
     installation::installation_t part;
     store::store_reader_t reader(connection);
     const result_t result =
@@ -92,11 +98,13 @@ result_t change_feed_t::absorb(model_changes_t* _changes) {
     if (!result.is_ok()) {
         return result;
     }
+    tell_notes(reader.notes());
     last_sequence = batch.last_sequence;
     if (batch.everything) {
         model.fill(part);
         _changes->everything = true;
     } else {
+        batch.drop_unnamed();
         *_changes = model.apply(batch, part);
     }
     return {};

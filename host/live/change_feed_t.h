@@ -3,6 +3,7 @@
 #include <QObject>
 
 #include "live/model_t.h"
+#include "live/told_once_t.h"
 #include "store/change_log_t.h"
 #include "store/connection_t.h"
 
@@ -31,6 +32,9 @@ class change_feed_t : public QObject {
     /// Announces what absorb() applied; to be called after the transaction.
     void announce(const model_changes_t& _changes);
 
+    /// Tells by failed() what is new of @p _notes, sentences about rows that nobody is shown.
+    void tell_notes(const QStringList& _notes);
+
  Q_SIGNALS:
     /// User names or passwords changed, users came or went: the broker's files are out of date.
     void users_changed();
@@ -39,7 +43,7 @@ class change_feed_t : public QObject {
     /// Everything was read again.
     void reloaded();
     /// The store could not be read; the next look tries again. The same sentence once only, until a
-    /// look goes well.
+    /// look goes well. Or a row was left out or cleaned: once for each.
     void failed(const QString& _sentence);
 
  private:
@@ -56,6 +60,7 @@ class change_feed_t : public QObject {
     model_t model;
     store::change_log_t log;
     qint64 last_sequence = 0;
+    told_once_t told_notes;
     QString failure;  ///< what was told last; empty after a look that went well
 };
 

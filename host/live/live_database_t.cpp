@@ -56,10 +56,12 @@ result_t live_database_t::flush() {
 
 ::base::result_of_t<QMap<QString, installation::user_t>> live_database_t::read_users() {
     installation::installation_t part;
-    const result_t result = store::store_reader_t(connection).read_accounts(&part);
+    store::store_reader_t reader(connection);
+    const result_t result = reader.read_accounts(&part);
     if (!result.is_ok()) {
         return result;
     }
+    changes.tell_notes(reader.notes());
     return part.users;
 }
 

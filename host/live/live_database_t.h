@@ -41,7 +41,8 @@ class live_database_t : public QObject {
     change_feed_t* feed() { return &changes; }
 
  Q_SIGNALS:
-    /// A read or a save failed and will be tried again; one sentence for the log.
+    /// A read or a save failed and will be tried again, or a row was left out or cleaned; one
+    /// sentence for the log. Also while open() runs.
     void failed(const QString& _sentence);
 
  private:

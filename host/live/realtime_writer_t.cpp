@@ -1,5 +1,6 @@
 #include "live/realtime_writer_t.h"
 
+#include "database/name_rules.h"
 #include "live/table_writer_t.h"
 
 namespace database::live {
@@ -17,8 +18,9 @@ bool realtime_writer_t::write_item(const QString& _id, const QString& _value) {
     if (item == nullptr) {
         return false;
     }
-    if (item->getValue() != _value) {
-        table_writer_t(database).set_value(item, _value);
+    const QString value = cleaned_value(_value);
+    if (item->getValue() != value) {
+        table_writer_t(database).set_value(item, value);
         dirty_items.insert(_id);
         Q_EMIT unsaved();
     }

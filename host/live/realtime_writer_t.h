@@ -18,7 +18,8 @@ class realtime_writer_t : public QObject {
     explicit realtime_writer_t(database_t* _database, QObject* _parent = nullptr);
     ~realtime_writer_t() override;
 
-    /// The bus's side: stores, then announces, an unchanged value too. False: unknown id.
+    /// The bus's side: stores, then announces, an unchanged value too. A value that the store does
+    /// not take is cleaned first. False: unknown id.
     bool write_item(const QString& _id, const QString& _value);
     bool write_scenario(const QString& _id, bool _execution);
 

@@ -3,6 +3,8 @@
 #include <QString>
 #include <set>
 
+#include "database/name_rules.h"
+
 namespace database::store {
 
 /// What the rows of the change table between two reads tell: the keys whose rows are to be read
@@ -13,6 +15,15 @@ struct change_batch_t {
     bool topic = false;
     bool accounts = false;  ///< a user name or a password changed, users came or went
     std::set<QString> items, scenarios, thermostats, elements, users;
+
+    /// Takes out the keys that are no identifiers: nothing in memory has such a one, and nobody is
+    /// to hear of it.
+    void drop_unnamed() {
+        for (std::set<QString>* keys : {&items, &scenarios, &thermostats, &elements, &users}) {
+            std::erase_if(*keys,
+                          [](const QString& _key) { return !identifier_error(_key).isEmpty(); });
+        }
+    }
 };
 
 }  // namespace database::store

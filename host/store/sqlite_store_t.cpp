@@ -21,10 +21,12 @@ result_t sqlite_store_t::open(const QString& _path) {
         return transaction.begun();
     }
     installation_t whole;
-    const result_t result = store_reader_t(link).read_all(&whole);
+    store_reader_t reader(link);
+    const result_t result = reader.read_all(&whole);
     if (!result.is_ok()) {
         return result;
     }
+    sentences = reader.notes();
     return whole;
 }
 

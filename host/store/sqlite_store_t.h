@@ -12,8 +12,11 @@ class sqlite_store_t {
     /// Opens or creates the file; see open_database(). Waits up to five seconds for other writers.
     ::base::result_t open(const QString& _path);
 
-    /// Reads the whole installation of one moment.
+    /// Reads the whole installation of one moment, as far as a document may hold it.
     ::base::result_of_t<installation::installation_t> read();
+
+    /// What read() left out or cleaned, one sentence for each thing; see store_reader_t.
+    const QStringList& notes() const { return sentences; }
 
     /// Puts @p _installation in the place of what is there: all of it or, on an error, nothing.
     ::base::result_t replace(const installation::installation_t& _installation);
@@ -22,6 +25,7 @@ class sqlite_store_t {
 
  private:
     connection_t link;
+    QStringList sentences;
 };
 
 }  // namespace database::store

@@ -1,7 +1,6 @@
 #include "store/store_editor_t.h"
 
-#include <QRegularExpression>
-
+#include "database/name_rules.h"
 #include "store/store_writer_t.h"
 #include "store/transaction_t.h"
 
@@ -12,12 +11,14 @@ using ::base::result_t;
 namespace {
 
 result_t no_such(const char* _kind, const QString& _id) {
-    return result_t::failed(QStringLiteral("There is no %1 %2.").arg(QLatin1String(_kind), _id));
+    return result_t::failed(
+        QStringLiteral("There is no %1 %2.").arg(QLatin1String(_kind), shown(_id)));
 }
 
-bool is_username(const QString& _name) {
-    static const QRegularExpression allowed(QStringLiteral("\\A[0-9a-zA-Z._-]+\\z"));
-    return allowed.match(_name).hasMatch() && !_name.contains(QLatin1String("request"));
+/// "u-" and the name, or the name alone where that is too long for an identifier.
+QString new_id(const QString& _username) {
+    const QString id = QLatin1String("u-") + _username;
+    return identifier_error(id).isEmpty() ? id : _username;
 }
 
 }  // namespace
@@ -51,17 +52,15 @@ result_t store_editor_t::grant(const QString& _user, const QString& _element, in
 }
 
 result_t store_editor_t::add_user(const QString& _username, const QString& _password_hash) {
-    if (!is_username(_username)) {
+    if (const QString error = identifier_error(_username); !error.isEmpty()) {
         return result_t::failed(
-            QStringLiteral("The user name \"%1\" is not made of letters, digits, \".\", \"_\" and "
-                           "\"-\" alone, or holds the word \"request\".")
-                .arg(_username));
+            QStringLiteral("The user name %1 %2.").arg(quoted(_username), error));
     }
     transaction_t transaction(connection, transaction_t::kind_t::writing);
     if (!transaction.begun().is_ok()) {
         return transaction.begun();
     }
-    const QString id = QLatin1String("u-") + _username;
+    const QString id = new_id(_username);
     if (const result_t name = check_free(id, _username); !name.is_ok()) {
         return name;
     }
@@ -87,6 +86,9 @@ result_t store_editor_t::remove_user(const QString& _user) {
 }
 
 result_t store_editor_t::set_item(const QString& _item, const QString& _value) {
+    if (const QString error = value_error(_value); !error.isEmpty()) {
+        return result_t::failed(QStringLiteral("The value %1.").arg(error));
+    }
     return set_value("items", QStringLiteral("UPDATE items SET value = ? WHERE id = ?"),
                      text_value(_value), _item, no_such("item", _item));
 }

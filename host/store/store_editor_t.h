@@ -13,7 +13,8 @@ class store_editor_t {
     /// @param _bits 1 read, 2 write, 3 both, 0 takes the grant away
     ::base::result_t grant(const QString& _user, const QString& _element, int _bits);
 
-    /// Adds a user with the id "u-" and the name; a name that is taken is refused.
+    /// Adds a user with the id "u-" and the name, or the name alone when it is longer than 62; a
+    /// name that is taken is refused.
     ::base::result_t add_user(const QString& _username, const QString& _password_hash);
     ::base::result_t set_password(const QString& _user, const QString& _password_hash);
     /// Removes a user and every grant of it.

@@ -2,6 +2,9 @@
 
 #include <QSqlQuery>
 
+#include "database/name_rules.h"
+#include "installation/tidy.h"
+
 namespace database::store {
 
 using ::base::result_t;
@@ -11,6 +14,11 @@ namespace {
 
 QString select(const char* _sql, const char* _where) {
     return QLatin1String(_sql) + QLatin1String(_where);
+}
+
+/// A reference that is no text leads nowhere.
+QString reference(const QVariant& _value) {
+    return _value.typeId() == QMetaType::QString ? _value.toString() : QString();
 }
 
 }  // namespace
@@ -26,11 +34,15 @@ result_t store_reader_t::read_all(installation_t* _target) {
             return result;
         }
     }
-    return read_topic(_target);
+    const result_t result = read_topic(_target);
+    tidy(_target);
+    return result;
 }
 
 result_t store_reader_t::read_accounts(installation_t* _target) {
-    return read_users({}, _target);
+    const result_t result = read_users({}, _target);
+    tidy(_target);
+    return result;
 }
 
 result_t store_reader_t::read_batch(const change_batch_t& _batch, installation_t* _target) {
@@ -57,7 +69,29 @@ result_t store_reader_t::read_batch(const change_batch_t& _batch, installation_t
             }
         }
     }
-    return _batch.topic ? read_topic(_target) : result_t();
+    const result_t result = _batch.topic ? read_topic(_target) : result_t();
+    tidy(_target);
+    return result;
+}
+
+bool store_reader_t::is_named(const char* _table, const QSqlQuery& _row) {
+    const QVariant key = _row.value(0);
+    if (key.typeId() == QMetaType::QString) {
+        return true;
+    }
+    note({QStringLiteral("%1/%2 is left out: the identifier must be text")
+              .arg(QLatin1String(_table), shown(key.toString()))});
+    return false;
+}
+
+void store_reader_t::tidy(installation_t* _target) {
+    note(installation::tidy_entries(_target));
+}
+
+void store_reader_t::note(const QStringList& _what) {
+    for (const QString& what : _what) {
+        sentences.append(QStringLiteral("Database %1: %2.").arg(connection.path(), what));
+    }
 }
 
 result_t store_reader_t::read_topic(installation_t* _target) {
@@ -68,27 +102,34 @@ result_t store_reader_t::read_topic(installation_t* _target) {
 
 result_t store_reader_t::read_items(const filter_t& _filter, installation_t* _target) {
     return connection.each(select("SELECT id, value FROM items", _filter.where), _filter.values,
-                           [_target](const QSqlQuery& _row) {
-                               _target->items.insert(_row.value(0).toString(),
-                                                     _row.value(1).toString());
+                           [this, _target](const QSqlQuery& _row) {
+                               if (is_named("items", _row)) {
+                                   _target->items.insert(_row.value(0).toString(),
+                                                         _row.value(1).toString());
+                               }
                            });
 }
 
 result_t store_reader_t::read_scenarios(const filter_t& _filter, installation_t* _target) {
     return connection.each(select("SELECT id, execution FROM scenarios", _filter.where),
-                           _filter.values, [_target](const QSqlQuery& _row) {
-                               _target->scenarios.insert(_row.value(0).toString(),
-                                                         _row.value(1).toBool());
+                           _filter.values, [this, _target](const QSqlQuery& _row) {
+                               if (is_named("scenarios", _row)) {
+                                   _target->scenarios.insert(_row.value(0).toString(),
+                                                             _row.value(1).toBool());
+                               }
                            });
 }
 
 result_t store_reader_t::read_thermostats(const filter_t& _filter, installation_t* _target) {
     return connection.each(
         select("SELECT id, id_actual, id_windows_contact FROM thermostats", _filter.where),
-        _filter.values, [_target](const QSqlQuery& _row) {
-            installation::thermostat_t& thermostat = _target->thermostats[_row.value(0).toString()];
-            thermostat.id_actual = _row.value(1).toString();
-            thermostat.id_windows_contact = _row.value(2).toString();
+        _filter.values, [this, _target](const QSqlQuery& _row) {
+            if (is_named("thermostats", _row)) {
+                installation::thermostat_t& thermostat =
+                    _target->thermostats[_row.value(0).toString()];
+                thermostat.id_actual = reference(_row.value(1));
+                thermostat.id_windows_contact = reference(_row.value(2));
+            }
         });
 }
 
@@ -96,9 +137,9 @@ result_t store_reader_t::read_thermostat_ids(const filter_t& _filter, installati
     return connection.each(
         select("SELECT thermostat, key, item FROM thermostat_ids", _filter.where), _filter.values,
         [_target](const QSqlQuery& _row) {
-            const auto thermostat = _target->thermostats.find(_row.value(0).toString());
+            const auto thermostat = _target->thermostats.find(reference(_row.value(0)));
             if (thermostat != _target->thermostats.end()) {
-                thermostat->ids.insert(_row.value(1).toString(), _row.value(2).toString());
+                thermostat->ids.insert(_row.value(1).toString(), reference(_row.value(2)));
             }
         });
 }
@@ -106,13 +147,15 @@ result_t store_reader_t::read_thermostat_ids(const filter_t& _filter, installati
 result_t store_reader_t::read_elements(const filter_t& _filter, installation_t* _target) {
     return connection.each(
         select("SELECT id, name, type, flags, scenario, thermostat FROM elements", _filter.where),
-        _filter.values, [_target](const QSqlQuery& _row) {
-            installation::element_t& element = _target->elements[_row.value(0).toString()];
-            element.name = _row.value(1).toString();
-            element.type = _row.value(2).toInt();
-            element.flags = _row.value(3).toInt();
-            element.scenario = _row.value(4).toString();
-            element.thermostat = _row.value(5).toString();
+        _filter.values, [this, _target](const QSqlQuery& _row) {
+            if (is_named("elements", _row)) {
+                installation::element_t& element = _target->elements[_row.value(0).toString()];
+                element.name = _row.value(1).toString();
+                element.type = _row.value(2).toInt();
+                element.flags = _row.value(3).toInt();
+                element.scenario = reference(_row.value(4));
+                element.thermostat = reference(_row.value(5));
+            }
         });
 }
 
@@ -120,19 +163,21 @@ result_t store_reader_t::read_functions(const filter_t& _filter, installation_t*
     return connection.each(
         select("SELECT element, name, item FROM functions", _filter.where), _filter.values,
         [_target](const QSqlQuery& _row) {
-            const auto element = _target->elements.find(_row.value(0).toString());
+            const auto element = _target->elements.find(reference(_row.value(0)));
             if (element != _target->elements.end()) {
-                element->functions.insert(_row.value(1).toString(), _row.value(2).toString());
+                element->functions.insert(_row.value(1).toString(), reference(_row.value(2)));
             }
         });
 }
 
 result_t store_reader_t::read_users(const filter_t& _filter, installation_t* _target) {
     return connection.each(select("SELECT id, username, password_hash FROM users", _filter.where),
-                           _filter.values, [_target](const QSqlQuery& _row) {
-                               _target->users.insert(
-                                   _row.value(0).toString(),
-                                   {_row.value(1).toString(), _row.value(2).toString()});
+                           _filter.values, [this, _target](const QSqlQuery& _row) {
+                               if (is_named("users", _row)) {
+                                   _target->users.insert(
+                                       _row.value(0).toString(),
+                                       {reference(_row.value(1)), _row.value(2).toString()});
+                               }
                            });
 }
 
@@ -142,9 +187,9 @@ result_t store_reader_t::read_permissions(const filter_t& _filter, installation_
                _filter.where),
         _filter.values, [_target](const QSqlQuery& _row) {
             // A grant whose element is gone (a writer without foreign keys) is none.
-            const auto element = _target->elements.constFind(_row.value(1).toString());
+            const auto element = _target->elements.constFind(reference(_row.value(1)));
             if (element != _target->elements.constEnd()) {
-                _target->permissions[_row.value(0).toString()].insert(element.key(),
+                _target->permissions[reference(_row.value(0))].insert(element.key(),
                                                                       _row.value(2).toInt());
             }
         });

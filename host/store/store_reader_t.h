@@ -1,12 +1,15 @@
 #pragma once
 
+#include <QStringList>
+
 #include "installation/installation_t.h"
 #include "store/change_batch_t.h"
 #include "store/connection_t.h"
 
 namespace database::store {
 
-/// Reads rows into values. To be used inside a transaction, so that they are of one state.
+/// Reads rows into values. To be used inside a transaction, so that they are of one state. What
+/// the rule of names refuses stays out, whoever wrote it, see installation::tidy_entries().
 class store_reader_t {
  public:
     explicit store_reader_t(connection_t& _connection) : connection(_connection) {}
@@ -19,6 +22,9 @@ class store_reader_t {
     /// With an element come all its grants.
     ::base::result_t read_batch(const change_batch_t& _batch,
                                 installation::installation_t* _target);
+
+    /// What stayed out or was cleaned, one sentence for each thing, of all reads so far.
+    const QStringList& notes() const { return sentences; }
 
  private:
     /// Restricts a read to the row or rows of one key; none: all rows.
@@ -40,7 +46,13 @@ class store_reader_t {
     ::base::result_t read_permissions(const filter_t& _filter,
                                       installation::installation_t* _target);
 
+    /// Whether the first column is a text, as the names of rows are.
+    bool is_named(const char* _table, const QSqlQuery& _row);
+    void tidy(installation::installation_t* _target);
+    void note(const QStringList& _what);
+
     connection_t& connection;
+    QStringList sentences;
 };
 
 }  // namespace database::store

@@ -115,7 +115,7 @@ const QList<row_t> rows{
     {"host/broker", "base/|contract/(logs|comunication)/|host/(accounts|endpoint|process)/"},
     {"host/installation",
      "base/|contract/database/(element_type|name_rules|permission)|host/accounts/broker_hash"},
-    {"host/store", "base/|host/installation/"},
+    {"host/store", "base/|contract/database/name_rules|host/installation/"},
     {"host/live", "base/|contract/database/|host/(installation|store)/"},
     {"host/loader", "base/|contract/|server/drivers/driver/|host/process/trusted_path"},
     {"apps/program", "base/"},

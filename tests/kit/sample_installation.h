@@ -9,6 +9,11 @@
 
 namespace sample {
 
+/// What looks like a password's hash, of nobody knows which password.
+inline QString password_hash(char16_t _letter) {
+    return QStringLiteral("$7$1$%1$%2==").arg(QString(16, _letter), QString(86, _letter));
+}
+
 /// The small home as the store keeps it, with what is unusual besides: a function without an item,
 /// an element of a scenario with a function and all flags but one clear, a key of a thermostat
 /// without an item.

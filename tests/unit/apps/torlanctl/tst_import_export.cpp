@@ -7,6 +7,7 @@ class tst_import_export : public QObject {
 
  private Q_SLOTS:
     void export_of_an_imported_export_is_the_same();
+    void what_an_odd_database_exports_can_be_imported();
     void import_replaces_what_was_there();
     void refused_import_writes_nothing();
     void first_import_that_is_refused_makes_no_database();
@@ -28,6 +29,41 @@ void tst_import_export::export_of_an_imported_export_is_the_same() {
              QString());
     QCOMPARE(second({"export"}).output, written.output);
     QVERIFY(second.stored() == first.stored());
+}
+
+void tst_import_export::what_an_odd_database_exports_can_be_imported() {
+    const torlanctl_t torlanctl;
+    QCOMPARE(torlanctl.import_small_home().status, 0);
+    database::store::connection_t shell;
+    using access_t = database::store::connection_t::access_t;
+    QVERIFY(shell.open(torlanctl.data() + "/installation.db", access_t::read_write, 1000).is_ok());
+    for (const char* sql :
+         {"PRAGMA ignore_check_constraints = ON",
+          "UPDATE elements SET name = 'Lamp' || char(7) || char(0) || '!' WHERE id = 'e-lamp'",
+          "INSERT INTO elements (id, type) VALUES (hex(zeroblob(41)), 1), (x'61', 1), ('a b', 1)",
+          "INSERT INTO items VALUES ('i/1', '1'), ('i-2', '4' || char(0) || '2')",
+          "INSERT INTO functions VALUES ('e-lamp', 'up' || char(10), 'i/1'), ('e-lamp', '', NULL)",
+          "INSERT INTO elements (id, type) VALUES ('e-8', 8), ('e-17', 17)",
+          "INSERT INTO users VALUES ('u-eve', 'eve', 'clear text'), ('u-x', 'x+', 'hash')",
+          "INSERT INTO permissions VALUES ('u-eve', 'e-lamp', 1), ('u-alice', 'e-8', 9)",
+          "UPDATE meta SET value = 'home/#'"}) {
+        const base::result_t result = shell.run(QString::fromLatin1(sql));
+        QVERIFY2(result.is_ok(), qPrintable(result.error));
+    }
+    const call_t written = torlanctl({"export"});
+    QCOMPARE(written.status, 0);
+    QCOMPARE(written.error.count(" is left out: "), 10);
+    QCOMPARE(written.error.count(" is cleaned: "), 3);
+
+    const torlanctl_t second;
+    QCOMPARE(second({"import", second.write("home.json", written.output.toUtf8())}).error,
+             QString());
+    QCOMPARE(second({"export"}).output, written.output);
+    const auto stored = second.stored();
+    QCOMPARE(stored.elements.keys(), QStringList({"e-17", "e-8", "e-lamp", "e-night", "e-therm"}));
+    QCOMPARE(stored.elements["e-lamp"].name, "Lamp  !");
+    QCOMPARE(stored.items["i-2"], "42");
+    QCOMPARE(stored.users.keys(), QStringList({"u-alice", "u-bob"}));
 }
 
 void tst_import_export::import_replaces_what_was_there() {

@@ -39,6 +39,8 @@ class tst_name_rules : public QObject {
     void plain_text_has_no_control_characters() {
         QFETCH(QString, text);
         QTEST(plain_text_error(text).isEmpty(), "accepted");
+        QTEST(cleaned_text(text) == text, "accepted");
+        QCOMPARE(plain_text_error(cleaned_text(text)), QString());
     }
 
     void values_may_hold_anything_but_nul_data() {
@@ -52,6 +54,13 @@ class tst_name_rules : public QObject {
     void values_may_hold_anything_but_nul() {
         QFETCH(QString, text);
         QTEST(value_error(text).isEmpty(), "accepted");
+        QTEST(cleaned_value(text) == text, "accepted");
+        QCOMPARE(value_error(cleaned_value(text)), QString());
+    }
+
+    void what_is_cleaned_stays_readable() {
+        QCOMPARE(cleaned_text(QStringLiteral("Kitchen\nlamp")), "Kitchen lamp");
+        QCOMPARE(cleaned_value(QStringLiteral("2") + QChar(u'\0') + QStringLiteral("1\n")), "21\n");
     }
 
     void quoted_text_is_short_and_on_one_line() {

@@ -19,7 +19,10 @@ class tst_installation_schema : public QObject {
         QCOMPARE(accepts(rule, text), error.isEmpty());
     }
 
-    void topics_data() { fill(sample::topics()); }
+    void topics_data() {
+        fill(sample::topics());
+        QTest::newRow("none") << QString() << QString();
+    }
     void topics() {
         QFETCH(QString, text);
         QFETCH(QString, error);

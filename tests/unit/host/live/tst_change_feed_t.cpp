@@ -1,5 +1,6 @@
 #include "live/change_feed_t.h"
 
+#include <QSignalSpy>
 #include <QTest>
 
 #include "kit/notifier_log_t.h"
@@ -214,6 +215,40 @@ class tst_change_feed_t : public QObject {
         QCOMPARE(log.lines, QStringList("item i-lamp"));
     }
 
+    void odd_rows_are_shown_to_nobody_and_told_once() {
+        QSignalSpy told(feed.get(), &change_feed_t::failed);
+        notifier_log_t log(db.get(), feed.get());
+        // As a shell can write them, if it is told to.
+        QVERIFY(writer->write(
+            {"PRAGMA ignore_check_constraints = ON",
+             "INSERT INTO elements (id, type) VALUES ('a/#', 1), (x'652d62', 1), ('e-new', 1)",
+             "INSERT INTO items VALUES ('i b', '1')", "INSERT INTO scenarios VALUES ('', 1)",
+             "INSERT INTO thermostats (id) VALUES ('request')",
+             "INSERT INTO users VALUES ('u-eve', '+', 'hash'), ('u x', 'eve', 'hash')",
+             "INSERT INTO permissions VALUES ('u-eve', 'e-lamp', 1), ('u-bob', 'a/#', 1)",
+             "UPDATE elements SET name = 'Kitchen' || char(10) || 'lamp' WHERE id = 'e-lamp'"}));
+        feed->check();
+        QCOMPARE(log.lines.mid(told.count()),
+                 QStringList({"users_changed", "user u-eve", "database", "access_changed"}));
+        QCOMPARE(told.count(), 7);
+        QCOMPARE(data()->getElements()->getObjects().keys(),
+                 QStringList({"e-lamp", "e-new", "e-night", "e-therm"}));
+        QCOMPARE(name_of("e-lamp"), "Kitchen lamp");
+        QCOMPARE(data()->getItems()->getObjects().size(), 5);
+        QCOMPARE(data()->getScenary()->getObjects().size(), 1);
+        QCOMPARE(data()->getThermo()->getObjects().size(), 1);
+        QCOMPARE(user_ids(), QStringList({"u-alice", "u-bob"}));
+
+        // A name that is no text is found when everything is read.
+        QVERIFY(writer->write({"INSERT INTO changes (tab, key) VALUES ('bulk', '')"}));
+        feed->check();
+        QCOMPARE(told.count(), 8);
+        QVERIFY(writer->write({"UPDATE elements SET type = 2"}));
+        feed->check();
+        QCOMPARE(told.count(), 8);
+        QCOMPARE(data()->getElements()->getObjects().size(), 4);
+    }
+
     void a_failed_look_is_told_and_tried_again() {
         notifier_log_t log(db.get(), feed.get());
         QVERIFY(writer->write({"ALTER TABLE elements RENAME COLUMN name TO title",
@@ -231,6 +266,7 @@ class tst_change_feed_t : public QObject {
     }
 
  private:
+    const database::persistent::ps_data_t* data() { return db->getPersistent()->getData(); }
     void start() {
         feed.reset();
         db = std::make_unique<database::database_t>();

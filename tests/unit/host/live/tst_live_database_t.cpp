@@ -104,6 +104,25 @@ class tst_live_database_t : public QObject {
         QVERIFY(users.value == sample::installation().users);
     }
 
+    void a_user_against_the_rule_is_no_account_and_told_once() {
+        const sample::file_t file;
+        sample::foreign_writer_t writer(file.path());
+        QVERIFY(writer.write({"PRAGMA ignore_check_constraints = ON",
+                              "INSERT INTO users VALUES ('u-eve', 'e' || char(10) || 've', 'x')"}));
+        database::database_t db;
+        live_database_t live(&db, {});
+        QSignalSpy told(&live, &live_database_t::failed);
+        QVERIFY(live.open(file.path()).is_ok());
+        for (int i = 0; i < 3; ++i) {
+            QCOMPARE(live.read_users().value.keys(), QStringList({"u-alice", "u-bob"}));
+        }
+        QCOMPARE(told.count(), 1);
+        QCOMPARE(told.last().first().toString(),
+                 QStringLiteral("Database %1: users/u-eve is left out: the user name must be 1 to "
+                                "64 of the characters 0-9 a-z A-Z . _ -.")
+                     .arg(file.path()));
+    }
+
     void a_file_that_is_not_there_is_an_empty_installation() {
         const QTemporaryDir folder;
         database::database_t db;

@@ -47,6 +47,11 @@ class tst_realtime_writer_t : public QObject {
         QVERIFY(writer->unsaved_items().empty());
     }
 
+    void a_value_that_no_store_takes_is_cleaned() {
+        QVERIFY(writer->write_item("i-lamp", QString("1") + QChar(0) + QString("2")));
+        QCOMPARE(value(), "12");
+    }
+
     void unknown_ids_are_refused_silently() {
         notifier_log_t log(memory->get());
         QVERIFY(!writer->write_item("i-none", "1"));

@@ -3,6 +3,8 @@
 #include <QTest>
 #include <thread>
 
+#include "database/name_rules.h"
+#include "kit/name_samples.h"
 #include "kit/sample_installation.h"
 
 using namespace database::store;
@@ -90,12 +92,34 @@ class tst_store_editor_t : public QObject {
         QCOMPARE(editor.set_item("i-lamp", "1").error, busy);
     }
 
-    void a_name_that_would_widen_a_topic_is_refused() {
+    void a_name_is_held_to_the_rule() {
         store_editor_t editor(store->connection());
-        for (const char* name : {"", "+", "a/b", "#", "my-request", "a\n"}) {
-            const base::result_t result = editor.add_user(QString::fromUtf8(name), "hash");
-            QVERIFY2(result.error.startsWith("The user name \""), name);
+        for (const sample::name_t& name : sample::identifiers()) {
+            const base::result_t result = editor.add_user(name.text, "hash");
+            QCOMPARE(result.error, name.error.isEmpty()
+                                       ? QString()
+                                       : QStringLiteral("The user name %1 %2.")
+                                             .arg(database::quoted(name.text), name.error));
         }
+    }
+
+    void a_long_name_is_its_own_id() {
+        store_editor_t editor(store->connection());
+        const QString just_short(62, u'a');
+        const QString just_long(63, u'b');
+        QVERIFY(editor.add_user(just_short, "hash").is_ok());
+        QVERIFY(editor.add_user(just_long, "hash").is_ok());
+        QCOMPARE(now().users["u-" + just_short].username, just_short);
+        QCOMPARE(now().users[just_long].username, just_long);
+        QCOMPARE(editor.add_user(just_long, "hash").error,
+                 QStringLiteral("There is a user %1 already.").arg(just_long));
+    }
+
+    void a_value_is_held_to_the_rule() {
+        store_editor_t editor(store->connection());
+        QCOMPARE(editor.set_item("i-lamp", QString(QChar(u'\0'))).error,
+                 "The value must be text without NUL characters.");
+        QVERIFY(now() == sample::installation());
     }
 
     void values_are_set() {
