@@ -3,6 +3,7 @@
 #include <QStringList>
 
 #include "comunication/api_topics.h"
+#include "database/name_rules.h"
 
 namespace comunication {
 
@@ -17,8 +18,11 @@ api_topic_t api_topic_t::parse(const QString& _topic) {
     if (!_topic.startsWith(api_topics::root + QLatin1Char('/'))) {
         return {};
     }
+    const auto is_name = [](const QString& _level) {
+        return database::identifier_error(_level).isEmpty();
+    };
     const QStringList levels = _topic.split(QLatin1Char('/'));
-    if (levels.size() < 5 || levels[2].isEmpty() || levels[3].isEmpty()) {
+    if (levels.size() < 5 || !is_name(levels[2]) || !is_name(levels[3])) {
         return {};
     }
     if (levels.size() > 5 && levels[5] == request_word) {

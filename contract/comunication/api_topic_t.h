@@ -18,7 +18,7 @@ struct api_topic_t {
     bool is_valid() const { return !type.isEmpty(); }
     bool is_request() const;
 
-    /// Pure. An API topic has non-empty version and user levels.
+    /// Pure. The version and the user of an API topic are identifiers, see database/name_rules.h.
     static api_topic_t parse(const QString& _topic);
 };
 

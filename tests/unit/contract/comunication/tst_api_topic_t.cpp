@@ -1,6 +1,7 @@
 #include <QTest>
 
 #include "comunication/api_topic_t.h"
+#include "kit/name_samples.h"
 
 using comunication::api_topic_t;
 
@@ -10,6 +11,8 @@ class tst_api_topic_t : public QObject {
  private Q_SLOTS:
     void parse_reads_the_levels_data();
     void parse_reads_the_levels();
+    void names_are_held_to_the_rule_data();
+    void names_are_held_to_the_rule();
 };
 
 void tst_api_topic_t::parse_reads_the_levels_data() {
@@ -51,6 +54,23 @@ void tst_api_topic_t::parse_reads_the_levels() {
     QCOMPARE(QStringList({found.version, found.user, found.client, found.type}), expected);
     QCOMPARE(found.is_valid(), !expected[3].isEmpty());
     QCOMPARE(found.is_request(), expected[3] == "request");
+}
+
+void tst_api_topic_t::names_are_held_to_the_rule_data() {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("accepted");
+    for (const sample::name_t& name : sample::identifiers()) {
+        QTest::newRow(name.title) << name.text << name.error.isEmpty();
+    }
+}
+
+void tst_api_topic_t::names_are_held_to_the_rule() {
+    QFETCH(QString, name);
+    for (const char* topic :
+         {"local/api/v1/%1/phone/request/x", "local/api/v1/%1/status/x",
+          "local/api/%1/alice/phone/request/x", "local/api/%1/alice/status/x"}) {
+        QTEST(api_topic_t::parse(QString::fromLatin1(topic).arg(name)).is_valid(), "accepted");
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_api_topic_t)

@@ -45,6 +45,12 @@ void tst_incoming_t::judge_decides_by_topic_payload_and_flags_data() {
     row("deleted status", status, "", true, true, action_t::ignore);
     row("deleted status, live", status, "", false, true, action_t::ignore);
     row("status, disabled", status, "{}", true, false, action_t::ignore);
+    row("user against the rule", "local/api/v1/a b/phone/request/x", "{}", false, true,
+        action_t::ignore);
+    row("version against the rule", "local/api/v+1/alice/phone/request/x", "{}", false, true,
+        action_t::ignore);
+    row("malformed, user against the rule", "local/api/v1/a b/phone/request/x", "[]", false, true,
+        action_t::ignore);
     row("other topic", "other", "{}", false, true, action_t::ignore);
     row("other topic, malformed", "other", "[]", false, true, action_t::ignore);
 }
