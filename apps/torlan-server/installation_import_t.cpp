@@ -4,10 +4,15 @@
 
 #include "accounts/broker_hash.h"
 #include "installation/document_reader.h"
+#include "logs/log_line.h"
 #include "program/file_reader_t.h"
 #include "store/sqlite_store_t.h"
 
 namespace torlan {
+
+namespace {
+constexpr const char* source = "apps/torlan-server/installation_import_t";
+}
 
 installation_import_t::installation_import_t(QObject* _parent) : QObject(_parent) {}
 
@@ -40,6 +45,9 @@ base::result_t installation_import_t::write(const QString& _database) const {
     }
     database::store::sqlite_store_t store;
     const base::result_t opened = store.open(_database);
+    for (const QString& sentence : store.take_notes()) {
+        utility::log_line(sentence, 3, "write", source, __LINE__);
+    }
     return opened.is_ok() ? store.replace(installation) : opened;
 }
 

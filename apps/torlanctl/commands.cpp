@@ -29,6 +29,12 @@ using database::store::store_editor_t;
 
 enum class missing_t { refuse, create };
 
+void tell_notes(sqlite_store_t& _store) {
+    for (const QString& sentence : _store.take_notes()) {
+        say(stderr, sentence);
+    }
+}
+
 result_t open(sqlite_store_t& _store, const QString& _data, missing_t _missing) {
     if (!QFileInfo(_data).isDir()) {
         return result_t::failed(QStringLiteral("There is no folder %1.").arg(_data));
@@ -38,7 +44,9 @@ result_t open(sqlite_store_t& _store, const QString& _data, missing_t _missing) 
         return result_t::failed(
             QStringLiteral("There is no installation in %1: import one first.").arg(_data));
     }
-    return _store.open(path);
+    const result_t opened = _store.open(path);
+    tell_notes(_store);
+    return opened;
 }
 
 template <typename edit_t>
@@ -76,9 +84,7 @@ result_t export_document(const QString& _data, const QStringList&) {
     if (!installation.is_ok()) {
         return installation;
     }
-    for (const QString& sentence : store.notes()) {
-        say(stderr, sentence);
-    }
+    tell_notes(store);
     for (const QString& what : tidy_whole(&installation.value)) {
         say(stderr, what + QLatin1Char('.'));
     }

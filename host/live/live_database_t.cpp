@@ -33,7 +33,9 @@ live_database_t::~live_database_t() {
 }
 
 result_t live_database_t::open(const QString& _path) {
-    result_t result = store::open_database(connection, _path, 5000);
+    const auto opened = store::open_database(connection, _path, 5000);
+    changes.tell_notes(opened.value);
+    result_t result = opened;
     if (result.is_ok()) {
         result = changes.load();
     }

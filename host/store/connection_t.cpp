@@ -37,6 +37,8 @@ connection_t::cause_t cause_of(const QSqlError& _error) {
         case 11:  // corrupt
         case 26:  // not a database
             return connection_t::cause_t::damaged;
+        case 19:  // constraint
+            return connection_t::cause_t::refused;
         default:
             return connection_t::cause_t::other;
     }

@@ -20,6 +20,7 @@ class connection_t {
         none,
         busy,     ///< another program kept the file longer than the busy time
         damaged,  ///< what is in the file is no database, or a broken one
+        refused,  ///< a constraint forbids it
         other
     };
     using row_t = std::function<void(const QSqlQuery& _row)>;

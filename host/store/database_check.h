@@ -9,4 +9,11 @@ namespace database::store {
 /// @param _busy_ms how long to wait for another program, in milliseconds
 ::base::result_t check_database(const QString& _path, int _busy_ms);
 
+/// The same of an open file, without a look at every page.
+::base::result_t check_layout(connection_t& _connection);
+
+/// Whether an installation was ever committed to the file: imported, or written by anybody. False
+/// for a file that is not there and for one that was only begun.
+::base::result_of_t<bool> holds_installation(const QString& _path, int _busy_ms);
+
 }  // namespace database::store

@@ -5,11 +5,13 @@
 #include <QLockFile>
 
 #include "store/database_check.h"
+#include "store/migration.h"
 #include "store/schema.h"
 #include "store/transaction_t.h"
 
 namespace database::store {
 
+using ::base::result_of_t;
 using ::base::result_t;
 
 namespace {
@@ -24,9 +26,10 @@ result_t create_private(const QString& _path) {
 }
 
 result_t configure(connection_t& _connection) {
+    // Foreign keys stay off until the tables are those that this program knows.
     for (const QLatin1String pragma :
          {QLatin1String("PRAGMA journal_mode = WAL"), QLatin1String("PRAGMA synchronous = NORMAL"),
-          QLatin1String("PRAGMA foreign_keys = ON")}) {
+          QLatin1String("PRAGMA foreign_keys = OFF")}) {
         const result_t result = _connection.run(pragma);
         if (!result.is_ok()) {
             return result;
@@ -35,55 +38,104 @@ result_t configure(connection_t& _connection) {
     return {};
 }
 
-::base::result_of_t<bool> is_current(connection_t& _connection) {
+result_of_t<int> layout_of(connection_t& _connection) {
     const auto version = _connection.value(QStringLiteral("PRAGMA user_version"));
     if (!version.is_ok()) {
         return version;
     }
-    return version.value.toInt() == schema_version;
+    return version.value.toInt();
 }
 
-/// Two programs may open a new file at once: the second finds the tables when it gets the lock.
-result_t ensure_tables(connection_t& _connection) {
-    const ::base::result_of_t<bool> before = is_current(_connection);
-    if (!before.is_ok() || before.value) {
-        return before;
+result_t create(connection_t& _connection) {
+    result_t result = create_tables(_connection);
+    if (result.is_ok()) {
+        result = create_triggers(_connection);
+    }
+    return result.is_ok() ? mark_layout(_connection) : result;
+}
+
+result_of_t<QStringList> make_current(connection_t& _connection, int _layout, int _busy_ms) {
+    if (_layout == schema_version) {
+        return QStringList();
+    }
+    if (_layout > 0) {
+        return migrate(_connection, _layout, _busy_ms);
+    }
+    const result_t created = create(_connection);
+    if (!created.is_ok()) {
+        return created;
+    }
+    return QStringList();
+}
+
+/// Several programs may open a file at once: whoever gets the lock later finds the work done.
+result_of_t<QStringList> ensure_layout(connection_t& _connection, int _busy_ms) {
+    const result_of_t<int> before = layout_of(_connection);
+    if (before.is_ok() && before.value == schema_version) {
+        return QStringList();
     }
     transaction_t transaction(_connection, transaction_t::kind_t::writing);
-    if (!transaction.begun().is_ok()) {
-        return transaction.begun();
+    result_t result = transaction.begun();
+    if (result.is_ok()) {
+        result = check_layout(_connection);
     }
-    const ::base::result_of_t<bool> now = is_current(_connection);
-    if (!now.is_ok() || now.value) {
+    if (!result.is_ok()) {
+        return result;
+    }
+    const result_of_t<int> now = layout_of(_connection);
+    if (!now.is_ok()) {
         return now;
     }
-    const result_t created = create_tables(_connection);
-    return created.is_ok() ? transaction.commit() : created;
+    const result_of_t<QStringList> notes = make_current(_connection, now.value, _busy_ms);
+    if (notes.is_ok()) {
+        result = transaction.commit();
+    }
+    if (!result.is_ok()) {
+        return result;
+    }
+    return notes;
 }
 
-}  // namespace
-
-result_t open_database(connection_t& _connection, const QString& _path, int _busy_ms) {
-    // One at a time: SQLite does not wait for others when it changes the journal mode. Without the
-    // lock (a folder that is not there or not ours) the steps below tell what is wrong.
-    QLockFile one_at_a_time(_path + QStringLiteral(".opening"));
-    static_cast<void>(one_at_a_time.tryLock(_busy_ms));
-
+result_t open_file(connection_t& _connection, const QString& _path, int _busy_ms) {
     const bool is_new = QFileInfo(_path).size() == 0;
     result_t result = is_new ? create_private(_path) : check_database(_path, _busy_ms);
     if (result.is_ok()) {
         result = _connection.open(_path, connection_t::access_t::read_write, _busy_ms);
     }
-    if (result.is_ok()) {
-        result = configure(_connection);
+    return result.is_ok() ? configure(_connection) : result;
+}
+
+result_of_t<QStringList> open_current(connection_t& _connection, const QString& _path,
+                                      int _busy_ms) {
+    const result_t opened = open_file(_connection, _path, _busy_ms);
+    if (!opened.is_ok()) {
+        return opened;
     }
-    if (result.is_ok()) {
-        result = ensure_tables(_connection);
+    const result_of_t<QStringList> notes = ensure_layout(_connection, _busy_ms);
+    if (!notes.is_ok()) {
+        return notes;
     }
-    if (!result.is_ok()) {
+    const result_t ready = _connection.run(QStringLiteral("PRAGMA foreign_keys = ON"));
+    if (!ready.is_ok()) {
+        return ready;
+    }
+    return notes;
+}
+
+}  // namespace
+
+result_of_t<QStringList> open_database(connection_t& _connection, const QString& _path,
+                                       int _busy_ms) {
+    // One at a time: SQLite does not wait for others when it changes the journal mode. Without the
+    // lock (a folder that is not there or not ours) the steps below tell what is wrong.
+    QLockFile one_at_a_time(_path + QStringLiteral(".opening"));
+    static_cast<void>(one_at_a_time.tryLock(_busy_ms));
+
+    result_of_t<QStringList> notes = open_current(_connection, _path, _busy_ms);
+    if (!notes.is_ok()) {
         _connection.close();
     }
-    return result;
+    return notes;
 }
 
 }  // namespace database::store

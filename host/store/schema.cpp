@@ -27,25 +27,43 @@ QStringList statements() {
     return blocks;
 }
 
-}  // namespace
-
-QStringList table_names() {
+/// Name of the table that a statement makes; empty: it makes none.
+QString table_of(const QString& _statement) {
     static const QRegularExpression table(QStringLiteral("\\bCREATE TABLE (\\w+)"));
-    QStringList names;
-    for (const QString& statement : statements()) {
-        const QString name = table.match(statement).captured(1);
-        names += name.isEmpty() ? QStringList() : QStringList(name);
-    }
-    return names;
+    return table.match(_statement).captured(1);
 }
 
-result_t create_tables(connection_t& _connection) {
+result_t run_statements(connection_t& _connection, bool _tables) {
     for (const QString& statement : statements()) {
-        const result_t result = _connection.run(statement);
+        const bool wanted = table_of(statement).isEmpty() != _tables;
+        const result_t result = wanted ? _connection.run(statement) : result_t();
         if (!result.is_ok()) {
             return result;
         }
     }
+    return {};
+}
+
+}  // namespace
+
+QStringList table_names() {
+    QStringList names;
+    for (const QString& statement : statements()) {
+        names.append(table_of(statement));
+    }
+    names.removeAll(QString());
+    return names;
+}
+
+result_t create_tables(connection_t& _connection) {
+    return run_statements(_connection, true);
+}
+
+result_t create_triggers(connection_t& _connection) {
+    return run_statements(_connection, false);
+}
+
+result_t mark_layout(connection_t& _connection) {
     const result_t marked =
         _connection.run(QStringLiteral("PRAGMA application_id = %1").arg(application_id));
     return marked.is_ok()

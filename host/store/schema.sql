@@ -1,37 +1,69 @@
--- The installation on disk, version 1. Statements are separated by empty lines.
+-- The installation on disk, layout 2. Statements are separated by empty lines.
 --
 -- Who writes does not matter: the triggers note every change in "changes", one row for each
 -- affected item, scenario, thermostat, element or user, in the writer's own transaction. They also
 -- take out what hangs on a deleted row, because an SQL shell does not enforce foreign keys unless
 -- it is told to, and a grant must not outlive its user.
+--
+-- Names are ruled as in contract/database/name_rules.h. A constraint's name is what an SQL shell
+-- answers when it is broken, and why a migration set a row aside. GLOB and length() end at a NUL.
 
+-- What a migration could not take over: the row as JSON, and why. Nothing reads it but people.
+-- The first table, so that what was set aside before is taken over before anything is added.
+CREATE TABLE set_aside (
+    id INTEGER PRIMARY KEY,
+    tab TEXT NOT NULL,
+    content TEXT NOT NULL,
+    reason TEXT NOT NULL);
+
+-- topic: of the installation, empty for none; imported: when an import was last committed
 CREATE TABLE meta (
-    key TEXT NOT NULL PRIMARY KEY CHECK (key IN ('topic')),
-    value TEXT NOT NULL);
+    key TEXT NOT NULL PRIMARY KEY CHECK (key IN ('topic', 'imported')),
+    value TEXT NOT NULL CONSTRAINT "value must be text without NUL"
+        CHECK (typeof(value) = 'text' AND instr(value, char(0)) = 0),
+    CONSTRAINT "topic: levels of 0-9 a-z A-Z . _ - joined by /, not api first, without request"
+        CHECK (key <> 'topic' OR (length(value) <= 256
+               AND value NOT GLOB '*[^0-9a-zA-Z._/-]*' AND instr(value, 'request') = 0
+               AND value NOT GLOB '/*' AND value NOT GLOB '*/' AND instr(value, '//') = 0
+               AND value || '/' NOT GLOB 'api/*')));
 
 CREATE TABLE items (
-    id TEXT NOT NULL PRIMARY KEY CHECK (id <> '' AND id NOT GLOB '*[^0-9a-zA-Z._-]*'),
-    value TEXT NOT NULL DEFAULT '');
+    id TEXT NOT NULL PRIMARY KEY
+        CONSTRAINT "id must be 1 to 64 of the characters 0-9 a-z A-Z . _ -, without request"
+        CHECK (typeof(id) = 'text' AND length(id) BETWEEN 1 AND 64 AND instr(id, char(0)) = 0
+               AND id NOT GLOB '*[^0-9a-zA-Z._-]*' AND instr(id, 'request') = 0),
+    value TEXT NOT NULL DEFAULT '' CONSTRAINT "value must be text without NUL"
+        CHECK (typeof(value) = 'text' AND instr(value, char(0)) = 0));
 
 CREATE TABLE scenarios (
-    id TEXT NOT NULL PRIMARY KEY CHECK (id <> '' AND id NOT GLOB '*[^0-9a-zA-Z._-]*'),
+    id TEXT NOT NULL PRIMARY KEY
+        CONSTRAINT "id must be 1 to 64 of the characters 0-9 a-z A-Z . _ -, without request"
+        CHECK (typeof(id) = 'text' AND length(id) BETWEEN 1 AND 64 AND instr(id, char(0)) = 0
+               AND id NOT GLOB '*[^0-9a-zA-Z._-]*' AND instr(id, 'request') = 0),
     execution INTEGER NOT NULL DEFAULT 0 CHECK (execution IN (0, 1)));
 
 CREATE TABLE thermostats (
-    id TEXT NOT NULL PRIMARY KEY CHECK (id <> '' AND id NOT GLOB '*[^0-9a-zA-Z._-]*'),
+    id TEXT NOT NULL PRIMARY KEY
+        CONSTRAINT "id must be 1 to 64 of the characters 0-9 a-z A-Z . _ -, without request"
+        CHECK (typeof(id) = 'text' AND length(id) BETWEEN 1 AND 64 AND instr(id, char(0)) = 0
+               AND id NOT GLOB '*[^0-9a-zA-Z._-]*' AND instr(id, 'request') = 0),
     id_actual TEXT REFERENCES items (id) ON DELETE SET NULL ON UPDATE CASCADE,
     id_windows_contact TEXT REFERENCES items (id) ON DELETE SET NULL ON UPDATE CASCADE);
 
 CREATE TABLE thermostat_ids (
     thermostat TEXT NOT NULL REFERENCES thermostats (id) ON DELETE CASCADE ON UPDATE CASCADE,
-    key TEXT NOT NULL,
+    key TEXT NOT NULL CONSTRAINT "key must be text without NUL, and not empty"
+        CHECK (typeof(key) = 'text' AND key <> '' AND instr(key, char(0)) = 0),
     item TEXT REFERENCES items (id) ON DELETE SET NULL ON UPDATE CASCADE,
     PRIMARY KEY (thermostat, key)) WITHOUT ROWID;
 
 CREATE TABLE elements (
     id TEXT NOT NULL PRIMARY KEY
-        CHECK (id <> '' AND id NOT GLOB '*[^0-9a-zA-Z._-]*' AND instr(id, 'request') = 0),
-    name TEXT NOT NULL DEFAULT '',
+        CONSTRAINT "id must be 1 to 64 of the characters 0-9 a-z A-Z . _ -, without request"
+        CHECK (typeof(id) = 'text' AND length(id) BETWEEN 1 AND 64 AND instr(id, char(0)) = 0
+               AND id NOT GLOB '*[^0-9a-zA-Z._-]*' AND instr(id, 'request') = 0),
+    name TEXT NOT NULL DEFAULT '' CONSTRAINT "name must be text without NUL"
+        CHECK (typeof(name) = 'text' AND instr(name, char(0)) = 0),
     type INTEGER NOT NULL CHECK (type BETWEEN -2147483648 AND 2147483647),
     flags INTEGER NOT NULL DEFAULT 0 CHECK (flags BETWEEN -2147483648 AND 2147483647),
     scenario TEXT REFERENCES scenarios (id) ON DELETE SET NULL ON UPDATE CASCADE,
@@ -39,16 +71,23 @@ CREATE TABLE elements (
 
 CREATE TABLE functions (
     element TEXT NOT NULL REFERENCES elements (id) ON DELETE CASCADE ON UPDATE CASCADE,
-    name TEXT NOT NULL,
+    name TEXT NOT NULL CONSTRAINT "name must be text without NUL, and not empty"
+        CHECK (typeof(name) = 'text' AND name <> '' AND instr(name, char(0)) = 0),
     item TEXT REFERENCES items (id) ON DELETE SET NULL ON UPDATE CASCADE,
     PRIMARY KEY (element, name)) WITHOUT ROWID;
 
 CREATE TABLE users (
-    id TEXT NOT NULL PRIMARY KEY CHECK (id <> '' AND id NOT GLOB '*[^0-9a-zA-Z._-]*'),
+    id TEXT NOT NULL PRIMARY KEY
+        CONSTRAINT "id must be 1 to 64 of the characters 0-9 a-z A-Z . _ -, without request"
+        CHECK (typeof(id) = 'text' AND length(id) BETWEEN 1 AND 64 AND instr(id, char(0)) = 0
+               AND id NOT GLOB '*[^0-9a-zA-Z._-]*' AND instr(id, 'request') = 0),
     username TEXT NOT NULL UNIQUE
-        CHECK (username <> '' AND username NOT GLOB '*[^0-9a-zA-Z._-]*'
+        CONSTRAINT "username must be 1 to 64 of the characters 0-9 a-z A-Z . _ -, without request"
+        CHECK (typeof(username) = 'text' AND length(username) BETWEEN 1 AND 64
+               AND instr(username, char(0)) = 0 AND username NOT GLOB '*[^0-9a-zA-Z._-]*'
                AND instr(username, 'request') = 0),
-    password_hash TEXT NOT NULL);
+    password_hash TEXT NOT NULL CONSTRAINT "password_hash must be text without NUL"
+        CHECK (typeof(password_hash) = 'text' AND instr(password_hash, char(0)) = 0));
 
 -- bits: 1 read, 2 write; no row: denied
 CREATE TABLE permissions (
@@ -77,16 +116,16 @@ CREATE INDEX elements_thermostat ON elements (thermostat);
 
 CREATE INDEX permissions_element ON permissions (element);
 
-CREATE TRIGGER meta_inserted AFTER INSERT ON meta BEGIN
+CREATE TRIGGER meta_inserted AFTER INSERT ON meta WHEN NEW.key = 'topic' BEGIN
     INSERT INTO changes (tab, key) VALUES ('meta', NEW.key);
 END;
 
 CREATE TRIGGER meta_updated AFTER UPDATE ON meta
-WHEN OLD.key IS NOT NEW.key OR OLD.value IS NOT NEW.value BEGIN
-    INSERT INTO changes (tab, key) VALUES ('meta', NEW.key);
+WHEN 'topic' IN (OLD.key, NEW.key) AND (OLD.key IS NOT NEW.key OR OLD.value IS NOT NEW.value) BEGIN
+    INSERT INTO changes (tab, key) VALUES ('meta', 'topic');
 END;
 
-CREATE TRIGGER meta_deleted AFTER DELETE ON meta BEGIN
+CREATE TRIGGER meta_deleted AFTER DELETE ON meta WHEN OLD.key = 'topic' BEGIN
     INSERT INTO changes (tab, key) VALUES ('meta', OLD.key);
 END;
 

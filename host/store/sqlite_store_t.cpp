@@ -12,7 +12,9 @@ using ::base::result_t;
 using installation::installation_t;
 
 result_t sqlite_store_t::open(const QString& _path) {
-    return open_database(link, _path, 5000);
+    const auto opened = open_database(link, _path, 5000);
+    sentences = opened.value;
+    return opened;
 }
 
 ::base::result_of_t<installation_t> sqlite_store_t::read() {
@@ -26,7 +28,7 @@ result_t sqlite_store_t::open(const QString& _path) {
     if (!result.is_ok()) {
         return result;
     }
-    sentences = reader.notes();
+    sentences += reader.notes();
     return whole;
 }
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QStringList>
+#include <utility>
+
 #include "installation/installation_t.h"
 #include "store/connection_t.h"
 
@@ -15,8 +18,9 @@ class sqlite_store_t {
     /// Reads the whole installation of one moment, as far as a document may hold it.
     ::base::result_of_t<installation::installation_t> read();
 
-    /// What read() left out or cleaned, one sentence for each thing; see store_reader_t.
-    const QStringList& notes() const { return sentences; }
+    /// What people should know of open() and read() since the last call: a migration, what was left
+    /// out or cleaned. One sentence for each thing.
+    QStringList take_notes() { return std::exchange(sentences, {}); }
 
     /// Puts @p _installation in the place of what is there: all of it or, on an error, nothing.
     ::base::result_t replace(const installation::installation_t& _installation);

@@ -1,5 +1,7 @@
 #include "store/store_writer_t.h"
 
+#include <QDateTime>
+
 namespace database::store {
 
 using ::base::result_t;
@@ -26,8 +28,9 @@ result_t store_writer_t::write(const installation_t& _installation) {
             return result;
         }
     }
-    return connection.run(QStringLiteral("INSERT INTO meta (key, value) VALUES ('topic', ?)"),
-                          {text_value(_installation.topic)});
+    return connection.run(
+        QStringLiteral("INSERT INTO meta (key, value) VALUES ('topic', ?), ('imported', ?)"),
+        {text_value(_installation.topic), QDateTime::currentDateTimeUtc().toString(Qt::ISODate)});
 }
 
 result_t store_writer_t::write_items(const installation_t& _installation) {

@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "kit/free_port.h"
+#include "kit/layout_1.h"
 #include "kit/small_home.h"
 #include "system/support/api_user.h"
 
@@ -22,6 +23,7 @@ class tst_startup : public QObject {
     void a_port_in_use_is_named();
     void a_second_host_on_the_same_folder_is_refused();
     void a_damaged_database_is_refused_and_left_as_it_is();
+    void a_home_of_the_former_layout_is_served_and_told();
     void a_folder_without_drivers_is_told();
     void a_missing_broker_program_is_told();
     void stops_within_seconds_with_status_zero();
@@ -81,6 +83,26 @@ void tst_startup::a_damaged_database_is_refused_and_left_as_it_is() {
     QVERIFY2(is_one_sentence(host.error(), "installation.db"), qPrintable(host.error()));
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), damaged);
+}
+
+void tst_startup::a_home_of_the_former_layout_is_served_and_told() {
+    host_process_t host;
+    const QString path = host.data() + "/installation.db";
+    QCOMPARE(sample::layout_1_t(path, {"INSERT INTO items VALUES ('my-request', '')"}).error,
+             QString());
+    // It is an installation, so that no sample is looked for.
+    QVERIFY2(host.start({"--sample", "/nonexistent/sample.json"}), qPrintable(host.error()));
+    QFile log(host.data() + "/logs/server-torlan.log");
+    QVERIFY(log.open(QIODevice::ReadOnly));
+    QString told;
+    QTRY_VERIFY(
+        (told += QString::fromUtf8(log.readAll())).contains("items/my-request is set aside: "));
+    QVERIFY2(told.contains(path + " had layout 1 and has layout 2 now; what it was is kept in " +
+                           host.data() + "/installation.layout-1.db."),
+             qPrintable(told));
+    mqtt_client_t alice;
+    QVERIFY(join(alice, host, "alice"));
+    QVERIFY(alice.wait_for(state_topic("alice", "e-lamp")));
 }
 
 void tst_startup::a_folder_without_drivers_is_told() {

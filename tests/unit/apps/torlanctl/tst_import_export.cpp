@@ -1,5 +1,6 @@
 #include <QTest>
 
+#include "kit/layout_1.h"
 #include "unit/apps/torlanctl/torlanctl_t.h"
 
 class tst_import_export : public QObject {
@@ -8,6 +9,7 @@ class tst_import_export : public QObject {
  private Q_SLOTS:
     void export_of_an_imported_export_is_the_same();
     void what_an_odd_database_exports_can_be_imported();
+    void a_database_of_the_former_layout_is_migrated_and_told_once();
     void import_replaces_what_was_there();
     void refused_import_writes_nothing();
     void first_import_that_is_refused_makes_no_database();
@@ -64,6 +66,19 @@ void tst_import_export::what_an_odd_database_exports_can_be_imported() {
     QCOMPARE(stored.elements["e-lamp"].name, "Lamp  !");
     QCOMPARE(stored.items["i-2"], "42");
     QCOMPARE(stored.users.keys(), QStringList({"u-alice", "u-bob"}));
+}
+
+void tst_import_export::a_database_of_the_former_layout_is_migrated_and_told_once() {
+    const torlanctl_t torlanctl;
+    const QString path = torlanctl.data() + "/installation.db";
+    QCOMPARE(sample::layout_1_t(path).error, QString());
+    const call_t first = torlanctl({"set", "i-lamp", "0"});
+    QCOMPARE(first.status, 0);
+    QCOMPARE(first.error, "torlanctl: The database " + path +
+                              " had layout 1 and has layout 2 now; what it was is kept in " +
+                              torlanctl.data() + "/installation.layout-1.db.");
+    QCOMPARE(torlanctl({"export"}).error, QString());
+    QVERIFY(torlanctl.stored() == sample::installation());
 }
 
 void tst_import_export::import_replaces_what_was_there() {

@@ -18,12 +18,18 @@ class tst_open_database : public QObject {
     Q_OBJECT
 
  private Q_SLOTS:
-    void a_new_file_is_the_owner_s_alone() {
+    void a_new_file_and_what_stands_beside_it_are_the_owner_s_alone() {
         const sample::file_t file;
         QCOMPARE(file.error, QString());
         const auto others =
             QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther;
-        QCOMPARE(QFile::permissions(file.path()) & others, QFile::Permissions());
+        connection_t connection;
+        QVERIFY(open_database(connection, file.path(), 0).is_ok());
+        QVERIFY(connection.run("UPDATE items SET value = '1'").is_ok());
+        for (const char* ending : {"", "-wal", "-shm"}) {
+            QVERIFY(QFile::exists(file.path() + ending));
+            QCOMPARE(QFile::permissions(file.path() + ending) & others, QFile::Permissions());
+        }
     }
 
     void the_settings_are_in_force() {
@@ -41,12 +47,12 @@ class tst_open_database : public QObject {
     void a_newer_layout_is_refused() {
         const sample::file_t file;
         sample::foreign_writer_t writer(file.path());
-        QVERIFY(writer.write({"PRAGMA user_version = 2"}));
+        QVERIFY(writer.write({"PRAGMA user_version = 3"}));
         connection_t connection;
         QCOMPARE(open_database(connection, file.path(), 0).error,
-                 QStringLiteral("The database %1 has layout 2, but this program knows up to 1.")
+                 QStringLiteral("The database %1 has layout 3, but this program knows up to 2.")
                      .arg(file.path()));
-        QCOMPARE(writer.read("PRAGMA user_version"), "2");
+        QCOMPARE(writer.read("PRAGMA user_version"), "3");
     }
 
     void a_damaged_file_is_refused_and_left_alone_data() {
