@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QEventLoop>
-#include <QFileInfo>
 #include <QTimer>
 
 #include "broker/broker_rights_check_t.h"
@@ -13,6 +12,7 @@
 #include "logs/log_line.h"
 #include "ready_probe_t.h"
 #include "start_broken_off.h"
+#include "store/database_check.h"
 #include "utility/torlan_option_t.h"
 
 namespace torlan {
@@ -103,10 +103,16 @@ void host_t::stop() {
 }
 
 base::result_t host_t::read_import() {
-    const bool is_new = !QFileInfo::exists(folder.file(database_name));
-    const QString file =
-        is_new && options.import_file.isEmpty() ? options.sample_file : options.import_file;
-    return file.isEmpty() ? base::result_t() : import.read(file);
+    if (!options.import_file.isEmpty()) {
+        return import.read(options.import_file);
+    }
+    if (options.sample_file.isEmpty()) {
+        return {};
+    }
+    // A file alone is no installation: the first start may have been killed before its import.
+    const auto exists = database::store::holds_installation(folder.file(database_name), 5000);
+    return exists.is_ok() && !exists.value ? import.read(options.sample_file)
+                                           : base::result_t(exists);
 }
 
 base::result_t host_t::open_folder() {

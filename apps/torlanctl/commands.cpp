@@ -13,6 +13,7 @@
 #include "program/file_reader_t.h"
 #include "program/say.h"
 #include "program/standard_streams.h"
+#include "store/database_check.h"
 #include "store/sqlite_store_t.h"
 #include "store/store_editor_t.h"
 
@@ -40,11 +41,12 @@ result_t open(sqlite_store_t& _store, const QString& _data, missing_t _missing) 
         return result_t::failed(QStringLiteral("There is no folder %1.").arg(_data));
     }
     const QString path = QDir(_data).filePath(QStringLiteral("installation.db"));
-    if (_missing == missing_t::refuse && !QFileInfo::exists(path)) {
+    const auto exists = database::store::holds_installation(path, 5000);
+    if (_missing == missing_t::refuse && exists.is_ok() && !exists.value) {
         return result_t::failed(
             QStringLiteral("There is no installation in %1: import one first.").arg(_data));
     }
-    const result_t opened = _store.open(path);
+    const result_t opened = exists.is_ok() ? _store.open(path) : result_t(exists);
     tell_notes(_store);
     return opened;
 }

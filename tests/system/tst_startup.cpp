@@ -24,6 +24,7 @@ class tst_startup : public QObject {
     void a_second_host_on_the_same_folder_is_refused();
     void a_damaged_database_is_refused_and_left_as_it_is();
     void a_home_of_the_former_layout_is_served_and_told();
+    void a_database_that_was_only_begun_gets_the_sample();
     void a_folder_without_drivers_is_told();
     void a_missing_broker_program_is_told();
     void stops_within_seconds_with_status_zero();
@@ -100,6 +101,19 @@ void tst_startup::a_home_of_the_former_layout_is_served_and_told() {
     QVERIFY2(told.contains(path + " had layout 1 and has layout 2 now; what it was is kept in " +
                            host.data() + "/installation.layout-1.db."),
              qPrintable(told));
+    mqtt_client_t alice;
+    QVERIFY(join(alice, host, "alice"));
+    QVERIFY(alice.wait_for(state_topic("alice", "e-lamp")));
+}
+
+void tst_startup::a_database_that_was_only_begun_gets_the_sample() {
+    host_process_t host;
+    QFile begun(host.data() + "/installation.db");
+    QVERIFY(begun.open(QIODevice::WriteOnly));
+    QFile sample(host.data() + "/sample.json");
+    QVERIFY(sample.open(QIODevice::WriteOnly) && sample.write(small_home_text()) > 0);
+    sample.close();
+    QVERIFY2(host.start({"--sample", sample.fileName()}), qPrintable(host.error()));
     mqtt_client_t alice;
     QVERIFY(join(alice, host, "alice"));
     QVERIFY(alice.wait_for(state_topic("alice", "e-lamp")));
