@@ -59,7 +59,8 @@ const valijson::Schema& compiled_schema() {
 }
 
 QJsonObject resolved(const QJsonObject& _schema) {
-    const QString definition = _schema[QLatin1String("$ref")].toString().section('/', -1);
+    const QString definition =
+        _schema[QLatin1String("$ref")].toString().section(QLatin1Char('/'), -1);
     return definition.isEmpty()
                ? _schema
                : schema_document()[QLatin1String("definitions")][definition].toObject();
