@@ -94,7 +94,7 @@ class tst_unload : public QObject {
         qRegisterMetaType<QHash<QString, QString>>();
         const auto forget = qScopeGuard([own] {
             QMetaType::unregisterMetaType(own);
-            own.iface()->typeId.storeRelaxed(0);
+            const_cast<QtPrivate::QMetaTypeInterface*>(own.iface())->typeId.storeRelaxed(0);
         });
         fakes::endpoint_thread_t endpoint;
         closable_plugin_t plugin;
