@@ -114,6 +114,12 @@ void change_feed_t::announce(const model_changes_t& _changes) {
     if (_changes.everything || _changes.accounts) {
         Q_EMIT users_changed();
     }
+    const QStringList withdrawn =
+        _changes.everything ? database->getPersistent()->getData()->getUsers()->getUsersAPI(true)
+                            : _changes.withdrawn;
+    if (!withdrawn.isEmpty()) {
+        Q_EMIT reading_withdrawn(withdrawn);
+    }
     if (_changes.everything) {
         Q_EMIT database->getPersistent()->getNotifier()->onPersistentChangeDatabase({});
     } else {

@@ -36,8 +36,10 @@ class change_feed_t : public QObject {
     void tell_notes(const QStringList& _notes);
 
  Q_SIGNALS:
-    /// User names or passwords changed, users came or went: the broker's files are out of date.
+    /// User names or passwords changed, users came or went: the broker's accounts are out of date.
     void users_changed();
+    /// These users, by id, may read something no longer; before the notifiers, too.
+    void reading_withdrawn(const QStringList& _users);
     /// Grants, users or elements may have changed: retained packets may have to go.
     void access_changed();
     /// Everything was read again.

@@ -1,6 +1,7 @@
 #include "live/model_t.h"
 
 #include "database/element_type.h"
+#include "database/permission.h"
 #include "database/persistent/objects/psoe_scenario.h"
 #include "database/persistent/objects/psoe_thermo_logic.h"
 #include "live/table_writer_t.h"
@@ -76,7 +77,7 @@ model_changes_t model_t::apply(const store::change_batch_t& _batch, const instal
     apply_thermostats(_batch.thermostats, _part);
     changes.thermostats = to_list(_batch.thermostats);
     apply_elements(_batch.elements, _part);
-    apply_grants(_batch.elements, _part);
+    changes.withdrawn = apply_grants(_batch.elements, _part);
     apply_users(_batch.users, _part);
     changes.users = to_list(_batch.users);
 
@@ -166,18 +167,31 @@ void model_t::apply_elements(const std::set<QString>& _ids, const installation_t
     }
 }
 
-void model_t::apply_grants(const std::set<QString>& _ids, const installation_t& _part) {
+QStringList model_t::apply_grants(const std::set<QString>& _ids, const installation_t& _part) {
     const table_writer_t tables(database);
+    const auto bits_of = [this](const QString& _element, const QString& _user) {
+        return database->getPersistent()->getData()->check_permission_element_by_userid(
+            _element, _user, objects::ps_object_user_t::PermissionFlag::element);
+    };
+    QStringList withdrawn;
     // The users of before and of now: a user that is gone still has its grants in memory.
     const QStringList before = database->getPersistent()->getData()->getUsers()->getUsersAPI(true);
     std::set<QString> users(before.begin(), before.end());
     users.insert(_part.permissions.keyBegin(), _part.permissions.keyEnd());
     for (const QString& user : users) {
         const QMap<QString, int> grants = _part.permissions.value(user);
+        bool is_withdrawn = false;
         for (const QString& id : _ids) {
-            tables.set_permission(id, user, grants.value(id, 0));
+            const int bits = grants.value(id, 0);
+            is_withdrawn = is_withdrawn || ((bits & permission::read_bit) == 0 &&
+                                            (bits_of(id, user) & permission::read_bit) != 0);
+            tables.set_permission(id, user, bits);
+        }
+        if (is_withdrawn) {
+            withdrawn.append(user);
         }
     }
+    return withdrawn;
 }
 
 void model_t::apply_users(const std::set<QString>& _ids, const installation_t& _part) {

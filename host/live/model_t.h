@@ -15,6 +15,7 @@ struct model_changes_t {
     bool topic = false;
     bool accounts = false;
     QStringList items, scenarios, thermostats, elements, users;
+    QStringList withdrawn;  ///< ids of users who may read some element no longer
 };
 
 /// Makes the objects in memory hold what values from the store say. Emits nothing.
@@ -40,7 +41,9 @@ class model_t {
     void apply_thermostats(const std::set<QString>& _ids,
                            const installation::installation_t& _part);
     void apply_elements(const std::set<QString>& _ids, const installation::installation_t& _part);
-    void apply_grants(const std::set<QString>& _ids, const installation::installation_t& _part);
+    /// The users who may read one of the elements no longer.
+    QStringList apply_grants(const std::set<QString>& _ids,
+                             const installation::installation_t& _part);
     void apply_users(const std::set<QString>& _ids, const installation::installation_t& _part);
 
     /// Ids of the elements that stand for one of the thermostats.

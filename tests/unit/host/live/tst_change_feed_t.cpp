@@ -77,6 +77,41 @@ class tst_change_feed_t : public QObject {
         QTEST(log.lines, "expected");
     }
 
+    void who_may_read_something_no_longer_is_told_data() {
+        QTest::addColumn<QString>("sql");
+        QTest::addColumn<QStringList>("expected");
+        const QStringList nobody;
+        const QStringList alice("u-alice");
+        QTest::newRow("grant gone")
+            << "DELETE FROM permissions WHERE user = 'u-alice' AND element = 'e-night'" << alice;
+        QTest::newRow("write only now") << "UPDATE permissions SET bits = 2 WHERE user = 'u-alice' "
+                                           "AND element = 'e-night'"
+                                        << alice;
+        QTest::newRow("read only now") << "UPDATE permissions SET bits = 1 WHERE user = 'u-alice' "
+                                          "AND element = 'e-night'"
+                                       << nobody;
+        QTest::newRow("name of an element") << "UPDATE elements SET name = 'x'" << nobody;
+        QTest::newRow("password") << "UPDATE users SET password_hash = 'x' WHERE id = 'u-bob'"
+                                  << nobody;
+        QTest::newRow("everything") << "INSERT INTO changes (tab, key) VALUES ('bulk', '')"
+                                    << QStringList{"u-alice", "u-bob"};
+    }
+    void who_may_read_something_no_longer_is_told() {
+        QFETCH(QString, sql);
+        QStringList withdrawn;
+        bool told_late = false;
+        connect(feed.get(), &change_feed_t::reading_withdrawn, this,
+                [&withdrawn](const QStringList& _users) { withdrawn += _users; });
+        notifier_log_t log(db.get(), feed.get());
+        log.at_signal = [&](const QString& _line) {
+            told_late = told_late || (withdrawn.isEmpty() && _line != "users_changed");
+        };
+        QVERIFY2(writer->write({sql}), qPrintable(writer->error));
+        feed->check();
+        QTEST(withdrawn, "expected");
+        QVERIFY(withdrawn.isEmpty() || !told_late);
+    }
+
     void all_objects_are_new_before_the_first_signal() {
         notifier_log_t log(db.get(), feed.get());
         QStringList wrong;
