@@ -92,6 +92,7 @@ void host_t::break_off() {
 void host_t::stop() {
     drivers.stop();
     drivers.clear();
+    hidden.reset();
     endpoint.reset();
     accounts.reset();
     broker.reset();
@@ -246,6 +247,8 @@ void host_t::set_up_connections() {
     mqtt_endpoint_t* const mqtt = endpoint->endpoint();
     // Before the notifiers' signals of the same batch: a removed user is locked out first.
     connect(live->feed(), &change_feed_t::users_changed, accounts.get(), &account_keeper_t::update);
+    hidden = std::make_unique<hidden_states_t>(database.get(), mqtt);
+    connect(live->feed(), &change_feed_t::states_hidden, hidden.get(), &hidden_states_t::take);
     connect(live->feed(), &change_feed_t::access_changed, &sweep, &retained_sweep_t::trigger);
     connect(&sweep, &retained_sweep_t::due, mqtt, [mqtt]() {
         mqtt->subscription_status_api(comunication::utility::subscribe_t::subscribe);

@@ -9,6 +9,7 @@
 #include "data_folder_t.h"
 #include "driver_set_t.h"
 #include "endpoint/endpoint_thread_t.h"
+#include "hidden_states_t.h"
 #include "installation_import_t.h"
 #include "live/live_database_t.h"
 #include "live/simulated_bus_t.h"
@@ -80,6 +81,7 @@ class host_t : public QObject {
     std::unique_ptr<broker::broker_process_t> broker;
     std::unique_ptr<account_keeper_t> accounts;
     std::unique_ptr<comunication::endpoint_thread_t> endpoint;
+    std::unique_ptr<hidden_states_t> hidden;
     retained_sweep_t sweep;
     driver_set_t drivers;
 };

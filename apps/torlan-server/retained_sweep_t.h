@@ -22,14 +22,18 @@ class retained_sweep_t : public QObject {
     ~retained_sweep_t() override;
 
  public Q_SLOTS:
-    /// Something changed: due() follows one interval after the last change.
+    /// Something changed: due() follows one interval after the last change, and no later than three
+    /// after the first.
     void trigger();
 
  Q_SIGNALS:
     void due();
 
  private:
+    void tell();
+
     QTimer timer;
+    QTimer latest;
 };
 
 }  // namespace torlan

@@ -18,6 +18,10 @@ QString user_root(const QString& _version, const QString& _user) {
     return QStringLiteral("%1/%2/%3").arg(root, _version, _user);
 }
 
+QString element_state(const QString& _version, const QString& _user, const QString& _element) {
+    return user_root(_version, _user) + QStringLiteral("/status/elements/objects_list/") + _element;
+}
+
 QString answer(const QString& _topic) {
     return QString(_topic).replace(request_word, status_word);
 }

@@ -15,8 +15,11 @@ change_feed_t::change_feed_t(store::connection_t& _connection, database_t* _data
       database(_database),
       realtime(_realtime),
       bulk_limit(_bulk_limit),
+      pacer(bulk_pacer_t::usual_gap, this),
       model(_database, _realtime),
-      log(_connection) {}
+      log(_connection) {
+    connect(&pacer, &bulk_pacer_t::due, this, &change_feed_t::announce_bulk);
+}
 
 change_feed_t::~change_feed_t() = default;
 
@@ -101,8 +104,7 @@ result_t change_feed_t::absorb(model_changes_t* _changes) {
     tell_notes(reader.notes());
     last_sequence = batch.last_sequence;
     if (batch.everything) {
-        model.fill(part);
-        _changes->everything = true;
+        *_changes = model.fill(part);
     } else {
         batch.drop_unnamed();
         *_changes = model.apply(batch, part);
@@ -121,10 +123,14 @@ void change_feed_t::announce(const model_changes_t& _changes) {
         Q_EMIT reading_withdrawn(withdrawn);
     }
     if (_changes.everything) {
-        Q_EMIT database->getPersistent()->getNotifier()->onPersistentChangeDatabase({});
+        database_due = true;
+        pacer.ask();
     } else {
         announce_users_and_elements(_changes);
         announce_realtime(_changes);
+    }
+    if (!_changes.hidden.isEmpty()) {
+        Q_EMIT states_hidden(_changes.hidden);
     }
     if (_changes.everything || !_changes.users.isEmpty() || !_changes.elements.isEmpty()) {
         Q_EMIT access_changed();
@@ -142,9 +148,9 @@ void change_feed_t::announce_users_and_elements(const model_changes_t& _changes)
     for (const QString& id : _changes.thermostats) {
         Q_EMIT notifier->onPersistentStatusThermo({{QStringLiteral("thermostat"), id}}, id);
     }
-    if (_changes.topic || _changes.elements.size() > bulk_limit) {
-        Q_EMIT notifier->onPersistentChangeDatabase({});
-        return;
+    if (_changes.topic) {
+        database_due = true;
+        pacer.ask();
     }
     for (const QString& id : _changes.elements) {
         Q_EMIT notifier->onPersistentChangeElement({{QStringLiteral("element"), id}}, id);
@@ -156,11 +162,24 @@ void change_feed_t::announce_realtime(const model_changes_t& _changes) {
         realtime->announce_scenario(id);
     }
     if (_changes.items.size() > bulk_limit) {
-        Q_EMIT database->getRealtime()->getNotifier()->onRealtimeChangeItems({});
+        items_due = true;
+        pacer.ask();
         return;
     }
     for (const QString& id : _changes.items) {
         realtime->announce_item(id);
+    }
+}
+
+void change_feed_t::announce_bulk() {
+    if (!database) {
+        return;
+    }
+    if (std::exchange(database_due, false)) {
+        Q_EMIT database->getPersistent()->getNotifier()->onPersistentChangeDatabase({});
+    }
+    if (std::exchange(items_due, false)) {
+        Q_EMIT database->getRealtime()->getNotifier()->onRealtimeChangeItems({});
     }
 }
 

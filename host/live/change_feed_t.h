@@ -2,6 +2,7 @@
 
 #include <QObject>
 
+#include "live/bulk_pacer_t.h"
 #include "live/model_t.h"
 #include "live/told_once_t.h"
 #include "store/change_log_t.h"
@@ -10,13 +11,14 @@
 namespace database::live {
 
 /// Brings what others wrote into the objects in memory and announces it, always in this order:
-/// all objects of the batch first, then users_changed(), then the notifiers, then the rest.
+/// all objects of the batch first, then users_changed(), then the notifiers, then the rest. Bulk
+/// signals are paced; what they stand for is in memory by then. A change of elements or grants is
+/// never one of them: it has to count at once.
 class change_feed_t : public QObject {
     Q_OBJECT
 
  public:
-    /// @param _bulk_limit more elements, or more item values, than this in one batch are announced
-    ///        by one bulk signal
+    /// @param _bulk_limit more item values than this in one batch are announced by one bulk signal
     change_feed_t(store::connection_t& _connection, database_t* _database,
                   realtime_writer_t* _realtime, int _bulk_limit, QObject* _parent = nullptr);
     ~change_feed_t() override;
@@ -40,6 +42,9 @@ class change_feed_t : public QObject {
     void users_changed();
     /// These users, by id, may read something no longer; before the notifiers, too.
     void reading_withdrawn(const QStringList& _users);
+    /// What users could read before and cannot now, behind the notifiers: retained packets of it
+    /// may be left.
+    void states_hidden(const QList<database::live::shown_state_t>& _states);
     /// Grants, users or elements may have changed: retained packets may have to go.
     void access_changed();
     /// Everything was read again.
@@ -54,11 +59,15 @@ class change_feed_t : public QObject {
     void tell(const QString& _failure);
     void announce_users_and_elements(const model_changes_t& _changes);
     void announce_realtime(const model_changes_t& _changes);
+    void announce_bulk();
 
     store::connection_t& connection;
     QPointer<database_t> database;
     realtime_writer_t* const realtime;
     const int bulk_limit;
+    bulk_pacer_t pacer;
+    bool database_due = false;  ///< a bulk signal waits for the pacer
+    bool items_due = false;     ///< and this one
     model_t model;
     store::change_log_t log;
     qint64 last_sequence = 0;

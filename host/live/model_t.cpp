@@ -1,9 +1,13 @@
 #include "live/model_t.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "database/element_type.h"
 #include "database/permission.h"
 #include "database/persistent/objects/psoe_scenario.h"
 #include "database/persistent/objects/psoe_thermo_logic.h"
+#include "live/shown_states.h"
 #include "live/table_writer_t.h"
 
 namespace database::live {
@@ -46,7 +50,10 @@ QStringList to_list(const std::set<QString>& _ids) {
 model_t::model_t(database_t* _database, realtime_writer_t* _realtime)
     : database(_database), realtime(_realtime) {}
 
-void model_t::fill(const installation_t& _installation) {
+model_changes_t model_t::fill(const installation_t& _installation) {
+    model_changes_t changes;
+    changes.everything = true;
+    changes.hidden = hidden_by(*database, _installation);
     table_writer_t(database).clear();
     realtime->clear_unsaved();
 
@@ -62,11 +69,24 @@ void model_t::fill(const installation_t& _installation) {
     insert_keys(_installation.thermostats, &all.thermostats);
     insert_keys(_installation.elements, &all.elements);
     insert_keys(_installation.users, &all.users);
-    apply(all, _installation);
+    model_changes_t replaced;
+    replace(all, _installation, &replaced);
+    return changes;
 }
 
 model_changes_t model_t::apply(const store::change_batch_t& _batch, const installation_t& _part) {
     model_changes_t changes;
+    const shown_states_t before = shown_states(*database, _batch.elements, _batch.users);
+    replace(_batch, _part, &changes);
+    const shown_states_t after = shown_states(*database, _batch.elements, _batch.users);
+    std::set_difference(before.begin(), before.end(), after.begin(), after.end(),
+                        std::back_inserter(changes.hidden));
+    return changes;
+}
+
+void model_t::replace(const store::change_batch_t& _batch, const installation_t& _part,
+                      model_changes_t* _changes) {
+    model_changes_t& changes = *_changes;
     changes.topic = _batch.topic;
     changes.accounts = _batch.accounts;
     if (_batch.topic) {
@@ -84,7 +104,6 @@ model_changes_t model_t::apply(const store::change_batch_t& _batch, const instal
     std::set<QString> elements = _batch.elements;
     elements.merge(elements_of(_batch.thermostats));
     changes.elements = to_list(elements);
-    return changes;
 }
 
 void model_t::put_item(const QString& _id) {

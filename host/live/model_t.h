@@ -5,6 +5,7 @@
 
 #include "installation/installation_t.h"
 #include "live/realtime_writer_t.h"
+#include "live/shown_state_t.h"
 #include "store/change_batch_t.h"
 
 namespace database::live {
@@ -15,7 +16,8 @@ struct model_changes_t {
     bool topic = false;
     bool accounts = false;
     QStringList items, scenarios, thermostats, elements, users;
-    QStringList withdrawn;  ///< ids of users who may read some element no longer
+    QStringList withdrawn;        ///< ids of users who may read some element no longer
+    QList<shown_state_t> hidden;  ///< what users could read before and cannot now
 };
 
 /// Makes the objects in memory hold what values from the store say. Emits nothing.
@@ -23,14 +25,17 @@ class model_t {
  public:
     model_t(database_t* _database, realtime_writer_t* _realtime);
 
-    /// Replaces everything; unsaved realtime values give way to the store's.
-    void fill(const installation::installation_t& _installation);
+    /// Replaces everything; unsaved realtime values give way to the store's. Only what is hidden by
+    /// it is told.
+    model_changes_t fill(const installation::installation_t& _installation);
 
     /// Replaces the objects of the batch's keys; a key that @p _part lacks is taken out.
     model_changes_t apply(const store::change_batch_t& _batch,
                           const installation::installation_t& _part);
 
  private:
+    void replace(const store::change_batch_t& _batch, const installation::installation_t& _part,
+                 model_changes_t* _changes);
     void put_item(const QString& _id);
     void put_scenario(const QString& _id);
 

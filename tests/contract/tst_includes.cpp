@@ -121,8 +121,9 @@ const QList<row_t> rows{
     {"apps/program", "base/"},
     {"apps/torlan-config", "base/|http/|apps/program/"},
     {"apps/torlan-server",
-     "base/|http/|apps/program/|contract/(comunication/protoserver_t|database/database_t|logs/)|"
-     "host/(accounts|broker|endpoint|installation|live|loader|logs|process|store)/|"
+     "base/|http/|apps/program/|contract/(comunication/(protoserver_t|api_topics)|database/"
+     "database_t|"
+     "logs/)|host/(accounts|broker|endpoint|installation|live|loader|logs|process|store)/|"
      "server/utility/(cnfserver|http_read_config_server_t|torlan_option_t|utility_t)\\.h"},
     {"apps/torlanctl",
      "base/|contract/database/(name_rules|permission)|host/(installation|store)/|"

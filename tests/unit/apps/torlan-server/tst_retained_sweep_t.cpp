@@ -34,6 +34,19 @@ class tst_retained_sweep_t : public QObject {
         QVERIFY(since_last.elapsed() >= 180);
     }
 
+    void changes_without_end_put_it_off_no_longer_than_three_intervals() {
+        retained_sweep_t sweep(100ms);
+        QSignalSpy due(&sweep, &retained_sweep_t::due);
+        QTimer changes;
+        connect(&changes, &QTimer::timeout, &sweep, &retained_sweep_t::trigger);
+        changes.start(20ms);
+        QElapsedTimer since_first;
+        since_first.start();
+        QVERIFY(due.wait());
+        QVERIFY(since_first.elapsed() >= 280);
+        QVERIFY(due.wait());
+    }
+
     void nothing_changed_nothing_is_due() {
         retained_sweep_t sweep(1ms);
         QSignalSpy due(&sweep, &retained_sweep_t::due);
