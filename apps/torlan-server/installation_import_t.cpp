@@ -44,11 +44,14 @@ base::result_t installation_import_t::write(const QString& _database) const {
         return {};
     }
     database::store::sqlite_store_t store;
-    const base::result_t opened = store.open(_database);
+    base::result_t result = store.open(_database);
+    if (result.is_ok()) {
+        result = store.replace(installation);
+    }
     for (const QString& sentence : store.take_notes()) {
         utility::log_line(sentence, 3, "write", source, __LINE__);
     }
-    return opened.is_ok() ? store.replace(installation) : opened;
+    return result;
 }
 
 QString installation_import_t::password_of(const QString& _user_id) const {

@@ -10,6 +10,7 @@
 #include "installation/document_writer.h"
 #include "installation/tidy.h"
 #include "password_input.h"
+#include "private_file.h"
 #include "program/file_reader_t.h"
 #include "program/say.h"
 #include "program/standard_streams.h"
@@ -73,10 +74,14 @@ result_t import_file(const QString& _data, const QStringList& _arguments) {
     }
     sqlite_store_t store;
     const result_t opened = open(store, _data, missing_t::create);
-    return opened.is_ok() ? store.replace(document.value) : opened;
+    const result_t replaced = opened.is_ok() ? store.replace(document.value) : opened;
+    if (replaced.is_ok()) {
+        tell_notes(store);
+    }
+    return replaced;
 }
 
-result_t export_document(const QString& _data, const QStringList&) {
+base::result_of_t<QByteArray> exported(const QString& _data, passwords_t _passwords) {
     sqlite_store_t store;
     const result_t opened = open(store, _data, missing_t::refuse);
     if (!opened.is_ok()) {
@@ -90,11 +95,23 @@ result_t export_document(const QString& _data, const QStringList&) {
     for (const QString& what : tidy_whole(&installation.value)) {
         say(stderr, what + QLatin1Char('.'));
     }
-    const QByteArray document = write_document(installation.value);
-    return document.size() > max_document_bytes
-               ? result_t::failed(QStringLiteral(
-                     "The document would be larger than 64 MiB, which no import reads."))
-               : write_output(document);
+    const QByteArray document = write_document(installation.value, _passwords);
+    if (document.size() > max_document_bytes) {
+        return result_t::failed(
+            QStringLiteral("The document would be larger than 64 MiB, which no import reads."));
+    }
+    return document;
+}
+
+result_t export_document(const QString& _data, const QStringList&) {
+    const auto document = exported(_data, passwords_t::left_out);
+    return document.is_ok() ? write_output(document.value) : result_t(document);
+}
+
+result_t export_with_passwords(const QString& _data, const QStringList& _arguments) {
+    const auto document = exported(_data, passwords_t::hashed);
+    return document.is_ok() ? write_private_file(_arguments[0], document.value)
+                            : result_t(document);
 }
 
 result_t grant(const QString& _data, const QStringList& _arguments) {
@@ -154,7 +171,11 @@ const QList<command_t>& commands() {
     static const QList<command_t> table{
         {"import", "FILE", "put the installation in FILE in the place of what is there",
          import_file},
-        {"export", "", "write the installation to standard output", export_document},
+        {"export --with-passwords", "FILE",
+         "the same with the users' password hashes, into a new file of the owner's alone",
+         export_with_passwords},
+        {"export", "", "write the installation to standard output, without passwords",
+         export_document},
         {"grant", "USER ELEMENT PERMISSION",
          "let USER read, write or readwrite ELEMENT, or deny it", grant},
         {"user add", "NAME", "add an API user; the password comes from standard input", add_user},

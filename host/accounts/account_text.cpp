@@ -42,6 +42,8 @@ sorted_users_t sort_users(const QList<broker_account_t>& _users) {
         if (!database::identifier_error(user.name).isEmpty()) {
             sorted.left_out.append(
                 QStringLiteral("The user name %1 cannot be a broker account.").arg(name));
+        } else if (user.password_hash.isEmpty()) {
+            sorted.left_out.append(QStringLiteral("The user %1 has no password yet.").arg(name));
         } else if (!is_password_hash(user.password_hash)) {
             sorted.left_out.append(
                 QStringLiteral("The password hash of user %1 has not the broker's form.")

@@ -76,8 +76,8 @@ void check_secret(const QString& _id, const QJsonValue& _user, problems_t& _prob
     const QStringList place{QStringLiteral("users"), _id};
     const bool clear = !_user[QLatin1String("password")].isUndefined();
     const bool hashed = !_user[QLatin1String("password_hash")].isUndefined();
-    if (clear == hashed) {
-        _problems.add(place, QStringLiteral("needs either \"password\" or \"password_hash\""));
+    if (clear && hashed) {
+        _problems.add(place, QStringLiteral("takes either \"password\" or \"password_hash\""));
     } else if (hashed && !accounts::is_password_hash(text(_user[QLatin1String("password_hash")]))) {
         _problems.add(place + QStringList{QStringLiteral("password_hash")},
                       QStringLiteral("must be $7$iterations$salt$hash"));
@@ -99,10 +99,9 @@ problems_t check_document(const QJsonObject& _document, const installation_t& _w
 void secure(installation_t& _whole, const QJsonValue& _users) {
     for (auto it = _whole.users.begin(); it != _whole.users.end(); ++it) {
         const QJsonValue user = _users[it.key()];
-        const QString hash = text(user[QLatin1String("password_hash")]);
-        it->password_hash =
-            hash.isEmpty() ? accounts::make_password_hash(text(user[QLatin1String("password")]))
-                           : hash;
+        const QString password = text(user[QLatin1String("password")]);
+        it->password_hash = password.isEmpty() ? text(user[QLatin1String("password_hash")])
+                                               : accounts::make_password_hash(password);
     }
 }
 

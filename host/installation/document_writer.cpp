@@ -65,8 +65,15 @@ QJsonObject element(const element_t& _element) {
 }
 
 QJsonObject user(const user_t& _user) {
-    return {{QStringLiteral("username"), _user.username},
-            {QStringLiteral("password_hash"), _user.password_hash}};
+    return {{QStringLiteral("username"), _user.username}};
+}
+
+QJsonObject user_with_password(const user_t& _user) {
+    QJsonObject object = user(_user);
+    if (!_user.password_hash.isEmpty()) {
+        object.insert(QStringLiteral("password_hash"), _user.password_hash);
+    }
+    return object;
 }
 
 /// A denial is written as nothing, and so is a user who may do nothing.
@@ -84,14 +91,16 @@ QJsonObject permissions(const QMap<QString, QMap<QString, int>>& _permissions) {
 
 }  // namespace
 
-QByteArray write_document(const installation_t& _installation) {
+QByteArray write_document(const installation_t& _installation, passwords_t _passwords) {
     const QJsonObject document{
         {QStringLiteral("topic"), _installation.topic},
         {QStringLiteral("items"), write_section(_installation.items, item)},
         {QStringLiteral("scenarios"), write_section(_installation.scenarios, scenario)},
         {QStringLiteral("thermostats"), write_section(_installation.thermostats, thermostat)},
         {QStringLiteral("elements"), write_section(_installation.elements, element)},
-        {QStringLiteral("users"), write_section(_installation.users, user)},
+        {QStringLiteral("users"),
+         write_section(_installation.users,
+                       _passwords == passwords_t::hashed ? user_with_password : user)},
         {QStringLiteral("permissions"), permissions(_installation.permissions)},
     };
     return QJsonDocument(document).toJson(QJsonDocument::Indented);

@@ -29,7 +29,7 @@ QJsonObject read_schema() {
 /// in any case: std::regex recurses once per character, and a text of some 100 kB ends the process.
 QJsonValue shape_only(const QJsonValue& _schema) {
     static const QStringList left_to_rules{
-        QStringLiteral("pattern"), QStringLiteral("propertyNames"), QStringLiteral("oneOf"),
+        QStringLiteral("pattern"), QStringLiteral("propertyNames"), QStringLiteral("not"),
         QStringLiteral("allOf"),   QStringLiteral("maxLength"),     QStringLiteral("minLength")};
     if (!_schema.isObject()) {
         return _schema;

@@ -185,7 +185,7 @@ QStringList cut_elements(installation_t* _whole) {
 
 QStringList drop_locked_out(QMap<QString, user_t>* _users) {
     return drop(QStringLiteral("users"), _users, [](const auto& _user) {
-        return accounts::is_password_hash(_user->password_hash)
+        return _user->password_hash.isEmpty() || accounts::is_password_hash(_user->password_hash)
                    ? QString()
                    : QStringLiteral("the password hash must be $7$iterations$salt$hash");
     });

@@ -1,5 +1,6 @@
 #include "store/sqlite_store_t.h"
 
+#include "database/name_rules.h"
 #include "store/change_log_t.h"
 #include "store/open_database.h"
 #include "store/store_reader_t.h"
@@ -32,6 +33,26 @@ result_t sqlite_store_t::open(const QString& _path) {
     return whole;
 }
 
+result_t sqlite_store_t::keep_passwords(installation_t* _next) {
+    installation_t former;
+    store_reader_t reader(link);
+    const result_t read = reader.read_accounts(&former);
+    if (!read.is_ok()) {
+        return read;
+    }
+    for (auto user = _next->users.begin(); user != _next->users.end(); ++user) {
+        const installation::user_t known = former.users.value(user.key());
+        if (user->password_hash.isEmpty() && known.username == user->username) {
+            user->password_hash = known.password_hash;
+        }
+        if (user->password_hash.isEmpty()) {
+            sentences += QStringLiteral("The user %1 has no password yet and cannot sign in.")
+                             .arg(quoted(user->username));
+        }
+    }
+    return {};
+}
+
 result_t sqlite_store_t::replace(const installation_t& _installation) {
     transaction_t transaction(link, transaction_t::kind_t::writing);
     if (!transaction.begun().is_ok()) {
@@ -40,9 +61,13 @@ result_t sqlite_store_t::replace(const installation_t& _installation) {
     change_log_t log(link);
     store_writer_t writer(link);
     const ::base::result_of_t<qint64> before = log.last_sequence();
-    result_t result = before.is_ok() ? writer.clear() : result_t(before);
+    installation_t next = _installation;
+    result_t result = before.is_ok() ? keep_passwords(&next) : result_t(before);
     if (result.is_ok()) {
-        result = writer.write(_installation);
+        result = writer.clear();
+    }
+    if (result.is_ok()) {
+        result = writer.write(next);
     }
     if (result.is_ok()) {
         result = log.collapse(before.value);

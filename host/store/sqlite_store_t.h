@@ -18,16 +18,19 @@ class sqlite_store_t {
     /// Reads the whole installation of one moment, as far as a document may hold it.
     ::base::result_of_t<installation::installation_t> read();
 
-    /// What people should know of open() and read() since the last call: a migration, what was left
+    /// What people should know of what was done since the last call: a migration, what was left
     /// out or cleaned. One sentence for each thing.
     QStringList take_notes() { return std::exchange(sentences, {}); }
 
-    /// Puts @p _installation in the place of what is there: all of it or, on an error, nothing.
+    /// Puts @p _installation in the place of what is there: all of it or, on an error, nothing. A
+    /// user without a password keeps that of the user with the same id and name.
     ::base::result_t replace(const installation::installation_t& _installation);
 
     connection_t& connection() { return link; }
 
  private:
+    ::base::result_t keep_passwords(installation::installation_t* _next);
+
     connection_t link;
     QStringList sentences;
 };

@@ -8,6 +8,8 @@ class tst_import_export : public QObject {
 
  private Q_SLOTS:
     void export_of_an_imported_export_is_the_same();
+    void export_holds_no_passwords_and_its_import_keeps_them();
+    void passwords_go_into_a_new_file_only();
     void what_an_odd_database_exports_can_be_imported();
     void a_database_of_the_former_layout_is_migrated_and_told_once();
     void import_replaces_what_was_there();
@@ -27,10 +29,50 @@ void tst_import_export::export_of_an_imported_export_is_the_same() {
     const call_t written = first({"export"});
     QCOMPARE(written.status, 0);
     const torlanctl_t second;
-    QCOMPARE(second({"import", second.write("home.json", written.output.toUtf8())}).error,
-             QString());
+    const QString file = second.data() + "/export.json";
+    QCOMPARE(first({"export", "--with-passwords", file}).error, QString());
+    QCOMPARE(QFile::permissions(file) & (QFile::ReadGroup | QFile::ReadOther), 0);
+    QCOMPARE(second({"import", file}).error, QString());
     QCOMPARE(second({"export"}).output, written.output);
     QVERIFY(second.stored() == first.stored());
+}
+
+void tst_import_export::export_holds_no_passwords_and_its_import_keeps_them() {
+    const torlanctl_t torlanctl;
+    QCOMPARE(torlanctl.import_small_home().status, 0);
+    const auto before = torlanctl.stored();
+    const call_t written = torlanctl({"export"});
+    QVERIFY(!written.output.contains("password"));
+    const QString file = torlanctl.write("home.json", written.output.toUtf8());
+    QCOMPARE(torlanctl({"import", file}).error, QString());
+    QVERIFY(torlanctl.stored() == before);
+
+    // Another user of that name is not the same user.
+    QByteArray renamed = written.output.toUtf8();
+    renamed.replace("\"u-bob\"", "\"u-rob\"");
+    const call_t imported = torlanctl({"import", torlanctl.write("home.json", renamed)});
+    QCOMPARE(imported.status, 0);
+    QCOMPARE(imported.error, "torlanctl: The user \"bob\" has no password yet and cannot sign in.");
+    QCOMPARE(torlanctl.stored().users["u-rob"].password_hash, QString());
+    QCOMPARE(torlanctl({"user", "passwd", "bob"}, "new\n").error, QString());
+    QVERIFY(!torlanctl.stored().users["u-rob"].password_hash.isEmpty());
+}
+
+void tst_import_export::passwords_go_into_a_new_file_only() {
+    const torlanctl_t torlanctl;
+    QCOMPARE(torlanctl.import_small_home().status, 0);
+    const QString there = torlanctl.write("there", "precious");
+    const QString link = torlanctl.data() + "/link";
+    QVERIFY(QFile::link(torlanctl.data() + "/target", link));
+    for (const QString& path : {there, link, torlanctl.data() + "/none/file"}) {
+        const call_t refused = torlanctl({"export", "--with-passwords", path});
+        QCOMPARE(refused.status, 1);
+        QVERIFY2(refused.error.contains(path + ": cannot be written"), qPrintable(refused.error));
+    }
+    QVERIFY(!QFile::exists(torlanctl.data() + "/target"));
+    QFile file(there);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray("precious"));
 }
 
 void tst_import_export::what_an_odd_database_exports_can_be_imported() {
@@ -58,8 +100,7 @@ void tst_import_export::what_an_odd_database_exports_can_be_imported() {
     QCOMPARE(written.error.count(" is cleaned: "), 3);
 
     const torlanctl_t second;
-    QCOMPARE(second({"import", second.write("home.json", written.output.toUtf8())}).error,
-             QString());
+    QCOMPARE(second({"import", second.write("home.json", written.output.toUtf8())}).status, 0);
     QCOMPARE(second({"export"}).output, written.output);
     const auto stored = second.stored();
     QCOMPARE(stored.elements.keys(), QStringList({"e-17", "e-8", "e-lamp", "e-night", "e-therm"}));

@@ -61,8 +61,9 @@ void tst_account_text::user_who_cannot_be_written_down_is_left_out_data() {
     }
     QTest::newRow("two lines") << "a\nb" << hash
                                << "The user name \"a?b\" cannot be a broker account.";
-    for (const QString& bad : {QString(), QString("secret"), hash + "\n", hash.mid(1),
-                               QString(hash).replace("7", "6")}) {
+    QTest::newRow("no hash") << "alice" << QString() << "The user \"alice\" has no password yet.";
+    for (const QString& bad :
+         {QString("secret"), hash + "\n", hash.mid(1), QString(hash).replace("7", "6")}) {
         QTest::newRow(bad.toUtf8().toPercentEncoding().prepend("hash "))
             << "alice" << bad << "The password hash of user \"alice\" has not the broker's form.";
     }

@@ -12,6 +12,7 @@ class tst_document_writer : public QObject {
  private Q_SLOTS:
     void document_has_ordered_keys_and_ends_with_a_line_feed();
     void reading_what_was_written_gives_the_same_installation_and_bytes();
+    void without_passwords_there_is_no_hash_and_it_can_be_read();
     void denial_is_not_written();
     void large_installation_is_read_back_in_seconds();
 };
@@ -40,7 +41,7 @@ void tst_document_writer::document_has_ordered_keys_and_ends_with_a_line_feed() 
     installation_t whole;
     whole.topic = "home";
     whole.items = {{"i-b", "1"}, {"i-a", "0"}};
-    QCOMPARE(write_document(whole), QByteArray(R"({
+    QCOMPARE(write_document(whole, passwords_t::hashed), QByteArray(R"({
     "elements": {
     },
     "items": {
@@ -65,19 +66,32 @@ void tst_document_writer::document_has_ordered_keys_and_ends_with_a_line_feed() 
 }
 
 void tst_document_writer::reading_what_was_written_gives_the_same_installation_and_bytes() {
-    const QByteArray bytes = write_document(sample());
+    const QByteArray bytes = write_document(sample(), passwords_t::hashed);
     const auto result = read_document(bytes, "export");
     QCOMPARE(result.error, QString());
     QVERIFY(result.value == sample());
     QVERIFY(result.value.elements["e-a"].functions["x"].isNull());
-    QCOMPARE(write_document(result.value), bytes);
+    QCOMPARE(write_document(result.value, passwords_t::hashed), bytes);
+}
+
+void tst_document_writer::without_passwords_there_is_no_hash_and_it_can_be_read() {
+    const QByteArray bytes = write_document(sample(), passwords_t::left_out);
+    QVERIFY(!bytes.contains("password"));
+    QVERIFY(!bytes.contains("$7$"));
+    const auto result = read_document(bytes, "export");
+    QCOMPARE(result.error, QString());
+    installation_t expected = sample();
+    for (auto& user : expected.users) {
+        user.password_hash.clear();
+    }
+    QVERIFY(result.value == expected);
 }
 
 void tst_document_writer::denial_is_not_written() {
     installation_t whole = sample();
-    const QByteArray bytes = write_document(whole);
+    const QByteArray bytes = write_document(whole, passwords_t::hashed);
     whole.permissions["u-b"]["e-a"] = 0;
-    QCOMPARE(write_document(whole), bytes);
+    QCOMPARE(write_document(whole, passwords_t::hashed), bytes);
 }
 
 void tst_document_writer::large_installation_is_read_back_in_seconds() {
@@ -88,7 +102,7 @@ void tst_document_writer::large_installation_is_read_back_in_seconds() {
         whole.elements["e-" + number] = {"Lamp", 1, 0, {{"execute", "i-" + number}}, {}, {}};
         whole.permissions["u-a"]["e-" + number] = 3;
     }
-    const QByteArray bytes = write_document(whole);
+    const QByteArray bytes = write_document(whole, passwords_t::hashed);
     // Processor time: other tests run at the same time.
     const std::clock_t begin = std::clock();
     QVERIFY(read_document(bytes, "export").value == whole);

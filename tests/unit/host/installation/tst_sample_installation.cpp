@@ -49,8 +49,8 @@ QSet<int> tst_sample_installation::rights(const QString& _user) const {
 }
 
 void tst_sample_installation::export_of_it_is_stable() {
-    const QByteArray bytes = write_document(home);
-    QCOMPARE(write_document(read_document(bytes, "export").value), bytes);
+    const QByteArray bytes = write_document(home, passwords_t::hashed);
+    QCOMPARE(write_document(read_document(bytes, "export").value, passwords_t::hashed), bytes);
 }
 
 void tst_sample_installation::every_kind_of_element_is_there() {

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include "base/result_t.h"
+
+namespace torlan {
+
+/// Writes a new file that its owner alone can read. Refuses to replace one, and to follow a link:
+/// whoever can write the folder could have it end up elsewhere. After a failure there is none.
+base::result_t write_private_file(const QString& _path, const QByteArray& _bytes);
+
+}  // namespace torlan
