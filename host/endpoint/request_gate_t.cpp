@@ -98,9 +98,9 @@ request_gate_t::allowance_t& request_gate_t::allowance_of(const QString& _user) 
     if (allowances.size() >= most_allowances) {
         allowances.clear();
     }
-    return *allowances.insert(
-        _user, {token_bucket_t(limits.requests_per_second),
-                token_bucket_t(limits.refused_bytes_per_second), token_bucket_t(lines_per_second)});
+    return *allowances.insert(_user, {base::token_bucket_t(limits.requests_per_second),
+                                      base::token_bucket_t(limits.refused_bytes_per_second),
+                                      base::token_bucket_t(lines_per_second)});
 }
 
 }  // namespace comunication

@@ -6,9 +6,9 @@
 #include <QObject>
 #include <functional>
 
+#include "base/token_bucket_t.h"
 #include "endpoint/endpoint_counters_t.h"
 #include "endpoint/request_lanes_t.h"
-#include "endpoint/token_bucket_t.h"
 
 namespace comunication {
 
@@ -49,9 +49,9 @@ class request_gate_t : public QObject {
  private:
     /// What one user may do within a time.
     struct allowance_t {
-        token_bucket_t requests;
-        token_bucket_t refusals;
-        token_bucket_t lines;  ///< of the log
+        base::token_bucket_t requests;
+        base::token_bucket_t refusals;
+        base::token_bucket_t lines;  ///< of the log
     };
     using answer_t = QJsonObject (*)(const QString& _uuid);
 

@@ -1,8 +1,8 @@
 #include <QTest>
 
-#include "endpoint/token_bucket_t.h"
+#include "base/token_bucket_t.h"
 
-using comunication::token_bucket_t;
+using base::token_bucket_t;
 using std::chrono::milliseconds;
 
 class tst_token_bucket_t : public QObject {
@@ -22,6 +22,14 @@ class tst_token_bucket_t : public QObject {
         QVERIFY(bucket.take(50, milliseconds(0)));
         QVERIFY(!bucket.take(1, milliseconds(4000)));
         QVERIFY(bucket.take(1, milliseconds(4001)));
+    }
+
+    void it_is_full_again_after_a_second_s_worth() {
+        token_bucket_t bucket(10);
+        QVERIFY(bucket.is_full(milliseconds(0)));
+        QVERIFY(bucket.take(10, milliseconds(0)));
+        QVERIFY(!bucket.is_full(milliseconds(999)));
+        QVERIFY(bucket.is_full(milliseconds(1000)));
     }
 
     void nothing_per_second_is_no_limit() {
