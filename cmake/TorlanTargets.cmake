@@ -4,6 +4,7 @@ include(CheckCXXCompilerFlag)
 
 option(TORLAN_WERROR "Warnings are errors" OFF)
 option(TORLAN_SLOTS_ALONE "Every slot of a test runs in a process of its own" OFF)
+option(TORLAN_FUZZ "Fuzzers look for new inputs; needs clang and sanitizers" OFF)
 set(TORLAN_SANITIZE "" CACHE STRING "Sanitizers for every target, e.g. address,undefined")
 
 add_library(torlan_settings INTERFACE)
@@ -16,7 +17,8 @@ target_compile_options(torlan_settings INTERFACE
 target_link_options(torlan_settings INTERFACE -Wl,--as-needed)
 if(TORLAN_SANITIZE)
     target_compile_options(torlan_settings INTERFACE
-        -fsanitize=${TORLAN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        -fsanitize=${TORLAN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
+        $<$<BOOL:${TORLAN_FUZZ}>:-fsanitize=fuzzer-no-link>)
     target_link_options(torlan_settings INTERFACE -fsanitize=${TORLAN_SANITIZE})
 else()
     target_link_options(torlan_settings INTERFACE -Wl,--no-undefined)
@@ -80,6 +82,35 @@ function(add_torlan_driver _name)
     set_target_properties(${_name} PROPERTIES
         LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib/drivers
         BUILD_RPATH_USE_ORIGIN ON)
+endfunction()
+
+# What runs inside the broker takes back what the broker does not go by: it has what is missing,
+# and it has no sanitizers.
+add_library(torlan_inside_broker INTERFACE)
+target_link_options(torlan_inside_broker INTERFACE -Wl,-z,undefs)
+if(TORLAN_SANITIZE)
+    target_compile_options(torlan_inside_broker INTERFACE -fno-sanitize=all)
+    target_link_options(torlan_inside_broker INTERFACE -fno-sanitize=all)
+endif()
+
+# add_torlan_broker_plugin(<name> RULES ... ENTRY ... LINK ...)
+# A plugin of the broker, lib/libtorlan_<name>.so, without Qt; torlan::<name>_rules is the part that
+# needs no broker, for tests.
+function(add_torlan_broker_plugin _name)
+    cmake_parse_arguments(arg "" "" "RULES;ENTRY;LINK" ${ARGN})
+    add_library(torlan_${_name}_rules STATIC ${arg_RULES})
+    add_library(torlan::${_name}_rules ALIAS torlan_${_name}_rules)
+    add_library(torlan_${_name} MODULE ${arg_RULES} ${arg_ENTRY})
+    file(GLOB _headers CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+    foreach(_target torlan_${_name}_rules torlan_${_name})
+        target_sources(${_target} PUBLIC FILE_SET HEADERS
+            BASE_DIRS ${CMAKE_SOURCE_DIR}/host FILES ${_headers})
+        target_link_libraries(${_target} PRIVATE torlan_product PUBLIC ${arg_LINK})
+        set_target_properties(${_target} PROPERTIES
+            AUTOMOC OFF CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+    endforeach()
+    target_link_libraries(torlan_${_name} PRIVATE torlan_inside_broker)
+    torlan_verify_headers(torlan_${_name}_rules)
 endfunction()
 
 # add_torlan_program(<name> SOURCES ... LINK ...)
@@ -156,4 +187,23 @@ function(add_torlan_test _source)
         LABELS "${_kind};${arg_LABELS}"
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;${arg_ENVIRONMENT}"
         RUN_SERIAL ${arg_SERIAL})
+endfunction()
+
+# add_torlan_fuzzer(<name> LINK ...)
+# tests/fuzz/fuzz_<name>.cpp with the inputs in tests/fuzz/corpus/<name>; see tests/fuzz/README.md.
+function(add_torlan_fuzzer _name)
+    cmake_parse_arguments(arg "" "" "LINK" ${ARGN})
+    set(_target fuzz-${_name})
+    add_executable(${_target} fuzz_${_name}.cpp)
+    target_link_libraries(${_target} PRIVATE torlan_settings ${arg_LINK} torlan_kit)
+    set_target_properties(${_target} PROPERTIES
+        AUTOMOC OFF RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests BUILD_RPATH_USE_ORIGIN ON)
+    if(TORLAN_FUZZ)
+        target_link_options(${_target} PRIVATE -fsanitize=fuzzer)
+        return()
+    endif()
+    target_sources(${_target} PRIVATE replay.cpp)
+    add_test(NAME fuzz/${_name}
+        COMMAND ${_target} ${CMAKE_CURRENT_SOURCE_DIR}/corpus/${_name})
+    set_tests_properties(fuzz/${_name} PROPERTIES LABELS fuzz)
 endfunction()

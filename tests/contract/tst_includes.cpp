@@ -113,6 +113,7 @@ const QList<row_t> rows{
      "base/|contract/(comunication/api_topics|database/name_rules|logs/)|host/process/"
      "private_folder_t"},
     {"host/broker", "base/|contract/(logs|comunication)/|host/(accounts|endpoint|process)/"},
+    {"host/broker/plugin", ""},
     {"host/installation",
      "base/|contract/database/(element_type|name_rules|permission)|host/accounts/broker_hash"},
     {"host/store", "base/|contract/database/name_rules|host/installation/"},
