@@ -111,7 +111,7 @@ const QList<row_t> rows{
     {"host/process", "base/"},
     {"host/accounts",
      "base/|contract/(comunication/api_topics|database/name_rules|logs/)|host/process/"
-     "private_folder_t"},
+     "private_folder_t|host/endpoint/mosquitto_client_t"},
     {"host/broker", "base/|contract/(logs|comunication)/|host/(accounts|endpoint|process)/"},
     {"host/broker/plugin", ""},
     {"host/installation",

@@ -8,15 +8,10 @@
 #include <QLocalSocket>
 #include <QPasswordDigestor>
 #include <QStandardPaths>
-#include <QTcpServer>
+
+#include "kit/free_port.h"
 
 namespace {
-
-quint16 free_port() {
-    QTcpServer server;
-    server.listen(QHostAddress::LocalHost, 0);
-    return server.serverPort();
-}
 
 constexpr const char* control_topic = "$CONTROL/torlan/v1";
 constexpr const char* answer_topic = "$CONTROL/torlan/v1/answer";
@@ -39,7 +34,7 @@ QByteArray plugin_broker_t::user(const QByteArray& _name, const QByteArray& _pas
 }
 
 plugin_broker_t::plugin_broker_t(const QByteArray& _options)
-    : port(free_port()), websocket_port(free_port()), path(folder.filePath("socket")) {
+    : port(kit::free_port()), websocket_port(kit::free_port()), path(folder.filePath("socket")) {
     QFile configuration(folder.filePath("mosquitto.conf"));
     configuration.open(QIODevice::WriteOnly);
     configuration.write(

@@ -1,0 +1,33 @@
+#include "accounts/unix_peer.h"
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <QFile>
+#include <cstring>
+
+namespace accounts {
+
+std::optional<pid_t> listening_process(const QString& _path) {
+    const QByteArray path = QFile::encodeName(_path);
+    sockaddr_un address{};
+    if (path.size() >= qsizetype(sizeof address.sun_path)) {
+        return {};
+    }
+    address.sun_family = AF_UNIX;
+    std::memcpy(address.sun_path, path.constData(), std::size_t(path.size()));
+    const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    if (socket < 0) {
+        return {};
+    }
+    ucred peer{};
+    socklen_t size = sizeof peer;
+    const bool known =
+        ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
+        ::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0;
+    ::close(socket);
+    return known ? std::optional(peer.pid) : std::nullopt;
+}
+
+}  // namespace accounts
