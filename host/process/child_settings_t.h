@@ -14,6 +14,8 @@ struct child_settings_t {
     QString program;
     QStringList arguments{};
     std::optional<system_account_t> account{};  ///< runs as this one; nothing: as the host
+    int inherited = -1;   ///< descriptor that it has too, by the same number; -1: none
+    int descriptors = 0;  ///< may have as many open if the system allows; 0: as the host
 
     std::chrono::milliseconds start_timeout{5'000};  ///< from a launch until it is ready
     QString not_ready{};  ///< last words of one that was not ready by then

@@ -1,14 +1,18 @@
 #include "process/private_folder_t.h"
 
+#include <fcntl.h>
 #include <pwd.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QDir>
 #include <QFileInfo>
+#include <QTemporaryDir>
 #include <QTemporaryFile>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 
 namespace process {
 
@@ -22,10 +26,41 @@ QString parent_folder() {
     return ::geteuid() == 0 && QFileInfo(run).isWritable() ? run : QDir::tempPath();
 }
 
+/// A folder that is held open, so that what is done is done to it and to no other.
+class held_folder_t {
+ public:
+    explicit held_folder_t(const QString& _path)
+        : descriptor(::open(QFile::encodeName(_path).constData(),
+                            O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC)) {}
+    ~held_folder_t() { ::close(descriptor); }
+    Q_DISABLE_COPY_MOVE(held_folder_t)
+
+    bool give(uid_t _user, gid_t _group, mode_t _mode) const {
+        return ::fchown(descriptor, _user, _group) == 0 && ::fchmod(descriptor, _mode) == 0;
+    }
+
+ private:
+    const int descriptor;
+};
+
 }  // namespace
+
+private_folder_t::~private_folder_t() {
+    remove();
+}
+
+void private_folder_t::remove() {
+    if (!folder.isEmpty()) {
+        // Not Qt's way, which goes by paths: the child's account could exchange what it stands on.
+        std::error_code ignored;
+        std::filesystem::remove_all(QFile::encodeName(folder).toStdString(), ignored);
+        folder.clear();
+    }
+}
 
 result_t private_folder_t::create(const QString& _system_account) {
     account.reset();
+    remove();
     if (::geteuid() == 0) {
         const passwd* const entry = ::getpwnam(_system_account.toLocal8Bit().constData());
         if (entry == nullptr) {
@@ -35,12 +70,25 @@ result_t private_folder_t::create(const QString& _system_account) {
         }
         account = system_account_t{entry->pw_uid, entry->pw_gid};
     }
-    folder = std::make_unique<QTemporaryDir>(parent_folder() +
-                                             QStringLiteral("/torlan-%1-XXXXXX").arg(child));
-    if (!folder->isValid()) {
+    QTemporaryDir made(parent_folder() + QStringLiteral("/torlan-%1-XXXXXX").arg(child));
+    if (!made.isValid()) {
         return failure(parent_folder());
     }
-    return hand_over(folder->path());
+    made.setAutoRemove(false);
+    folder = made.path();
+    return make_own();
+}
+
+result_t private_folder_t::make_own() const {
+    const QString own = path(QStringLiteral("own"));
+    if (::mkdir(QFile::encodeName(own).constData(), 0700) != 0) {
+        return failure(own);
+    }
+    if (account && !(held_folder_t(own).give(account->user, account->group, 0700) &&
+                     held_folder_t(folder).give(::geteuid(), account->group, 0710))) {
+        return failure(folder);
+    }
+    return {};
 }
 
 result_t private_folder_t::write(const QString& _name, const QByteArray& _text) const {
@@ -49,8 +97,9 @@ result_t private_folder_t::write(const QString& _name, const QByteArray& _text) 
     if (!file.open() || file.write(_text) != _text.size() || !file.flush()) {
         return failure(target);
     }
-    if (const result_t handed = hand_over(file.fileName()); !handed.is_ok()) {
-        return handed;
+    if (account && (::fchown(file.handle(), ::geteuid(), account->group) != 0 ||
+                    ::fchmod(file.handle(), 0640) != 0)) {
+        return failure(target);
     }
     if (std::rename(QFile::encodeName(file.fileName()).constData(),
                     QFile::encodeName(target).constData()) != 0) {
@@ -64,13 +113,6 @@ result_t private_folder_t::failure(const QString& _path) const {
     const QString reason = QString::fromLocal8Bit(std::strerror(errno));
     return result_t::failed(
         QStringLiteral("Cannot write the %1's files at %2: %3.").arg(child, _path, reason));
-}
-
-result_t private_folder_t::hand_over(const QString& _path) const {
-    if (account && ::chown(QFile::encodeName(_path).constData(), account->user, account->group)) {
-        return failure(_path);
-    }
-    return {};
 }
 
 }  // namespace process

@@ -3,8 +3,7 @@
 #include <sys/types.h>
 
 #include <QByteArray>
-#include <QTemporaryDir>
-#include <memory>
+#include <QString>
 #include <optional>
 
 #include "base/result_t.h"
@@ -17,29 +16,39 @@ struct system_account_t {
     gid_t group;
 };
 
-/// The private folder of a child's files: 0700, gone with this object. Its files are 0600 and
-/// replaced as a whole, so that a child that reads them never finds half of one.
+/// The private folder of a child's files: nobody else enters it, and it is gone with this object.
+/// The files are replaced as a whole, so that a child that reads them never finds half of one.
+///
+/// When root starts the child as another account, that account can read the files by its group and
+/// change nothing: root writes into no folder that another account can write, nor gives away by
+/// path what that account could have exchanged. What the child makes itself it makes in a folder
+/// inside, which is its own.
 class private_folder_t {
  public:
     /// @p _child as people call it, e.g. "broker": part of the folder's name and of the sentences.
     explicit private_folder_t(const QString& _child) : child(_child) {}
+    Q_DISABLE_COPY_MOVE(private_folder_t)
+    ~private_folder_t();
 
-    /// Makes the folder. Root hands it to the account @p _system_account; others keep it.
+    /// Makes the folder. @p _system_account: whom root starts the child as; others have no choice.
     base::result_t create(const QString& _system_account);
 
     base::result_t write(const QString& _name, const QByteArray& _text) const;
 
-    QString path(const QString& _name) const { return folder->filePath(_name); }
+    QString path(const QString& _name) const { return folder + QLatin1Char('/') + _name; }
+    /// In the folder that the child can write.
+    QString own_path(const QString& _name) const { return path(QStringLiteral("own/")) + _name; }
 
-    /// Whom the files belong to; nothing: the host's own account.
+    /// Whom the child runs as; nothing: the host's own account.
     const std::optional<system_account_t>& owner() const { return account; }
 
  private:
     base::result_t failure(const QString& _path) const;
-    base::result_t hand_over(const QString& _path) const;
+    base::result_t make_own() const;
+    void remove();
 
     const QString child;
-    std::unique_ptr<QTemporaryDir> folder;
+    QString folder;
     std::optional<system_account_t> account;
 };
 

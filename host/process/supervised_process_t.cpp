@@ -1,10 +1,13 @@
 #include "process/supervised_process_t.h"
 
+#include <fcntl.h>
 #include <grp.h>
 #include <signal.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace process {
@@ -13,6 +16,15 @@ namespace {
 
 /// In bytes; what is longer is taken for several lines, so that nothing piles up.
 constexpr qint64 longest_line = 64 * 1024;
+
+/// No further than an administrator allows.
+void allow_descriptors(rlim_t _count) {
+    rlimit limit{};
+    if (::getrlimit(RLIMIT_NOFILE, &limit) == 0 && limit.rlim_cur < _count) {
+        limit.rlim_cur = std::min(_count, limit.rlim_max);
+        ::setrlimit(RLIMIT_NOFILE, &limit);
+    }
+}
 
 /// Runs in the child, between fork and exec.
 void become(const std::optional<system_account_t>& _account, pid_t _parent) {
@@ -69,11 +81,21 @@ void supervised_process_t::start(const child_settings_t& _settings) {
 void supervised_process_t::launch(state_t _state) {
     now = _state;
     last_words.clear();
-    child.setChildProcessModifier(
-        [account = settings.account, parent = ::getpid()]() { become(account, parent); });
+    child.setChildProcessModifier([account = settings.account, inherited = settings.inherited,
+                                   descriptors = rlim_t(settings.descriptors),
+                                   parent = ::getpid()]() {
+        allow_descriptors(descriptors);
+        if (inherited >= 0) {
+            ::fcntl(inherited, F_SETFD, 0);
+        }
+        become(account, parent);
+    });
     limit.start(settings.start_timeout);
     Q_EMIT launching();
     child.start(QIODevice::ReadOnly);
+    if (is_launched() && process_id() != 0) {
+        Q_EMIT launched();
+    }
 }
 
 bool supervised_process_t::set_ready() {

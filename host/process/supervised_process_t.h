@@ -50,6 +50,8 @@ class supervised_process_t : public QObject {
     /// It is about to be started, for the first time or once more: it finds its files as they are
     /// now or later.
     void launching();
+    /// It has a process id now; what it runs is another matter.
+    void launched();
     /// A line that it wrote, see child_settings_t::words. A very long one comes in pieces.
     void said(const QString& words);
     /// It has ended after it had once been ready, and is started again after a pause.

@@ -1,13 +1,34 @@
+#include <grp.h>
 #include <unistd.h>
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include "process/private_folder_t.h"
 
 using process::private_folder_t;
+
+namespace {
+
+/// Whether a line of shell succeeds when another account runs it.
+bool done_as(const process::system_account_t& _account, const QString& _line) {
+    QProcess shell;
+    shell.setChildProcessModifier([&_account]() {
+        if (::setgroups(0, nullptr) != 0 || ::setgid(_account.group) != 0 ||
+            ::setuid(_account.user) != 0) {
+            ::_exit(126);
+        }
+    });
+    shell.start("/bin/sh", {"-c", _line});
+    return shell.waitForFinished() && shell.exitStatus() == QProcess::NormalExit &&
+           shell.exitCode() == 0;
+}
+
+}  // namespace
 
 class tst_private_folder_t : public QObject {
     Q_OBJECT
@@ -16,7 +37,8 @@ class tst_private_folder_t : public QObject {
     void folder_and_files_are_the_owners_only();
     void file_is_replaced_as_a_whole();
     void folder_goes_with_the_object();
-    void root_hands_it_to_the_account();
+    void account_of_the_child_can_write_in_its_own_folder_only();
+    void nothing_of_roots_goes_to_the_account_of_the_child();
     void unknown_account_is_told();
     void file_that_cannot_be_written_is_told();
 };
@@ -26,9 +48,12 @@ void tst_private_folder_t::folder_and_files_are_the_owners_only() {
     QVERIFY(folder.create("nobody").is_ok());
     QVERIFY(folder.write("file", "text").is_ok());
     const QFileInfo file(folder.path("file"));
-    QCOMPARE(int(file.permissions() & 0x0077), 0);
     const QFileInfo parent(file.path());
-    QCOMPARE(int(parent.permissions() & 0x0077), 0);
+    // The group is that of the child's account, if that is another one.
+    const bool is_root = ::geteuid() == 0;
+    QCOMPARE(int(file.permissions() & 0x0077), is_root ? 0x0040 : 0);
+    QCOMPARE(int(parent.permissions() & 0x0077), is_root ? 0x0010 : 0);
+    QCOMPARE(int(QFileInfo(folder.path("own")).permissions() & 0x0077), 0);
     QVERIFY(parent.fileName().startsWith("torlan-thing-"));
 }
 
@@ -58,16 +83,55 @@ void tst_private_folder_t::folder_goes_with_the_object() {
     QVERIFY(!QFileInfo::exists(path));
 }
 
-void tst_private_folder_t::root_hands_it_to_the_account() {
+void tst_private_folder_t::account_of_the_child_can_write_in_its_own_folder_only() {
     if (::geteuid() != 0) {
-        QSKIP("only root hands files over");
+        QSKIP("only root has a child that is another account");
     }
     private_folder_t folder("thing");
     QVERIFY(folder.create("nobody").is_ok());
     QVERIFY(folder.write("file", "text").is_ok());
-    QVERIFY(folder.owner().has_value() && folder.owner()->user != 0);
-    QCOMPARE(QFileInfo(folder.path("file")).ownerId(), uint(folder.owner()->user));
-    QCOMPARE(QFileInfo(folder.path({})).groupId(), uint(folder.owner()->group));
+    const QFileInfo outer(folder.path({}));
+    QCOMPARE(outer.ownerId(), 0u);
+    QCOMPARE(QFileInfo(folder.path("file")).ownerId(), 0u);
+    QCOMPARE(QFileInfo(folder.path("own")).ownerId(), uint(folder.owner()->user));
+    QVERIFY(done_as(*folder.owner(), "cat '" + folder.path("file") + "'"));
+    QVERIFY(done_as(*folder.owner(), "touch '" + folder.own_path("new") + "'"));
+    for (const QString& line :
+         {"touch '" + folder.path("new") + "'", "echo x >> '" + folder.path("file") + "'",
+          "mv '" + folder.path("own") + "' '" + folder.path("other") + "'",
+          "rm -f '" + folder.path("file") + "'"}) {
+        QVERIFY2(!done_as(*folder.owner(), line), qPrintable(line));
+    }
+    QVERIFY(!done_as({12'345, 12'345}, "cat '" + folder.path("file") + "'"));
+}
+
+/// The account puts links and folders wherever it can, before, between and after what root does.
+void tst_private_folder_t::nothing_of_roots_goes_to_the_account_of_the_child() {
+    if (::geteuid() != 0) {
+        QSKIP("only root has a child that is another account");
+    }
+    QTemporaryDir others;
+    QVERIFY(QFile::setPermissions(others.path(), QFile::Permissions(0x7755)));
+    QFile victim(others.filePath("victim"));
+    QVERIFY(victim.open(QIODevice::WriteOnly) && victim.write("root's") == 6);
+    victim.close();
+    QVERIFY(QDir(others.path()).mkpath("folder/in"));
+    for (int round = 0; round < 5; ++round) {
+        private_folder_t folder("thing");
+        QVERIFY(folder.create("nobody").is_ok());
+        const process::system_account_t account = *folder.owner();
+        const QString plant = "cd '" + folder.path("own") + "' && ln -s '" + others.path() +
+                              "/folder' deep && ln -s '" + victim.fileName() +
+                              "' host && mkdir real && ln -s '" + others.path() + "' real/up";
+        QVERIFY(done_as(account, plant));
+        QVERIFY(
+            !done_as(account, "ln -sf '" + victim.fileName() + "' '" + folder.path("file") + "'"));
+        QVERIFY(folder.write("file", "text").is_ok());
+    }
+    QCOMPARE(QFileInfo(victim).ownerId(), 0u);
+    QCOMPARE(QFileInfo(victim).size(), 6);
+    QVERIFY(QFileInfo::exists(others.filePath("folder/in")));
+    QCOMPARE(QFileInfo(others.filePath("folder")).ownerId(), 0u);
 }
 
 void tst_private_folder_t::unknown_account_is_told() {
