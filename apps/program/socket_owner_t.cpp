@@ -117,19 +117,28 @@ std::optional<uid_t> socket_owner_t::peer_in(const QByteArray& _table, const end
     return found;
 }
 
-QList<uid_t> socket_owner_t::listeners_in(const QByteArray& _table, quint16 _port) {
-    QList<uid_t> exact;
-    QList<uid_t> any;
+QList<socket_owner_t::listener_t> socket_owner_t::sockets_in(const QByteArray& _table,
+                                                             quint16 _port) {
+    QList<listener_t> exact;
+    QList<listener_t> any;
     each_row(_table, _port, [&](const row_t& _row) {
         const QHostAddress& address = _row.local.address;
         const bool is_any = address == QHostAddress::AnyIPv4 || address == QHostAddress::AnyIPv6;
-        QList<uid_t>& users = is_any ? any : exact;
-        if (_row.state == listening && (is_any || address == QHostAddress::LocalHost) &&
-            !users.contains(_row.user)) {
-            users.append(_row.user);
+        if (_row.state == listening && (is_any || address == QHostAddress::LocalHost)) {
+            (is_any ? any : exact).append({_row.user, _row.inode});
         }
     });
     return exact.isEmpty() ? any : exact;
+}
+
+QList<uid_t> socket_owner_t::listeners_in(const QByteArray& _table, quint16 _port) {
+    QList<uid_t> users;
+    for (const listener_t& socket : sockets_in(_table, _port)) {
+        if (!users.contains(socket.user)) {
+            users.append(socket.user);
+        }
+    }
+    return users;
 }
 
 std::optional<uid_t> socket_owner_t::of_peer(const end_t& _own, const end_t& _peer) {
@@ -143,6 +152,10 @@ std::optional<uid_t> socket_owner_t::of_peer(const end_t& _own, const end_t& _pe
 
 QList<uid_t> socket_owner_t::of_listeners(quint16 _port) {
     return listeners_in(tables().join(), _port);
+}
+
+QList<socket_owner_t::listener_t> socket_owner_t::sockets_of(quint16 _port) {
+    return sockets_in(tables().join(), _port);
 }
 
 bool socket_owner_t::is_trusted(uid_t _user) {

@@ -27,6 +27,12 @@ class socket_owner_t {
     /// @param _own the end on our side, @param _peer the end that is asked about
     static std::optional<uid_t> of_peer(const end_t& _own, const end_t& _peer);
 
+    /// A socket that listens.
+    struct listener_t {
+        uid_t user = 0;
+        quint64 inode = 0;
+    };
+
     /// Every user whose sockets listen where a connection to 127.0.0.1:@p _port could end, each
     /// once; empty: nobody listens.
     static QList<uid_t> of_listeners(quint16 _port);
@@ -40,6 +46,9 @@ class socket_owner_t {
     /// Every user with a row that a connection to 127.0.0.1:@p _port could end at, each once: who
     /// listens there, or, when nobody does, on every address. Pure.
     static QList<uid_t> listeners_in(const QByteArray& _table, quint16 _port);
+    /// The sockets of these.
+    static QList<listener_t> sockets_in(const QByteArray& _table, quint16 _port);
+    static QList<listener_t> sockets_of(quint16 _port);
 };
 
 }  // namespace torlan
