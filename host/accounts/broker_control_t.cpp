@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "accounts/unix_peer.h"
 #include "base/random_hex.h"
 
 namespace accounts {
@@ -47,21 +46,16 @@ broker_control_t::broker_control_t(QObject* _parent)
 
 broker_control_t::~broker_control_t() = default;
 
-void broker_control_t::open(const settings_t& _settings,
-                            const std::function<bool(pid_t)>& _is_broker) {
+void broker_control_t::open(const settings_t& _settings) {
     close();
     settings = _settings;
     reported = 0;
-    const auto process = listening_process(settings.socket);
-    if (!process || !_is_broker(*process)) {
-        fail(QStringLiteral("another process than the broker listens on its socket"));
-        return;
-    }
     comunication::client_settings_t made;
     made.host = settings.socket;
     made.port = 0;
     made.username = settings.account;
     made.password = settings.password;
+    made.process = settings.process;
     deleter.set_connection(made);
     made.client_id = QStringLiteral("control-") + base::random_hex();
     limit.start(settings.answer_timeout);

@@ -6,7 +6,6 @@
 #include <QSet>
 #include <QTimer>
 #include <chrono>
-#include <functional>
 
 #include "accounts/broker_report_t.h"
 #include "accounts/control_text.h"
@@ -22,7 +21,8 @@ class broker_control_t : public QObject {
 
  public:
     struct settings_t {
-        QString socket;  ///< path
+        QString socket;      ///< path
+        qint64 process = 0;  ///< the broker: another one that listens there is told nothing
         QString account;
         QString password;
         QString connection_topic;
@@ -32,9 +32,8 @@ class broker_control_t : public QObject {
     explicit broker_control_t(QObject* _parent = nullptr);
     ~broker_control_t() override;
 
-    /// Connects and tells; effective() or lost() follows. @p _is_broker: whether the process that
-    /// listens there is the broker; asked before a password is sent.
-    void open(const settings_t& _settings, const std::function<bool(pid_t)>& _is_broker);
+    /// Connects and tells; effective() or lost() follows, lost() perhaps before this returns.
+    void open(const settings_t& _settings);
     /// Drops the connection; no signal follows.
     void close();
 

@@ -10,8 +10,10 @@ namespace comunication {
 
 /// How the endpoint reaches its broker and what it may hold.
 struct endpoint_settings_t {
-    QString host = QStringLiteral("127.0.0.1");
-    quint16 port = 1883;
+    QString host = QStringLiteral("127.0.0.1");  ///< or the path of a unix socket
+    quint16 port = 1883;                         ///< 0: a unix socket
+    /// Process that must listen on the unix socket before the password is sent; 0: any.
+    qint64 broker_process = 0;
     QString username;
     QString password;  ///< kept in memory only, never logged
     /// Whoever uses the same identifier throws the endpoint off the broker, so an empty one (the

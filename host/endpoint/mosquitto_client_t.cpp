@@ -6,9 +6,9 @@
 #include <QSocketNotifier>
 #include <QTimer>
 #include <cerrno>
-#include <cstring>
 
 #include "endpoint/mosquitto_setup.h"
+#include "endpoint/peer_judge_t.h"
 
 namespace comunication {
 
@@ -45,6 +45,7 @@ struct mosquitto_client_t::private_t {
     void read();
     void finish(const QString& _reason);
     void set_callbacks();
+    int connect_to(const client_settings_t& _settings);
 
     /// There is a connection that a call may be about.
     bool is_live() const { return phase == phase_t::connecting || phase == phase_t::open; }
@@ -59,7 +60,8 @@ struct mosquitto_client_t::private_t {
     int depth = 0;  ///< calls into the library that are running
     phase_t phase = phase_t::idle;
     bool refused = false;  ///< the broker has refused the connection
-    QString reason;        ///< why it ended
+    peer_judge_t peer;
+    QString reason;  ///< why it ended
 };
 
 mosquitto_client_t::private_t::private_t(mosquitto_client_t* _self) : self(_self), misc(_self) {
@@ -156,14 +158,29 @@ void mosquitto_client_t::private_t::finish(const QString& _reason) {
     if (reason.isEmpty()) {
         reason = _reason;
     }
-    // The library's own texts end with a stop, those of the protocol do not.
-    while (reason.endsWith(QLatin1Char('.'))) {
-        reason.chop(1);
+}
+
+int mosquitto_client_t::private_t::connect_to(const client_settings_t& _settings) {
+    peer.expect(_settings.process);
+    reason = peer.objection(_settings.host);
+    if (!reason.isEmpty()) {
+        return MOSQ_ERR_CONN_REFUSED;
     }
+    const int result =
+        mosquitto_connect_bind_async(handle.get(), _settings.host.toUtf8().constData(),
+                                     _settings.port, int(_settings.keep_alive.count()), nullptr);
+    return result == MOSQ_ERR_SUCCESS && peer.is_unjudged() ? MOSQ_ERR_CONN_REFUSED : result;
 }
 
 void mosquitto_client_t::private_t::set_callbacks() {
     mosquitto* const m = handle.get();
+    // The library connects and writes name and password in one call. In between it has a line for
+    // the log: the connection can still be shut.
+    mosquitto_log_callback_set(m, [](mosquitto* _handle, void* _object, int, const char*) {
+        private_t* const p = of(_object);
+        const QString objection = p->peer.judge(mosquitto_socket(_handle));
+        p->reason = objection.isEmpty() ? p->reason : objection;
+    });
     mosquitto_connect_v5_callback_set(
         m, [](mosquitto*, void* _object, int _code, int, const mosquitto_property*) {
             private_t* const p = of(_object);
@@ -177,11 +194,7 @@ void mosquitto_client_t::private_t::set_callbacks() {
         });
     mosquitto_disconnect_v5_callback_set(
         m, [](mosquitto*, void* _object, int _code, const mosquitto_property*) {
-            // Codes of the library and of the protocol share this argument; the latter are 128
-            // and up.
-            const char* const text =
-                _code < 128 ? mosquitto_strerror(_code) : mosquitto_reason_string(_code);
-            of(_object)->finish(QString::fromUtf8(text));
+            of(_object)->finish(mosquitto_setup::phrase_of(_code));
         });
     mosquitto_message_v5_callback_set(
         m, [](mosquitto*, void* _object, const mosquitto_message* _message,
@@ -228,13 +241,10 @@ void mosquitto_client_t::open(const client_settings_t& _settings) {
     d->call([this, &_settings]() {
         int result = mosquitto_setup::configure(d->handle.get(), _settings);
         if (result == MOSQ_ERR_SUCCESS) {
-            result = mosquitto_connect_bind_async(
-                d->handle.get(), _settings.host.toUtf8().constData(), _settings.port,
-                int(_settings.keep_alive.count()), nullptr);
+            result = d->connect_to(_settings);
         }
         if (result != MOSQ_ERR_SUCCESS) {
-            d->finish(QString::fromUtf8(result == MOSQ_ERR_ERRNO ? std::strerror(errno)
-                                                                 : mosquitto_strerror(result)));
+            d->finish(mosquitto_setup::phrase_of(result));
         }
         return result;
     });

@@ -12,14 +12,16 @@ namespace comunication {
 
 /// How one connection is made.
 struct client_settings_t {
-    QString host;
-    quint16 port = 1883;
-    QString client_id;  ///< empty: the broker gives one
+    QString host;         ///< or the path of a unix socket
+    quint16 port = 1883;  ///< 0: a unix socket
+    QString client_id;    ///< empty: the broker gives one
     QString username;
     QString password;
     QString ca_file;                      ///< empty: no TLS
     std::chrono::seconds keep_alive{15};  ///< 5 s or more
     outgoing_t will{};                    ///< last will; an empty topic: none
+    /// Process that must listen on the unix socket: another one is told nothing. 0: any.
+    qint64 process = 0;
 };
 
 /// One MQTT 5 connection with a clean start, driven by the event loop of the thread that this

@@ -42,6 +42,16 @@ int configure(mosquitto* _handle, const client_settings_t& _settings) {
                                  will.payload.constData(), int(will.qos), will.retain, nullptr);
 }
 
+QString phrase_of(int _code) {
+    QString phrase =
+        QString::fromUtf8(_code < 128 ? mosquitto_strerror(_code) : mosquitto_reason_string(_code));
+    // The library's own texts end with a stop, those of the protocol do not.
+    while (phrase.endsWith(QLatin1Char('.'))) {
+        phrase.chop(1);
+    }
+    return phrase;
+}
+
 quint32 subscription_of(const mosquitto_property* _properties) {
     quint32 lowest = 0;
     quint32 found = 0;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtGlobal>
+#include <QString>
 
 struct mosquitto;
 struct mqtt5__property;
@@ -17,6 +17,9 @@ void init_library();
 
 /// Options, credentials, TLS and last will. A code of the library, 0: done.
 int configure(mosquitto* _handle, const client_settings_t& _settings);
+
+/// What a code means, of the library or (128 and up) of the protocol. One phrase.
+QString phrase_of(int _code);
 
 /// The lowest subscription identifier among the properties of a message; 0: none.
 quint32 subscription_of(const mqtt5__property* _properties);

@@ -18,12 +18,25 @@ QString unguessable_id() {
     return QStringLiteral("torlan-") + base::random_hex();
 }
 
+client_settings_t connection_of(const endpoint_settings_t& _settings) {
+    client_settings_t made;
+    made.host = _settings.host;
+    made.port = _settings.port;
+    made.client_id = _settings.client_id.isEmpty() ? unguessable_id() : _settings.client_id;
+    made.username = _settings.username;
+    made.password = _settings.password;
+    made.ca_file = _settings.ca_file;
+    made.keep_alive = _settings.keep_alive;
+    made.process = _settings.broker_process;
+    return made;
+}
+
 }  // namespace
 
 mqtt_endpoint_t::mqtt_endpoint_t(const endpoint_settings_t& _settings, QObject* _parent)
     : protoserver_t(_parent),
       settings(_settings),
-      client_id(_settings.client_id.isEmpty() ? unguessable_id() : _settings.client_id),
+      connection(connection_of(_settings)),
       client(this),
       sender(client, counts, _settings.queue_messages, _settings.queue_bytes),
       publisher(sender, counts, _settings.packet_bytes),
@@ -76,6 +89,15 @@ void mqtt_endpoint_t::start() {
     open();
 }
 
+void mqtt_endpoint_t::set_broker(qint64 _process, const QString& _password) {
+    connection.process = _process;
+    connection.password = _password;
+    if (state == state_t::connecting && reconnect.isActive()) {
+        reconnect.stop();
+        open();
+    }
+}
+
 void mqtt_endpoint_t::stop() {
     if (state == state_t::stopping) {
         return;
@@ -112,9 +134,6 @@ void mqtt_endpoint_t::end_stop() {
 }
 
 void mqtt_endpoint_t::open() {
-    client_settings_t connection{settings.host,      settings.port,     client_id,
-                                 settings.username,  settings.password, settings.ca_file,
-                                 settings.keep_alive};
     if (!settings.connection_topic.isEmpty()) {
         connection.will = connection_message("offline");
     }
@@ -179,8 +198,10 @@ void mqtt_endpoint_t::log_outage(const QString& _reason) {
         return;
     }
     told_outage = _reason;
-    ::utility::log_line(QStringLiteral("No connection to the broker at %1:%2: %3")
-                            .arg(settings.host, QString::number(settings.port), _reason),
+    const QString where = settings.port == 0
+                              ? settings.host
+                              : settings.host + QLatin1Char(':') + QString::number(settings.port);
+    ::utility::log_line(QStringLiteral("No connection to the broker at %1: %2").arg(where, _reason),
                         2, "log_outage", source, __LINE__);
 }
 

@@ -38,6 +38,10 @@ class mqtt_endpoint_t : public protoserver_t {
     /// Connects, and keeps connected until stop().
     void start();
 
+    /// The broker is another process from now on and takes another password, see
+    /// client_settings_t::process. What waits for the next attempt waits no longer.
+    void set_broker(qint64 _process, const QString& _password);
+
     /// Sends what is queued, tells "offline" and disconnects; bounded by the settings' stop
     /// time-out. stopped() follows, perhaps before this returns.
     void stop();
@@ -83,7 +87,7 @@ class mqtt_endpoint_t : public protoserver_t {
     void end_stop();
 
     const endpoint_settings_t settings;
-    const QString client_id;
+    client_settings_t connection;
     endpoint_counters_t counts;
     mosquitto_client_t client;
     message_sender_t sender;

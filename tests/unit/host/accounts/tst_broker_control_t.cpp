@@ -78,8 +78,8 @@ void tst_broker_control_t::cleanup() {
 
 bool tst_broker_control_t::open() {
     QSignalSpy effective(control.get(), &broker_control_t::effective);
-    control->open(settings,
-                  [this](pid_t _process) { return _process == real->process.processId(); });
+    settings.process = real->process.processId();
+    control->open(settings);
     return effective.wait();
 }
 
@@ -240,8 +240,8 @@ void tst_broker_control_t::password_is_sent_to_the_broker_only() {
     QVERIFY(thief.listen(folder.filePath("socket")));
     settings.socket = folder.filePath("socket");
     QSignalSpy lost(control.get(), &broker_control_t::lost);
-    control->open(settings,
-                  [this](pid_t _process) { return _process == real->process.processId(); });
+    settings.process = real->process.processId();
+    control->open(settings);
     QCOMPARE(lost.size(), 1);
     QVERIFY(thief.waitForNewConnection(5'000));
     const std::unique_ptr<QLocalSocket> connection(thief.nextPendingConnection());

@@ -1,4 +1,4 @@
-#include "accounts/unix_peer.h"
+#include "endpoint/unix_peer.h"
 
 #include <unistd.h>
 
@@ -21,7 +21,7 @@ class tst_unix_peer : public QObject {
 void tst_unix_peer::broker_is_known_by_its_process() {
     plugin_broker_t real;
     QVERIFY(real.connect_host());
-    const auto process = accounts::listening_process(real.path);
+    const auto process = comunication::listening_process(real.path);
     QVERIFY(process);
     QCOMPARE(qint64(*process), real.process.processId());
 }
@@ -30,17 +30,17 @@ void tst_unix_peer::another_process_is_known_too() {
     const QTemporaryDir folder;
     QLocalServer server;
     QVERIFY(server.listen(folder.filePath("socket")));
-    QVERIFY(accounts::listening_process(folder.filePath("socket")) == ::getpid());
+    QVERIFY(comunication::listening_process(folder.filePath("socket")) == ::getpid());
 }
 
 void tst_unix_peer::nobody_listens() {
     const QTemporaryDir folder;
-    QVERIFY(!accounts::listening_process(folder.filePath("none")));
+    QVERIFY(!comunication::listening_process(folder.filePath("none")));
     QFile file(folder.filePath("file"));
     QVERIFY(file.open(QIODevice::WriteOnly));
-    QVERIFY(!accounts::listening_process(file.fileName()));
-    QVERIFY(!accounts::listening_process(QString(200, u'x')));
-    QVERIFY(!accounts::listening_process({}));
+    QVERIFY(!comunication::listening_process(file.fileName()));
+    QVERIFY(!comunication::listening_process(QString(200, u'x')));
+    QVERIFY(!comunication::listening_process({}));
 }
 
 QTEST_GUILESS_MAIN(tst_unix_peer)
