@@ -93,11 +93,30 @@ if(TORLAN_SANITIZE)
     target_link_options(torlan_inside_broker INTERFACE -fno-sanitize=all)
 endif()
 
-# add_torlan_broker_plugin(<name> RULES ... ENTRY ... LINK ...)
+# torlan_broker_plugin_here(<target> LINK <libraries' names> SOURCES ...)
+# In a build for another machine: tests start this machine's own broker, so this machine's own
+# compiler makes what that loads, and the other machine's plugin steps aside.
+function(torlan_broker_plugin_here _target)
+    cmake_parse_arguments(arg "" "" "LINK;SOURCES" ${ARGN})
+    set(_library ${CMAKE_BINARY_DIR}/lib/lib${_target}.so)
+    set_target_properties(${_target} PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib/target)
+    list(TRANSFORM arg_LINK PREPEND -l)
+    add_custom_command(OUTPUT ${_library}
+        COMMAND c++ -std=c++20 -O1 -shared -fPIC -pthread -I${CMAKE_SOURCE_DIR}/host -o ${_library}
+                ${arg_SOURCES} ${arg_LINK}
+        COMMAND chmod go-w ${_library}
+        DEPENDS ${arg_SOURCES}
+        WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR}
+        COMMENT "Making this machine's own ${_target}")
+    add_custom_target(${_target}_here DEPENDS ${_library})
+    add_dependencies(${_target} ${_target}_here)
+endfunction()
+
+# add_torlan_broker_plugin(<name> RULES ... ENTRY ... LINK ... HERE ...)
 # A plugin of the broker, lib/libtorlan_<name>.so, without Qt; torlan::<name>_rules is the part that
-# needs no broker, for tests.
+# needs no broker, for tests. HERE: the libraries as this machine's compiler calls them.
 function(add_torlan_broker_plugin _name)
-    cmake_parse_arguments(arg "" "" "RULES;ENTRY;LINK" ${ARGN})
+    cmake_parse_arguments(arg "" "" "RULES;ENTRY;LINK;HERE" ${ARGN})
     add_library(torlan_${_name}_rules STATIC ${arg_RULES})
     add_library(torlan::${_name}_rules ALIAS torlan_${_name}_rules)
     add_library(torlan_${_name} MODULE ${arg_RULES} ${arg_ENTRY})
@@ -110,6 +129,13 @@ function(add_torlan_broker_plugin _name)
             AUTOMOC OFF CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
     endforeach()
     target_link_libraries(torlan_${_name} PRIVATE torlan_inside_broker)
+    # The host loads none that others can write, whatever the umask was.
+    add_custom_command(TARGET torlan_${_name} POST_BUILD
+        COMMAND chmod go-w $<TARGET_FILE:torlan_${_name}>)
+    if(CMAKE_CROSSCOMPILING)
+        torlan_broker_plugin_here(torlan_${_name}
+            LINK ${arg_HERE} SOURCES ${arg_RULES} ${arg_ENTRY})
+    endif()
     torlan_verify_headers(torlan_${_name}_rules)
 endfunction()
 

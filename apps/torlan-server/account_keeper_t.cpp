@@ -5,6 +5,8 @@
 #include "live/live_database_t.h"
 #include "logs/log_line.h"
 
+#include <utility>
+
 namespace torlan {
 
 namespace {
@@ -18,26 +20,52 @@ account_keeper_t::account_keeper_t(broker::broker_process_t* _broker,
       live(_live),
       // Random, so that no user of the installation can have it.
       account(QStringLiteral("check-") + base::random_hex()),
-      password(base::random_hex()) {}
+      password(base::random_hex()),
+      password_hash(accounts::make_password_hash(password, accounts::iterations_drawn)) {
+    connect(broker, &broker::broker_process_t::happened, this,
+            [this](const accounts::broker_event_t& _event) {
+                if (!is_check(_event)) {
+                    Q_EMIT happened(_event);
+                }
+            });
+}
 
 account_keeper_t::~account_keeper_t() = default;
 
+/// The checks try what must be refused, with their name or with none, but always the same
+/// identifier.
+bool account_keeper_t::is_check(const accounts::broker_event_t& _event) const {
+    return _event.user == account || (_event.user.isEmpty() && _event.client == account);
+}
+
 base::result_t account_keeper_t::start_broker() {
-    const auto accounts = read();
-    if (!accounts.is_ok()) {
-        return accounts;
+    if (const base::result_t known = read(); !known.is_ok()) {
+        return known;
     }
-    const base::result_t started = broker->start(accounts.value);
+    const base::result_t started = broker->start(users);
     return started.is_ok() ? broker->wait_until_listening() : started;
 }
 
 void account_keeper_t::update() {
-    const auto accounts = read();
-    const base::result_t result =
-        accounts.is_ok() ? broker->set_accounts(accounts.value) : base::result_t(accounts);
+    hand_over(read(), {});
+}
+
+void account_keeper_t::withdraw(const QStringList& _users) {
+    const QSet<QString> ids(_users.cbegin(), _users.cend());
+    QSet<QString> names;
+    for (const accounts::broker_account_t& user : std::as_const(users)) {
+        if (ids.contains(user.id)) {
+            names.insert(user.name);
+        }
+    }
+    hand_over({}, names);
+}
+
+void account_keeper_t::hand_over(const base::result_t& _read, const QSet<QString>& _withdrawn) {
+    const base::result_t result = _read.is_ok() ? broker->set_accounts(users, _withdrawn) : _read;
     if (!result.is_ok()) {
         utility::log_line(QStringLiteral("The broker keeps its former users: ") + result.error, 2,
-                          "update", source, __LINE__);
+                          "hand_over", source, __LINE__);
     }
 }
 
@@ -46,20 +74,19 @@ void account_keeper_t::end_checks() {
     update();
 }
 
-base::result_of_t<QList<accounts::broker_account_t>> account_keeper_t::read() const {
-    const auto users = live->read_users();
-    if (!users.is_ok()) {
-        return users;
+base::result_t account_keeper_t::read() {
+    const auto stored = live->read_users();
+    if (!stored.is_ok()) {
+        return stored;
     }
-    QList<accounts::broker_account_t> accounts;
-    for (const database::installation::user_t& user : users.value) {
-        accounts.append({user.username, user.password_hash});
+    users.clear();
+    for (auto each = stored.value.begin(); each != stored.value.end(); ++each) {
+        users.append({each->username, each->password_hash, each.key()});
     }
     if (checking) {
-        accounts.append(
-            {account, accounts::make_password_hash(password, accounts::iterations_drawn)});
+        users.append({account, password_hash});
     }
-    return accounts;
+    return {};
 }
 
 }  // namespace torlan

@@ -29,6 +29,10 @@ class account_keeper_t : public QObject {
     /// Hands the users as they are now to the broker; a failure goes to the log.
     void update();
 
+    /// These users, by id, may read something no longer: nothing that waits for them at the broker
+    /// is delivered.
+    void withdraw(const QStringList& _users);
+
     /// Takes the checks' account away.
     void end_checks();
 
@@ -36,13 +40,21 @@ class account_keeper_t : public QObject {
     QString check_account() const { return account; }
     QString check_password() const { return password; }
 
+ Q_SIGNALS:
+    /// Somebody, other than the start's own checks, signed in at the broker, left or was refused.
+    void happened(const accounts::broker_event_t& _event);
+
  private:
-    base::result_of_t<QList<accounts::broker_account_t>> read() const;
+    base::result_t read();
+    void hand_over(const base::result_t& _read, const QSet<QString>& _withdrawn);
+    bool is_check(const accounts::broker_event_t& _event) const;
 
     broker::broker_process_t* const broker;
     database::live::live_database_t* const live;
     const QString account;
     const QString password;
+    const QString password_hash;              ///< another one would make it another account
+    QList<accounts::broker_account_t> users;  ///< as read last
     bool checking = true;
 };
 

@@ -5,11 +5,12 @@
 #include <QTimer>
 
 #include "broker/broker_rights_check_t.h"
-#include "broker/port_probe_t.h"
+#include "broker/port_check.h"
 #include "chosen_log.h"
 #include "driver_folder.h"
 #include "first_request_t.h"
 #include "logs/log_line.h"
+#include "program/port_holder.h"
 #include "ready_probe_t.h"
 #include "start_broken_off.h"
 #include "store/database_check.h"
@@ -94,6 +95,7 @@ void host_t::stop() {
     drivers.clear();
     hidden.reset();
     endpoint.reset();
+    door_log.reset();
     accounts.reset();
     broker.reset();
     bus.reset();
@@ -150,13 +152,7 @@ base::result_t host_t::load_drivers() {
 }
 
 base::result_t host_t::check_ports() {
-    for (const quint16 port : {options.port, options.ws_port}) {
-        if (port != 0 && !broker::port_probe_t::is_free(port)) {
-            return base::result_t::failed(
-                QStringLiteral("Port %1 of 127.0.0.1 is already in use.").arg(port));
-        }
-    }
-    return {};
+    return broker::check_ports({options.port, options.ws_port}, port_holder);
 }
 
 base::result_t host_t::open_database() {
@@ -182,8 +178,14 @@ base::result_t host_t::start_broker() {
     given.websocket_port = options.ws_port;
     given.connection_topic = connection_topic(*database);
     given.executable = options.broker_program;
+    given.port_holder = port_holder;
+    given.session_idle = std::chrono::hours(options.session_hours);
     broker = std::make_unique<broker::broker_process_t>(given);
     accounts = std::make_unique<account_keeper_t>(broker.get(), live.get());
+    door_log = std::make_unique<door_log_t>();
+    connect(accounts.get(), &account_keeper_t::happened, door_log.get(), &door_log_t::tell);
+    connect(broker.get(), &broker::broker_process_t::events_lost, door_log.get(),
+            &door_log_t::tell_lost);
     return accounts->start_broker();
 }
 
@@ -192,6 +194,8 @@ base::result_t host_t::check_rights() {
     given.port = options.port;
     given.host_account = broker::broker_settings_t().host_account;
     given.host_password = broker->host_password();
+    given.host_socket = broker->host_socket();
+    given.broker_process = broker->process_id();
     given.probe_account = accounts->check_account();
     given.probe_password = accounts->check_password();
     given.connection_topic = connection_topic(*database);
@@ -200,13 +204,17 @@ base::result_t host_t::check_rights() {
 
 base::result_t host_t::connect_endpoint() {
     comunication::endpoint_settings_t given;
-    given.port = options.port;
+    given.host = broker->host_socket();
+    given.port = 0;
+    given.broker_process = broker->process_id();
     given.username = broker::broker_settings_t().host_account;
     given.password = broker->host_password();
     given.connection_topic = connection_topic(*database);
     given.requests = options.limits;
     given.packet_bytes = std::size_t(broker::broker_settings_t().packet_bytes);
     endpoint = std::make_unique<comunication::endpoint_thread_t>(given);
+
+    connect(broker.get(), &broker::broker_process_t::listening, this, &host_t::on_new_broker);
 
     base::result_t result =
         base::result_t::failed(QStringLiteral("The broker did not let the host in in time."));
@@ -220,6 +228,19 @@ base::result_t host_t::connect_endpoint() {
     endpoint->start();
     loop.exec();
     return result;
+}
+
+void host_t::on_new_broker() {
+    if (!endpoint) {
+        return;
+    }
+    mqtt_endpoint_t* const mqtt = endpoint->endpoint();
+    QMetaObject::invokeMethod(
+        mqtt,
+        [mqtt, process = broker->process_id(), password = broker->host_password()]() {
+            mqtt->set_broker(process, password);
+        },
+        Qt::QueuedConnection);
 }
 
 base::result_t host_t::start_drivers() {
@@ -247,6 +268,8 @@ void host_t::set_up_connections() {
     mqtt_endpoint_t* const mqtt = endpoint->endpoint();
     // Before the notifiers' signals of the same batch: a removed user is locked out first.
     connect(live->feed(), &change_feed_t::users_changed, accounts.get(), &account_keeper_t::update);
+    connect(live->feed(), &change_feed_t::reading_withdrawn, accounts.get(),
+            &account_keeper_t::withdraw);
     hidden = std::make_unique<hidden_states_t>(database.get(), mqtt);
     connect(live->feed(), &change_feed_t::states_hidden, hidden.get(), &hidden_states_t::take);
     connect(live->feed(), &change_feed_t::access_changed, &sweep, &retained_sweep_t::trigger);

@@ -7,6 +7,7 @@
 #include "base/result_t.h"
 #include "broker/broker_process_t.h"
 #include "data_folder_t.h"
+#include "door_log_t.h"
 #include "driver_set_t.h"
 #include "endpoint/endpoint_thread_t.h"
 #include "hidden_states_t.h"
@@ -66,6 +67,7 @@ class host_t : public QObject {
     base::result_t start_drivers();
     base::result_t ask_api();
     void set_up_connections();
+    void on_new_broker();
 
     const options_t options;
     utility::logs::early_logger_t* const early;
@@ -80,6 +82,7 @@ class host_t : public QObject {
     std::unique_ptr<database::live::simulated_bus_t> bus;
     std::unique_ptr<broker::broker_process_t> broker;
     std::unique_ptr<account_keeper_t> accounts;
+    std::unique_ptr<door_log_t> door_log;
     std::unique_ptr<comunication::endpoint_thread_t> endpoint;
     std::unique_ptr<hidden_states_t> hidden;
     retained_sweep_t sweep;

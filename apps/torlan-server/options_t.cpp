@@ -26,6 +26,10 @@ void describe(QCommandLineParser* _parser) {
         {QStringLiteral("config-wait"),
          QStringLiteral("Seconds to wait for it at the start, 0 to 3600 (default: 15)."),
          QStringLiteral("N")},
+        {QStringLiteral("session-hours"),
+         QStringLiteral("Hours that the broker keeps what it has for a client that is not there, "
+                        "1 to 8760 (default: 168)."),
+         QStringLiteral("N")},
         {QStringLiteral("plugins"), QStringLiteral("Folder of drivers (default: the build's)."),
          QStringLiteral("DIR")},
         {QStringLiteral("logs"), QStringLiteral("Folder of the log (default: logs in DATA)."),
@@ -120,6 +124,7 @@ base::result_t read_numbers(const QCommandLineParser& _parser, options_t* _optio
     numbers.take("log-level-file", 0, 6, &_options->file_level);
     numbers.take("log-size", 1, 1024, &_options->log_size);
     numbers.take("log-rotate", 0, 1000, &_options->log_rotate);
+    numbers.take("session-hours", 1, 8'760, &_options->session_hours);
     return numbers.result.is_ok() ? check_ports(*_options) : numbers.result;
 }
 

@@ -15,6 +15,7 @@ struct options_t {
     quint16 port = 1883;
     quint16 ws_port = 0;         ///< 0: no WebSockets
     quint16 config_port = 4321;  ///< of the configuration server, on loopback
+    int session_hours = 168;     ///< how long the broker keeps a session without a connection
     int config_wait = 15;        ///< seconds to wait for it, 0 to 3600
     QString plugins;             ///< folder of drivers; empty: beside the program
     QString logs;                ///< folder of the log; empty: in the data folder

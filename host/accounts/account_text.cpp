@@ -3,12 +3,10 @@
 #include <QRegularExpression>
 
 #include "accounts/broker_hash.h"
-#include "comunication/api_topics.h"
 #include "database/name_rules.h"
 
 namespace accounts {
 
-namespace api_topics = comunication::api_topics;
 using base::result_t;
 
 namespace {
@@ -55,24 +53,12 @@ sorted_users_t sort_users(const QList<broker_account_t>& _users) {
     return sorted;
 }
 
-QByteArray password_file(const QList<broker_account_t>& _accounts) {
-    QByteArray text;
-    for (const broker_account_t& account : _accounts) {
-        text += account.name.toUtf8() + ":" + account.password_hash.toUtf8() + "\n";
-    }
-    return text;
-}
-
-QByteArray acl_file(const account_settings_t& _settings) {
-    QByteArray text = "user " + _settings.host_account.toUtf8() + "\ntopic readwrite #\n\n";
-    const QByteArray own =
-        api_topics::user_root(api_topics::version_1, QStringLiteral("%u")).toUtf8();
-    text += "pattern write " + own + "/+/" + api_topics::request_word.toUtf8() + "/#\n";
-    text += "pattern read " + own + "/#\n";
-    if (!_settings.connection_topic.isEmpty()) {
-        text += "pattern read " + _settings.connection_topic.toUtf8() + "\n";
-    }
-    return text;
+QByteArray plugin_lines(const account_settings_t& _settings, const plugin_text_t& _text) {
+    return "listener 0 " + _text.socket + "\nplugin " + _text.library +
+           "\nplugin_opt_host_account " + _settings.host_account.toUtf8() +
+           "\nplugin_opt_host_address " + _text.socket + "\nplugin_opt_host_hash " +
+           _text.host_hash.toUtf8() + "\nplugin_opt_idle_seconds " +
+           QByteArray::number(qint64(_settings.session_idle.count())) + "\n";
 }
 
 }  // namespace accounts

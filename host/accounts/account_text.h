@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QList>
 #include <QStringList>
+#include <chrono>
 
 #include "accounts/broker_account_t.h"
 #include "base/result_t.h"
@@ -15,6 +16,15 @@ struct account_settings_t {
     QString host_account;
     /// Retained state of the host, readable by every API user; empty: none.
     QString connection_topic;
+    /// How long the broker keeps the session of a user without a connection.
+    std::chrono::seconds session_idle{7 * 24 * 3600};
+};
+
+/// What differs from broker to broker.
+struct plugin_text_t {
+    QByteArray library;  ///< path of the plugin
+    QByteArray socket;   ///< path of the socket on which alone the host's account is let in
+    QString host_hash;
 };
 
 /// Users that can be written down, and a sentence for each that cannot.
@@ -30,10 +40,7 @@ base::result_t check_settings(const account_settings_t& _settings);
 /// The same for each user: its name is an identifier, its hash a hash.
 sorted_users_t sort_users(const QList<broker_account_t>& _users);
 
-/// The broker's password file: one line for each account.
-QByteArray password_file(const QList<broker_account_t>& _accounts);
-
-/// The broker's access file: who may read and write what.
-QByteArray acl_file(const account_settings_t& _settings);
+/// The lines of the broker's configuration that load the plugin.
+QByteArray plugin_lines(const account_settings_t& _settings, const plugin_text_t& _text);
 
 }  // namespace accounts

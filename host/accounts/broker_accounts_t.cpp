@@ -1,7 +1,5 @@
 #include "accounts/broker_accounts_t.h"
 
-#include <signal.h>
-
 #include <QSet>
 #include <utility>
 
@@ -12,11 +10,16 @@
 namespace accounts {
 
 using base::result_t;
+using std::chrono::milliseconds;
 
 namespace {
+
 constexpr const char* source = "host/accounts/broker_accounts_t";
-const QString password_name = QStringLiteral("passwords");
-const QString acl_name = QStringLiteral("acl");
+
+void warn(const QString& _sentence, int _line) {
+    utility::log_line(_sentence, 2, "warn", source, _line);
+}
+
 }  // namespace
 
 broker_accounts_t::broker_accounts_t(const account_settings_t& _settings,
@@ -25,34 +28,45 @@ broker_accounts_t::broker_accounts_t(const account_settings_t& _settings,
       settings(_settings),
       folder(_folder),
       password(base::random_hex()),
-      password_hash(make_password_hash(password, iterations_drawn)) {}
+      control(this),
+      pause(this),
+      backoff(milliseconds(10), milliseconds(500)) {
+    pause.setSingleShot(true);
+    set_up_connections();
+}
 
 broker_accounts_t::~broker_accounts_t() = default;
 
-QByteArray broker_accounts_t::configuration() const {
-    return "password_file " + folder.path(password_name).toLocal8Bit() + "\nacl_file " +
-           folder.path(acl_name).toLocal8Bit() + "\n";
+void broker_accounts_t::set_up_connections() {
+    connect(&pause, &QTimer::timeout, this, &broker_accounts_t::reach);
+    connect(&control, &broker_control_t::effective, this, [this]() {
+        backoff.reset();
+        was_reached = true;
+        told_loss.clear();
+        Q_EMIT effective();
+    });
+    connect(&control, &broker_control_t::lost, this, &broker_accounts_t::on_lost);
+    connect(&control, &broker_control_t::left_out, this, [](const QString& _row) {
+        warn(QStringLiteral("The broker could not use what it was told, ") + _row, __LINE__);
+    });
+    connect(&control, &broker_control_t::happened, this, &broker_accounts_t::happened);
+    connect(&control, &broker_control_t::events_lost, this, &broker_accounts_t::events_lost);
 }
 
-result_t broker_accounts_t::apply(const QList<broker_account_t>& _users) {
+QByteArray broker_accounts_t::configuration(const QByteArray& _library) const {
+    return plugin_lines(settings, {.library = _library,
+                                   .socket = host_socket().toLocal8Bit(),
+                                   .host_hash = make_password_hash(password, iterations_drawn)});
+}
+
+result_t broker_accounts_t::apply(const QList<broker_account_t>& _users,
+                                  const QSet<QString>& _withdrawn) {
     if (const result_t checked = check_settings(settings); !checked.is_ok()) {
         return checked;
     }
-    sorted_users_t users = sort_users(_users);
+    const sorted_users_t users = sort_users(_users);
     tell_left_out(users.left_out);
-    users.fit.append({settings.host_account, password_hash});
-    if (const result_t written = folder.write(acl_name, acl_file(settings)); !written.is_ok()) {
-        return written;
-    }
-    if (const result_t written = folder.write(password_name, password_file(users.fit));
-        !written.is_ok()) {
-        return written;
-    }
-    if (broker == broker_t::loading) {
-        broker = broker_t::outdated;
-    } else if (broker == broker_t::listening) {
-        tell_broker();
-    }
+    control.set_accounts(users.fit, _withdrawn);
     return {};
 }
 
@@ -60,32 +74,48 @@ void broker_accounts_t::tell_left_out(const QStringList& _sentences) {
     const QSet<QString> former(told.cbegin(), told.cend());
     for (const QString& sentence : _sentences) {
         if (!former.contains(sentence)) {
-            utility::log_line(sentence, 2, "tell_left_out", source, __LINE__);
+            warn(sentence, __LINE__);
         }
     }
     told = _sentences;
 }
 
 void broker_accounts_t::on_broker_launching() {
-    broker = broker_t::loading;
+    on_broker_ended();
+    password = base::random_hex();
 }
 
-void broker_accounts_t::on_broker_listening(qint64 _process) {
+void broker_accounts_t::on_broker_launched(qint64 _process) {
     process_id = _process;
-    if (std::exchange(broker, broker_t::listening) == broker_t::outdated) {
-        tell_broker();
-    } else {
-        Q_EMIT effective();
-    }
+    backoff.reset();
+    reach();
 }
 
 void broker_accounts_t::on_broker_ended() {
-    broker = broker_t::none;
+    process_id = 0;
+    was_reached = false;
+    pause.stop();
+    control.close();
 }
 
-void broker_accounts_t::tell_broker() {
-    ::kill(pid_t(process_id), SIGHUP);
-    Q_EMIT effective();
+void broker_accounts_t::reach() {
+    control.open({.socket = host_socket(),
+                  .process = process_id,
+                  .account = settings.host_account,
+                  .password = password,
+                  .connection_topic = settings.connection_topic});
+}
+
+void broker_accounts_t::on_lost(const QString& _reason) {
+    if (process_id == 0) {
+        return;
+    }
+    // One that was started a moment ago does not listen yet.
+    if (was_reached && std::exchange(told_loss, _reason) != _reason) {
+        warn(QStringLiteral("The MQTT broker does not hear who its users are: ") + _reason,
+             __LINE__);
+    }
+    pause.start(backoff.next());
 }
 
 }  // namespace accounts

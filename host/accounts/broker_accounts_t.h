@@ -1,63 +1,73 @@
 #pragma once
 
 #include <QObject>
+#include <QTimer>
 
 #include "accounts/account_text.h"
+#include "accounts/broker_control_t.h"
+#include "base/backoff_t.h"
 #include "process/private_folder_t.h"
 
 namespace accounts {
 
-/// Makes a change of the users count at the broker; nobody else knows how. Today: files that the
-/// broker reads when it starts and when it gets a signal.
+/// Makes a change of the users count at the broker; nobody else knows how: the plugin in the
+/// broker is told over a unix socket in the broker's private folder, and answers.
 class broker_accounts_t : public QObject {
     Q_OBJECT
 
  public:
-    /// @p _folder outlives this object and has been created before the first apply().
+    /// @p _folder outlives this object and has been created before the first configuration().
     broker_accounts_t(const account_settings_t& _settings, const process::private_folder_t& _folder,
                       QObject* _parent = nullptr);
     ~broker_accounts_t() override;
 
-    /// The lines of the broker's configuration that are about accounts.
-    QByteArray configuration() const;
+    /// The lines of the broker's configuration that are about accounts, @p _library the plugin.
+    QByteArray configuration(const QByteArray& _library) const;
 
-    /// The API users from now on; the host's own account is added. One that cannot have an account
-    /// is left out and told in the log: it must not keep the others from coming and going.
-    /// effective() follows, as soon as a broker listens. After an error the former ones stay.
-    base::result_t apply(const QList<broker_account_t>& _users);
+    /// The API users from now on. One that cannot have an account is left out and told in the log:
+    /// it must not keep the others from coming and going. Those of @p _withdrawn may read something
+    /// no longer: nothing that waits for them is delivered. effective() follows, as soon as a
+    /// broker answers. After an error the former ones stay.
+    base::result_t apply(const QList<broker_account_t>& _users,
+                         const QSet<QString>& _withdrawn = {});
 
-    /// A broker of this configuration is about to be started.
+    /// A broker is about to be started: the host's password is another one from now on.
     void on_broker_launching();
-    /// It answers; effective() follows.
-    void on_broker_listening(qint64 _process);
+    /// It is this process; effective() follows.
+    void on_broker_launched(qint64 _process);
     void on_broker_ended();
 
-    /// Of the host's own account, drawn anew for each object. Never log it.
+    /// How the host's own account reaches the broker: the path of a unix socket, and a password
+    /// that is drawn anew for each broker. Never log it.
+    QString host_socket() const { return folder.own_path(QStringLiteral("host")); }
     QString host_password() const { return password; }
 
+    /// Whether the broker lets in whom apply() told last.
+    bool is_effective() const { return control.is_effective(); }
+
  Q_SIGNALS:
-    /// The broker lets in whom apply() told last. A signal has no answer: a broker that was
-    /// listening acts on it a moment later.
+    /// The broker lets in whom apply() told last, and has said so.
     void effective();
+    /// Somebody signed in, left or was refused.
+    void happened(const accounts::broker_event_t& _event);
+    void events_lost(qint64 _count);
 
  private:
-    enum class broker_t {
-        none,
-        loading,    ///< launched, and has read its files or will
-        outdated,   ///< launched, and the files have changed since
-        listening,  ///< handles signals; before that one would end it
-    };
-
+    void set_up_connections();
+    void reach();
+    void on_lost(const QString& _reason);
     void tell_left_out(const QStringList& _sentences);
-    void tell_broker();
 
     const account_settings_t settings;
     const process::private_folder_t& folder;
-    const QString password;
-    const QString password_hash;
-    broker_t broker = broker_t::none;
-    qint64 process_id = 0;  ///< of the broker while it listens
-    QStringList told;       ///< whom the last apply() left out
+    QString password;
+    broker_control_t control;
+    QTimer pause;  ///< until the next attempt to reach it
+    base::backoff_t backoff;
+    qint64 process_id = 0;  ///< of the broker; 0: none
+    bool was_reached = false;
+    QString told_loss;
+    QStringList told;  ///< whom the last apply() left out
 };
 
 }  // namespace accounts

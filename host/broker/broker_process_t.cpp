@@ -1,7 +1,11 @@
 #include "broker/broker_process_t.h"
 
+#include <sys/un.h>
+
 #include <QEventLoop>
+#include <QFile>
 #include <QStandardPaths>
+#include <utility>
 
 #include "broker/broker_config_t.h"
 #include "logs/log_line.h"
@@ -17,6 +21,7 @@ namespace {
 
 constexpr const char* source = "host/broker/broker_process_t";
 const QString configuration_name = QStringLiteral("mosquitto.conf");
+constexpr qsizetype longest_socket_path = sizeof(sockaddr_un::sun_path) - 1;
 
 QString name_of(const broker_settings_t& _settings) {
     return _settings.executable.isEmpty() ? QStringLiteral("mosquitto") : _settings.executable;
@@ -43,9 +48,8 @@ broker_process_t::broker_process_t(const broker_settings_t& _settings, QObject* 
     : QObject(_parent),
       settings(_settings),
       folder(QStringLiteral("broker")),
-      who_may({_settings.host_account, _settings.connection_topic}, folder),
-      child(this),
-      probe(this) {
+      who_may({_settings.host_account, _settings.connection_topic, _settings.session_idle}, folder),
+      child(this) {
     set_up_connections();
 }
 
@@ -56,22 +60,30 @@ broker_process_t::~broker_process_t() {
 void broker_process_t::set_up_connections() {
     connect(&child, &supervised_process_t::launching, this, [this]() {
         who_may.on_broker_launching();
-        probe.wait_for(settings.port);
-    });
-    connect(&probe, &port_probe_t::listening, this, [this]() {
-        // Somebody else may have taken the port between two lives of the broker.
-        if (process_id() > 0) {
-            who_may.on_broker_listening(process_id());
+        if (const result_t written = write_configuration(); !written.is_ok()) {
+            // With the former password in it, this broker will not become ready.
+            utility::log_line(written.error, 2, "operator()", source, __LINE__);
         }
     });
+    connect(&child, &supervised_process_t::launched, this,
+            [this]() { who_may.on_broker_launched(process_id()); });
     connect(&who_may, &broker_accounts_t::effective, this, [this]() {
-        if (child.set_ready()) {
+        const bool is_new = child.set_ready();
+        Q_EMIT effective();
+        if (is_new) {
+            told_port.clear();
             Q_EMIT listening();
         }
     });
+    connect(&who_may, &broker_accounts_t::happened, this, &broker_process_t::happened);
+    connect(&who_may, &broker_accounts_t::events_lost, this, &broker_process_t::events_lost);
     connect(&child, &supervised_process_t::died, this, &broker_process_t::on_died);
     connect(&child, &supervised_process_t::failed, this, &broker_process_t::on_failed);
     connect(&child, &supervised_process_t::said, this, [](const QString& _words) {
+        // It tries that on the unix socket too, at every connection.
+        if (_words == QLatin1String("Warning: Unable to set TCP_NODELAY.")) {
+            return;
+        }
         utility::log_line(QStringLiteral("MQTT broker: ") + _words, 3, "operator()", source,
                           __LINE__);
     });
@@ -93,26 +105,36 @@ result_t broker_process_t::start(const QList<broker_account_t>& _accounts) {
 }
 
 result_t broker_process_t::prepare(const QList<broker_account_t>& _accounts) {
-    for (const quint16 port : {settings.port, settings.websocket_port}) {
-        if (port != 0 && !port_probe_t::is_free(port)) {
-            return result_t::failed(
-                QStringLiteral("Port %1 of 127.0.0.1 is already in use.").arg(port));
-        }
+    result_t result = check_ports({settings.port, settings.websocket_port}, settings.port_holder);
+    if (result.is_ok()) {
+        result =
+            plugin.open(settings.plugin.isEmpty() ? plugin_file_t::usual_path() : settings.plugin);
     }
-    if (const result_t made = folder.create(settings.system_account); !made.is_ok()) {
-        return made;
+    if (result.is_ok()) {
+        result = folder.create(settings.system_account);
     }
-    const QByteArray text = broker_config_t::configuration(settings, who_may.configuration());
-    if (const result_t written = folder.write(configuration_name, text); !written.is_ok()) {
-        return written;
+    if (result.is_ok() && QFile::encodeName(who_may.host_socket()).size() > longest_socket_path) {
+        result = result_t::failed(
+            QStringLiteral("The path %1 is too long for a socket.").arg(who_may.host_socket()));
     }
-    return who_may.apply(_accounts);
+    if (result.is_ok()) {
+        result = write_configuration();
+    }
+    return result.is_ok() ? who_may.apply(_accounts) : result;
+}
+
+result_t broker_process_t::write_configuration() const {
+    return folder.write(
+        configuration_name,
+        broker_config_t::configuration(settings, who_may.configuration(plugin.path_in_child())));
 }
 
 void broker_process_t::launch(const QString& _executable) {
     child.start({.program = _executable,
                  .arguments = {QStringLiteral("-c"), folder.path(configuration_name)},
                  .account = folder.owner(),
+                 .inherited = plugin.descriptor(),
+                 .descriptors = settings.descriptors,
                  .start_timeout = settings.start_timeout,
                  .not_ready = QStringLiteral("it does not listen on port %1").arg(settings.port),
                  .stop_timeout = settings.stop_timeout,
@@ -122,8 +144,8 @@ void broker_process_t::launch(const QString& _executable) {
 }
 
 void broker_process_t::on_died(bool _listened) {
-    probe.cancel();
     who_may.on_broker_ended();
+    tell_taken_port();
     utility::log_line(QStringLiteral("The MQTT broker has ended, it is started again"), 2,
                       "on_died", source, __LINE__);
     if (_listened) {
@@ -131,8 +153,17 @@ void broker_process_t::on_died(bool _listened) {
     }
 }
 
+void broker_process_t::tell_taken_port() {
+    const result_t free =
+        check_ports({settings.port, settings.websocket_port}, settings.port_holder);
+    if (!free.is_ok() && std::exchange(told_port, free.error) != free.error) {
+        utility::log_line(free.error + QStringLiteral(" The MQTT broker cannot be started, and who "
+                                                      "signs in there gives a password away"),
+                          2, "tell_taken_port", source, __LINE__);
+    }
+}
+
 void broker_process_t::on_failed(const QString& _last_words) {
-    probe.cancel();
     who_may.on_broker_ended();
     outcome = result_t::failed(
         QStringLiteral("The MQTT broker could not be started: %1.")
@@ -153,15 +184,15 @@ result_t broker_process_t::wait_until_listening() {
     return outcome;
 }
 
-result_t broker_process_t::set_accounts(const QList<broker_account_t>& _accounts) {
+result_t broker_process_t::set_accounts(const QList<broker_account_t>& _accounts,
+                                        const QSet<QString>& _withdrawn) {
     if (child.state() == state_t::stopped) {
         return result_t::failed(QStringLiteral("The MQTT broker is not running."));
     }
-    return who_may.apply(_accounts);
+    return who_may.apply(_accounts, _withdrawn);
 }
 
 void broker_process_t::stop() {
-    probe.cancel();
     who_may.on_broker_ended();
     child.stop();
 }

@@ -5,7 +5,7 @@
 #include "accounts/broker_accounts_t.h"
 #include "base/result_t.h"
 #include "broker/broker_settings_t.h"
-#include "broker/port_probe_t.h"
+#include "broker/plugin_file_t.h"
 #include "process/supervised_process_t.h"
 
 namespace broker {
@@ -20,16 +20,20 @@ class broker_process_t : public QObject {
     explicit broker_process_t(const broker_settings_t& _settings, QObject* _parent = nullptr);
     ~broker_process_t() override;
 
-    /// Starts it for these API users; the host's own account is added. An error here or in
-    /// failed(): nothing was left behind. listening() follows otherwise.
+    /// Starts it for these API users. An error here or in failed(): nothing was left behind.
+    /// listening() follows otherwise.
     base::result_t start(const QList<accounts::broker_account_t>& _accounts);
 
-    /// Handles events until it listens; bounded by the settings' start time-out.
+    /// Handles events until it answers and knows the users; bounded by the settings' start
+    /// time-out.
     base::result_t wait_until_listening();
 
-    /// The API users from now on. A live connection of a user who is gone, or whose password is
-    /// another one, is closed by the broker a moment later.
-    base::result_t set_accounts(const QList<accounts::broker_account_t>& _accounts);
+    /// The API users from now on, see accounts::broker_accounts_t; effective() follows. A live
+    /// connection of a user who is gone, or whose password is another one, is closed then.
+    base::result_t set_accounts(const QList<accounts::broker_account_t>& _accounts,
+                                const QSet<QString>& _withdrawn = {});
+    /// Whether the broker has said that it lets in whom it was told last.
+    bool is_effective() const { return who_may.is_effective(); }
 
     /// Ends it; bounded by the settings' stop time-out.
     void stop();
@@ -37,11 +41,19 @@ class broker_process_t : public QObject {
     bool is_listening() const { return child.state() == state_t::ready; }
     qint64 process_id() const { return child.process_id(); }
 
-    /// The host's own password, drawn anew for each object. Never log it.
+    /// How the host's own account reaches it: over this unix socket, with a password that is drawn
+    /// anew for each life of the broker and told to process_id() only. Never log it.
+    QString host_socket() const { return who_may.host_socket(); }
     QString host_password() const { return who_may.host_password(); }
 
  Q_SIGNALS:
+    /// It knows its users and has said so: for the first time or in another life.
     void listening();
+    void effective();
+    /// Somebody signed in, left or was refused.
+    void happened(const accounts::broker_event_t& _event);
+    /// Too much happened to be told one by one.
+    void events_lost(qint64 _count);
     /// It died after it had listened, and is started again after a pause.
     void died();
     /// It could not be started.
@@ -52,7 +64,9 @@ class broker_process_t : public QObject {
 
     base::result_t prepare(const QList<accounts::broker_account_t>& _accounts);
     void set_up_connections();
+    base::result_t write_configuration() const;
     void launch(const QString& _executable);
+    void tell_taken_port();
     void on_died(bool _listened);
     void on_failed(const QString& _last_words);
 
@@ -60,8 +74,9 @@ class broker_process_t : public QObject {
     process::private_folder_t folder;
     accounts::broker_accounts_t who_may;
     process::supervised_process_t child;
-    port_probe_t probe;
+    plugin_file_t plugin;
     base::result_t outcome;  ///< of the last start()
+    QString told_port;       ///< the last sentence about one that is taken
 };
 
 }  // namespace broker

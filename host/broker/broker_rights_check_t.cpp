@@ -65,13 +65,13 @@ void broker_rights_check_t::set_up_connections() {
 
 void broker_rights_check_t::start() {
     limit.start(settings.timeout);
-    anonymous.open({settings.host, settings.port, {}, {}, {}, settings.ca_file});
-    host.open({settings.host,
-               settings.port,
-               {},
-               settings.host_account,
-               settings.host_password,
-               settings.ca_file});
+    // By the probe's name, so that reports tell it from a stranger.
+    anonymous.open(
+        {settings.host, settings.port, settings.probe_account, {}, {}, settings.ca_file});
+    comunication::client_settings_t own_way{settings.host_socket,   0, {}, settings.host_account,
+                                            settings.host_password, {}};
+    own_way.process = settings.broker_process;
+    host.open(own_way);
 }
 
 result_t broker_rights_check_t::run() {

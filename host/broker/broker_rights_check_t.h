@@ -17,7 +17,9 @@ struct rights_check_settings_t {
     QString ca_file;  ///< empty: no TLS
     QString host_account;
     QString host_password;
-    QString probe_account;  ///< an account with the rights of an API user and no other use
+    QString host_socket;        ///< path, for the host's account
+    qint64 broker_process = 0;  ///< which listens there
+    QString probe_account;      ///< an account with the rights of an API user and no other use
     QString probe_password;
     QString connection_topic;                   ///< which API users may read
     std::chrono::milliseconds timeout{10'000};  ///< for the verdict, and again for tidying up

@@ -3,6 +3,8 @@
 #include <QString>
 #include <chrono>
 
+#include "broker/port_check.h"
+
 namespace broker {
 
 /// How the private broker is run. It listens on 127.0.0.1 only.
@@ -21,7 +23,15 @@ struct broker_settings_t {
     /// what they send beyond it is lost.
     int in_flight_messages = 10'000;
 
-    QString executable;  ///< empty: "mosquitto" in PATH or in the system's folders
+    /// How long the broker keeps the session of a user without a connection.
+    std::chrono::seconds session_idle{7 * 24 * 3600};
+    /// Of the broker's own; above, who asks for more is dropped.
+    qint64 memory_bytes = 2'000'000'000;
+    int descriptors = 16'384;  ///< open connections and files, as far as the system allows
+
+    port_holder_t port_holder;  ///< for sentences about a port that is taken; may be null
+    QString plugin;             ///< library; empty: as installed
+    QString executable;         ///< empty: "mosquitto" in PATH or in the system's folders
     /// System account that the broker runs as when the host runs as root.
     QString system_account = QStringLiteral("mosquitto");
 

@@ -110,8 +110,8 @@ const QList<row_t> rows{
     {"host/endpoint", "base/|contract/(logs|comunication)/"},
     {"host/process", "base/"},
     {"host/accounts",
-     "base/|contract/(comunication/api_topics|database/name_rules|logs/)|host/process/"
-     "private_folder_t|host/endpoint/mosquitto_client_t"},
+     "base/|contract/(database/name_rules|logs/)|host/process/private_folder_t|"
+     "host/endpoint/mosquitto_client_t"},
     {"host/broker", "base/|contract/(logs|comunication)/|host/(accounts|endpoint|process)/"},
     {"host/broker/plugin", ""},
     {"host/installation",

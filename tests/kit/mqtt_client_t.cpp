@@ -139,6 +139,16 @@ mqtt_client_t::~mqtt_client_t() {
 
 int mqtt_client_t::sign_in(quint16 _port, const QString& _username, const QString& _password,
                            const will_t& _will) {
+    return sign_in_at("127.0.0.1", _port, _username, _password, _will);
+}
+
+int mqtt_client_t::sign_in_local(const QString& _socket, const QString& _username,
+                                 const QString& _password) {
+    return sign_in_at(_socket.toLocal8Bit(), 0, _username, _password, {});
+}
+
+int mqtt_client_t::sign_in_at(const QByteArray& _host, quint16 _port, const QString& _username,
+                              const QString& _password, const will_t& _will) {
     drop();
     library = std::make_unique<library_t>(this);
     if (!_username.isEmpty()) {
@@ -148,10 +158,10 @@ int mqtt_client_t::sign_in(quint16 _port, const QString& _username, const QStrin
     if (!_will.topic.isEmpty()) {
         mosquitto_will_set_v5(library->handle, _will.topic.toUtf8().constData(),
                               static_cast<int>(_will.payload.size()), _will.payload.constData(), 2,
-                              true, nullptr);
+                              false, nullptr);
     }
-    if (mosquitto_connect_bind_v5(library->handle, "127.0.0.1", _port, 60, nullptr, nullptr) !=
-        MOSQ_ERR_SUCCESS) {
+    if (mosquitto_connect_bind_v5(library->handle, _host.constData(), _port, 60, nullptr,
+                                  nullptr) != MOSQ_ERR_SUCCESS) {
         return -1;
     }
     library->watch();

@@ -25,8 +25,7 @@ class mqtt_client_t : public QObject {
         /// Const, so that chained reads do not make references into a temporary.
         const QJsonObject json() const;
     };
-    /// What the broker publishes, retained, when this client goes without a word; no topic:
-    /// nothing.
+    /// What the broker publishes when this client goes without a word; no topic: nothing.
     struct will_t {
         QString topic;
         QByteArray payload;
@@ -39,6 +38,8 @@ class mqtt_client_t : public QObject {
     /// -1 none.
     int sign_in(quint16 _port, const QString& _username, const QString& _password,
                 const will_t& _will = {});
+    /// The same over the unix socket at @p _socket.
+    int sign_in_local(const QString& _socket, const QString& _username, const QString& _password);
     /// Subscribes with QoS 2 and waits; whether the broker has answered.
     bool subscribe(const QString& _topic);
     /// Publishes with QoS 2 and waits for the end of the handshake: its reason code, negative when
@@ -69,6 +70,8 @@ class mqtt_client_t : public QObject {
 
  private:
     struct library_t;
+    int sign_in_at(const QByteArray& _host, quint16 _port, const QString& _username,
+                   const QString& _password, const will_t& _will);
     int wait_for_answer(int _id);
 
     std::unique_ptr<library_t> library;

@@ -1,5 +1,8 @@
 #include <signal.h>
+#include <unistd.h>
 
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QtTest>
 
 #include "kit/small_home.h"
@@ -15,6 +18,7 @@ class tst_broker_loss : public QObject {
  private Q_SLOTS:
     void states_and_answers_are_back_after_the_broker_was_killed();
     void a_killed_host_takes_its_broker_along();
+    void a_listener_that_takes_the_port_gets_no_password_and_is_told();
 };
 
 void tst_broker_loss::states_and_answers_are_back_after_the_broker_was_killed() {
@@ -57,6 +61,45 @@ void tst_broker_loss::a_killed_host_takes_its_broker_along() {
                 ::kill(broker, 0) != 0);
     // And the folder can be used again at once.
     QVERIFY2(host.start(), qPrintable(host.error()));
+    QCOMPARE(host.stop(), 0);
+}
+
+void tst_broker_loss::a_listener_that_takes_the_port_gets_no_password_and_is_told() {
+    host_process_t host;
+    QVERIFY2(host.import(small_home()), qPrintable(host.error()));
+    QVERIFY2(host.start(), qPrintable(host.error()));
+    QTcpServer thief;
+    QByteArray heard;
+    int visitors = 0;
+    connect(&thief, &QTcpServer::newConnection, this, [&]() {
+        while (QTcpSocket* const visitor = thief.nextPendingConnection()) {
+            ++visitors;
+            connect(visitor, &QTcpSocket::readyRead, this,
+                    [&heard, visitor]() { heard += visitor->readAll(); });
+        }
+    });
+    // Its broker may be back before us; then once more.
+    while (!thief.isListening()) {
+        QTRY_VERIFY(host.broker_pid() > 0);
+        ::kill(static_cast<pid_t>(host.broker_pid()), SIGKILL);
+        const QDeadlineTimer limit(1'000);
+        while (!thief.listen(QHostAddress::LocalHost, host.port()) && !limit.hasExpired()) {
+        }
+    }
+    const QByteArray sentence = QByteArray("Port ") + QByteArray::number(host.port()) +
+                                " of 127.0.0.1 is already in use by process " +
+                                QByteArray::number(::getpid());
+    const auto is_told = [&host, &sentence]() {
+        QFile log(host.data() + QStringLiteral("/logs/server-torlan.log"));
+        return log.open(QIODevice::ReadOnly) && log.readAll().contains(sentence);
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(is_told(), 20'000);
+    QCOMPARE(heard, QByteArray());
+    QCOMPARE(visitors, 0);
+    thief.close();
+    mqtt_client_t alice;
+    QTRY_VERIFY_WITH_TIMEOUT(join(alice, host, "alice"), 40'000);
+    QVERIFY(alice.wait_for(state_topic("alice", "e-lamp")));
     QCOMPARE(host.stop(), 0);
 }
 

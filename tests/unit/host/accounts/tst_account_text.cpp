@@ -6,12 +6,12 @@ using namespace accounts;
 
 namespace {
 
-const QByteArray expected_acl = R"(user @torlan
-topic readwrite #
-
-pattern write local/api/v1/%u/+/request/#
-pattern read local/api/v1/%u/#
-pattern read home/1/connection
+const QByteArray expected_lines = R"(listener 0 /run/x/own/host
+plugin /proc/self/fd/7
+plugin_opt_host_account @torlan
+plugin_opt_host_address /run/x/own/host
+plugin_opt_host_hash $7$a hash
+plugin_opt_idle_seconds 90
 )";
 
 const QString hash = "$7$101$" + QString(16, 'A') + "$" + QString(86, 'B') + "==";
@@ -22,9 +22,7 @@ class tst_account_text : public QObject {
     Q_OBJECT
 
  private Q_SLOTS:
-    void acl_is_as_written_down();
-    void acl_without_connection_topic_has_no_line_for_it();
-    void password_file_has_a_line_for_each_account();
+    void plugin_is_configured_as_written_down();
     void user_who_cannot_be_written_down_is_left_out_data();
     void user_who_cannot_be_written_down_is_left_out();
     void connection_topic_is_a_plain_topic_data();
@@ -32,18 +30,10 @@ class tst_account_text : public QObject {
     void host_account_is_none_that_a_user_could_have();
 };
 
-void tst_account_text::acl_is_as_written_down() {
-    QCOMPARE(acl_file({"@torlan", "home/1/connection"}), expected_acl);
-}
-
-void tst_account_text::acl_without_connection_topic_has_no_line_for_it() {
-    QCOMPARE(acl_file({}).count("pattern read"), qsizetype(1));
-}
-
-void tst_account_text::password_file_has_a_line_for_each_account() {
-    QCOMPARE(password_file({{"@torlan", hash}, {"alice", hash}}),
-             "@torlan:" + hash.toUtf8() + "\nalice:" + hash.toUtf8() + "\n");
-    QCOMPARE(password_file({}), QByteArray());
+void tst_account_text::plugin_is_configured_as_written_down() {
+    const account_settings_t settings{"@torlan", "home/1/connection", std::chrono::seconds(90)};
+    QCOMPARE(plugin_lines(settings, {"/proc/self/fd/7", "/run/x/own/host", "$7$a hash"}),
+             expected_lines);
 }
 
 void tst_account_text::user_who_cannot_be_written_down_is_left_out_data() {

@@ -9,21 +9,23 @@ namespace {
 
 const QByteArray expected_configuration =
     R"(# Written by the server at every start: changes here are lost.
+account lines
 listener 1884 127.0.0.1
 protocol mqtt
 listener 9001 127.0.0.1
 protocol websockets
 socket_domain ipv4
 allow_anonymous false
-account lines
+check_retain_source false
 persistence false
 set_tcp_nodelay true
 max_queued_messages 1000000000
 max_queued_bytes 1000
 max_inflight_messages 7
 max_packet_size 2000
+memory_limit 3000
 sys_interval 0
-log_dest stdout
+log_dest stderr
 log_type error
 log_type warning
 )";
@@ -45,6 +47,7 @@ void tst_broker_config_t::configuration_is_as_written_down() {
     settings.queued_bytes = 1'000;
     settings.in_flight_messages = 7;
     settings.packet_bytes = 2'000;
+    settings.memory_bytes = 3'000;
     QCOMPARE(broker_config_t::configuration(settings, "account lines\n"), expected_configuration);
 }
 

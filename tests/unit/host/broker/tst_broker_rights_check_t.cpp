@@ -1,4 +1,5 @@
 #include <QFile>
+#include <QLocalServer>
 #include <QProcess>
 #include <QTcpServer>
 #include <QTemporaryDir>
@@ -16,7 +17,21 @@ using namespace kit;
 
 namespace {
 
-/// A broker whose files a test may spoil. Run by root it stays root, to read the test's folder.
+const QByteArray tight_rules = R"(user @torlan
+topic readwrite #
+topic readwrite $SYS/#
+
+pattern write local/api/v1/%u/+/request/#
+pattern read local/api/v1/%u/#
+pattern read home/1/connection
+)";
+
+QByteArray password_line(const QString& _name) {
+    return (_name + ":" + real_broker_t::account(_name).password_hash).toUtf8() + "\n";
+}
+
+/// A broker whose rules, in files, a test may spoil. Run by root it stays root, to read the test's
+/// folder.
 class spoiled_broker_t {
  public:
     ~spoiled_broker_t() {
@@ -26,20 +41,21 @@ class spoiled_broker_t {
 
     bool start(const QByteArray& _right, const QByteArray& _wrong, const QByteArray& _more_acl) {
         const auto path = [this](const char* _name) { return folder.filePath(_name); };
-        write(path("passwords"), accounts::password_file({real_broker_t::account("@torlan"),
-                                                          real_broker_t::account("probe")}));
-        write(path("acl"),
-              accounts::acl_file({settings.host_account, settings.connection_topic}) + _more_acl);
+        write(path("passwords"), password_line("@torlan") + password_line("probe"));
+        write(path("acl"), tight_rules + _more_acl);
         QByteArray text = broker_config_t::configuration(
-            settings, "password_file " + path("passwords").toUtf8() + "\nacl_file " +
-                          path("acl").toUtf8() + "\n");
+            settings, "listener 0 " + path("socket").toUtf8() + "\npassword_file " +
+                          path("passwords").toUtf8() + "\nacl_file " + path("acl").toUtf8() + "\n");
         write(path("conf"), text.replace(_right, _wrong) + "user root\n");
-        broker::port_probe_t probe;
-        bool serves = false;
-        QObject::connect(&probe, &broker::port_probe_t::listening, [&serves]() { serves = true; });
         process.start("mosquitto", {"-c", path("conf")});
-        probe.wait_for(settings.port);
-        return QTest::qWaitFor([&serves]() { return serves; });
+        return QTest::qWaitFor([this]() {
+            mqtt_client_t host;
+            return let_host_in(&host) == 0;
+        });
+    }
+
+    int let_host_in(mqtt_client_t* _client) const {
+        return _client->sign_in_local(folder.filePath("socket"), "@torlan", password_of("@torlan"));
     }
 
     rights_check_settings_t check_settings() const {
@@ -47,6 +63,8 @@ class spoiled_broker_t {
         made.port = settings.port;
         made.host_account = "@torlan";
         made.host_password = password_of("@torlan");
+        made.host_socket = folder.filePath("socket");
+        made.broker_process = process.processId();
         made.probe_account = "probe";
         made.probe_password = password_of("probe");
         made.connection_topic = settings.connection_topic;
@@ -96,6 +114,8 @@ void tst_broker_rights_check_t::own_rules_pass() {
     settings.port = broker.settings.port;
     settings.host_account = broker.settings.host_account;
     settings.host_password = broker.process.host_password();
+    settings.host_socket = broker.process.host_socket();
+    settings.broker_process = broker.process.process_id();
     settings.probe_account = "probe";
     settings.probe_password = password_of("probe");
     settings.connection_topic = broker.settings.connection_topic;
@@ -150,7 +170,7 @@ void tst_broker_rights_check_t::nothing_stays_retained() {
     QVERIFY(broker.start("none", "", more_acl));
     QCOMPARE(broker_rights_check_t(broker.check_settings()).run().is_ok(), more_acl.isEmpty());
     mqtt_client_t host;
-    QCOMPARE(host.sign_in(broker.settings.port, "@torlan", password_of("@torlan")), 0);
+    QCOMPARE(broker.let_host_in(&host), 0);
     QCOMPARE(host.publish("fence", "{}", true), 0);
     QVERIFY(host.subscribe("#"));
     host.heard("fence");
@@ -168,10 +188,14 @@ void tst_broker_rights_check_t::wrong_password_is_told() {
 }
 
 void tst_broker_rights_check_t::silent_broker_is_bounded() {
+    const QTemporaryDir folder;
     QTcpServer silent;
     QVERIFY(silent.listen(QHostAddress::LocalHost));
+    QLocalServer silent_to_the_host;
+    QVERIFY(silent_to_the_host.listen(folder.filePath("socket")));
     rights_check_settings_t settings;
     settings.port = silent.serverPort();
+    settings.host_socket = folder.filePath("socket");
     settings.timeout = std::chrono::milliseconds(100);
     QVERIFY(broker_rights_check_t(settings).run().error.contains("in time"));
 }

@@ -89,7 +89,7 @@ void tst_endpoint_thread_t::destruction_amid_a_burst_is_safe() {
     }
     held.reset();
     mqtt_client_t host;  // the broker is well
-    QCOMPARE(host.sign_in(broker.settings.port, "@torlan", broker.process.host_password()), 0);
+    QCOMPARE(broker.let_host_in(&host), 0);
 }
 
 void tst_endpoint_thread_t::destruction_without_a_broker_is_safe() {

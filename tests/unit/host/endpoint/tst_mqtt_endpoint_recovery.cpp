@@ -34,6 +34,9 @@ void tst_mqtt_endpoint_recovery::killed_broker_comes_back_with_every_subscriptio
     QSignalSpy connected(&endpoint, &mqtt_endpoint_t::connected);
     QSignalSpy disconnected(&endpoint, &mqtt_endpoint_t::disconnected);
     QSignalSpy messages(&endpoint, &mqtt_endpoint_t::api_message);
+    connect(&broker.process, &broker::broker_process_t::listening, &endpoint, [&]() {
+        endpoint.set_broker(broker.process.process_id(), broker.process.host_password());
+    });
     endpoint.set_enable_api_message(true);
     endpoint.subscription_status_api(subscribe_t::subscribe);
     endpoint.start();
@@ -46,7 +49,7 @@ void tst_mqtt_endpoint_recovery::killed_broker_comes_back_with_every_subscriptio
     QCOMPARE(endpoint.counters().reconnects.load(), quint64(1));
 
     mqtt_client_t host;
-    QCOMPARE(host.sign_in(broker.settings.port, "@torlan", broker.process.host_password()), 0);
+    QCOMPARE(broker.let_host_in(&host), 0);
     QCOMPARE(host.publish("local/api/v1/alice/status/e-1", "{}"), 0);
     QTRY_COMPARE(messages.size(), 1);
     mqtt_client_t alice;

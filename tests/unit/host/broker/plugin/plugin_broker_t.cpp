@@ -19,6 +19,10 @@ constexpr const char* report_topic = "$CONTROL/torlan/v1/report";
 
 }  // namespace
 
+QByteArray plugin_broker_t::library() {
+    return PLUGIN_PATH;
+}
+
 QByteArray plugin_broker_t::hash(const QByteArray& _password, int _iterations) {
     const QByteArray salt = "0123456789ab";
     return "$7$" + QByteArray::number(_iterations) + "$" + salt.toBase64() + "$" +
@@ -43,8 +47,8 @@ plugin_broker_t::plugin_broker_t(const QByteArray& _options)
         " 127.0.0.1\nprotocol websockets\nsocket_domain ipv4\n"
         "allow_anonymous false\ncheck_retain_source false\n"
         "max_queued_messages 1000000000\nsys_interval 0\nlog_type error\nlog_type warning\n"
-        "log_dest stderr\nset_tcp_nodelay true\nplugin " PLUGIN_PATH
-        "\nplugin_opt_host_account @torlan\nplugin_opt_host_address " +
+        "log_dest stderr\nset_tcp_nodelay true\nplugin " +
+        library() + "\nplugin_opt_host_account @torlan\nplugin_opt_host_address " +
         path.toLocal8Bit() + "\nplugin_opt_host_hash " + hash(host_password, 1) + "\n" + _options +
         "\n");
     // Without it root's broker becomes another account, which cannot enter the folder.

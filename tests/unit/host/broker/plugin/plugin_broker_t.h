@@ -10,6 +10,8 @@
 /// The real broker with the plugin, and the host's connection to it.
 class plugin_broker_t {
  public:
+    /// Path of the plugin.
+    static QByteArray library();
     /// "$7$..." for @p _password, @p _iterations times.
     static QByteArray hash(const QByteArray& _password, int _iterations = 10);
     /// A "user" line of a control message; the password is the name followed by "-pw".
