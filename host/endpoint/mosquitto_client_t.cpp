@@ -45,7 +45,8 @@ struct mosquitto_client_t::private_t {
     void read();
     void finish(const QString& _reason);
     void set_callbacks();
-    int connect_to(const client_settings_t& _settings);
+    void set_message_callbacks();
+    void connect_to(const client_settings_t& _settings);
 
     /// There is a connection that a call may be about.
     bool is_live() const { return phase == phase_t::connecting || phase == phase_t::open; }
@@ -160,16 +161,14 @@ void mosquitto_client_t::private_t::finish(const QString& _reason) {
     }
 }
 
-int mosquitto_client_t::private_t::connect_to(const client_settings_t& _settings) {
+void mosquitto_client_t::private_t::connect_to(const client_settings_t& _settings) {
     peer.expect(_settings.process);
     reason = peer.objection(_settings.host);
-    if (!reason.isEmpty()) {
-        return MOSQ_ERR_CONN_REFUSED;
+    const int result = reason.isEmpty() ? mosquitto_setup::connect(handle.get(), _settings)
+                                        : int(MOSQ_ERR_CONN_REFUSED);
+    if (result != MOSQ_ERR_SUCCESS || peer.is_unjudged()) {
+        finish(mosquitto_setup::phrase_of(result));  // unless there is a reason
     }
-    const int result =
-        mosquitto_connect_bind_async(handle.get(), _settings.host.toUtf8().constData(),
-                                     _settings.port, int(_settings.keep_alive.count()), nullptr);
-    return result == MOSQ_ERR_SUCCESS && peer.is_unjudged() ? MOSQ_ERR_CONN_REFUSED : result;
 }
 
 void mosquitto_client_t::private_t::set_callbacks() {
@@ -177,9 +176,9 @@ void mosquitto_client_t::private_t::set_callbacks() {
     // The library connects and writes name and password in one call. In between it has a line for
     // the log: the connection can still be shut.
     mosquitto_log_callback_set(m, [](mosquitto* _handle, void* _object, int, const char*) {
-        private_t* const p = of(_object);
-        const QString objection = p->peer.judge(mosquitto_socket(_handle));
-        p->reason = objection.isEmpty() ? p->reason : objection;
+        if (private_t* const p = of(_object); p->reason.isEmpty()) {
+            p->reason = p->peer.judge(mosquitto_socket(_handle));
+        }
     });
     mosquitto_connect_v5_callback_set(
         m, [](mosquitto*, void* _object, int _code, int, const mosquitto_property*) {
@@ -196,6 +195,10 @@ void mosquitto_client_t::private_t::set_callbacks() {
         m, [](mosquitto*, void* _object, int _code, const mosquitto_property*) {
             of(_object)->finish(mosquitto_setup::phrase_of(_code));
         });
+}
+
+void mosquitto_client_t::private_t::set_message_callbacks() {
+    mosquitto* const m = handle.get();
     mosquitto_message_v5_callback_set(
         m, [](mosquitto*, void* _object, const mosquitto_message* _message,
               const mosquitto_property* _properties) {
@@ -237,16 +240,11 @@ void mosquitto_client_t::open(const client_settings_t& _settings) {
     }
     d->phase = phase_t::connecting;
     d->set_callbacks();
+    d->set_message_callbacks();
     d->misc.start();
     d->call([this, &_settings]() {
-        int result = mosquitto_setup::configure(d->handle.get(), _settings);
-        if (result == MOSQ_ERR_SUCCESS) {
-            result = d->connect_to(_settings);
-        }
-        if (result != MOSQ_ERR_SUCCESS) {
-            d->finish(mosquitto_setup::phrase_of(result));
-        }
-        return result;
+        d->connect_to(_settings);
+        return 0;
     });
 }
 
@@ -294,11 +292,10 @@ int mosquitto_client_t::subscribe(const QString& _filter, utility::qos_t _qos, i
 }
 
 bool mosquitto_client_t::unsubscribe(const QString& _filter) {
-    const int result = d->call([this, &_filter]() {
+    return d->call([this, &_filter]() {
         return mosquitto_unsubscribe_v5(d->handle.get(), nullptr, _filter.toUtf8().constData(),
                                         nullptr);
-    });
-    return result == MOSQ_ERR_SUCCESS;
+    }) == MOSQ_ERR_SUCCESS;
 }
 
 }  // namespace comunication

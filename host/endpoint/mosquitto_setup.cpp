@@ -18,6 +18,8 @@ void init_library() {
     static const library_t library;
 }
 
+namespace {
+
 int configure(mosquitto* _handle, const client_settings_t& _settings) {
     mosquitto_int_option(_handle, MOSQ_OPT_PROTOCOL_VERSION, MQTT_PROTOCOL_V5);
     mosquitto_int_option(_handle, MOSQ_OPT_TCP_NODELAY, 1);
@@ -40,6 +42,17 @@ int configure(mosquitto* _handle, const client_settings_t& _settings) {
     }
     return mosquitto_will_set_v5(_handle, will.topic.constData(), int(will.payload.size()),
                                  will.payload.constData(), int(will.qos), will.retain, nullptr);
+}
+
+}  // namespace
+
+int connect(mosquitto* _handle, const client_settings_t& _settings) {
+    const int result = configure(_handle, _settings);
+    return result == MOSQ_ERR_SUCCESS
+               ? mosquitto_connect_bind_async(_handle, _settings.host.toUtf8().constData(),
+                                              _settings.port, int(_settings.keep_alive.count()),
+                                              nullptr)
+               : result;
 }
 
 QString phrase_of(int _code) {

@@ -61,6 +61,8 @@ class tst_broker_process_t : public QObject {
     void executable_that_ends_is_told();
     void bad_connection_topic_is_told();
     void executable_that_does_not_listen_is_ended();
+    void plugin_that_others_can_write_is_not_loaded();
+    void plugin_in_a_folder_that_the_broker_cannot_enter_is_loaded();
     void it_listens_on_loopback_only();
     void its_files_are_private_and_gone_at_the_end();
     void it_does_not_run_as_root();
@@ -132,6 +134,26 @@ void tst_broker_process_t::executable_that_does_not_listen_is_ended() {
     QVERIFY(process.start({}).is_ok());
     QVERIFY(process.wait_until_listening().error.contains("does not listen"));
     QCOMPARE(process.process_id(), qint64(0));
+}
+
+void tst_broker_process_t::plugin_that_others_can_write_is_not_loaded() {
+    const QTemporaryDir folder;
+    auto settings = real_broker_t::make_settings();
+    settings.plugin = folder.filePath("plugin.so");
+    QVERIFY(QFile::copy(broker::plugin_file_t::usual_path(), settings.plugin));
+    QVERIFY(QFile::setPermissions(settings.plugin, QFile::Permissions(0x6666)));
+    broker_process_t process(settings);
+    QVERIFY(process.start({}).error.contains("can be written by others"));
+    QCOMPARE(process.process_id(), qint64(0));
+}
+
+void tst_broker_process_t::plugin_in_a_folder_that_the_broker_cannot_enter_is_loaded() {
+    const QTemporaryDir folder;  // 0700, and root's broker is another account
+    auto settings = real_broker_t::make_settings();
+    settings.plugin = folder.filePath("plugin.so");
+    QVERIFY(QFile::copy(broker::plugin_file_t::usual_path(), settings.plugin));
+    real_broker_t broker(settings);
+    QCOMPARE(broker.start(), QString());
 }
 
 void tst_broker_process_t::it_listens_on_loopback_only() {

@@ -1,4 +1,6 @@
+#include <fcntl.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <QElapsedTimer>
@@ -52,6 +54,9 @@ class tst_supervised_process_t : public QObject {
     void unfinished_line_counts_at_the_end();
     void endless_line_is_told_in_pieces();
     void it_may_be_started_again();
+    void process_id_is_there_when_it_is_launched();
+    void it_has_the_descriptor_that_it_inherits();
+    void it_may_have_as_many_descriptors_as_it_is_allowed();
     void it_runs_as_another_account();
     void it_ends_when_its_host_is_killed();
 
@@ -205,6 +210,48 @@ void tst_supervised_process_t::it_may_be_started_again() {
     QVERIFY(has_ended(former));
     QVERIFY(said->wait());
     QCOMPARE(failed->size(), 1);
+}
+
+void tst_supervised_process_t::process_id_is_there_when_it_is_launched() {
+    qint64 process = 0;
+    connect(child.get(), &supervised_process_t::launched, this,
+            [this, &process]() { process = child->process_id(); });
+    child->start(shell(speaking));
+    QVERIFY(process > 0);
+    QCOMPARE(process, child->process_id());
+}
+
+void tst_supervised_process_t::it_has_the_descriptor_that_it_inherits() {
+    const int descriptor = ::open("/etc/passwd", O_RDONLY | O_CLOEXEC);
+    const QString line = QString("readlink /proc/self/fd/%1 || echo none").arg(descriptor);
+    child_settings_t settings = shell(line);
+    child->start(settings);
+    QVERIFY(failed->wait());
+    QCOMPARE(last_words(), QString("none"));
+    failed->clear();
+    settings.inherited = descriptor;
+    child->start(settings);
+    QVERIFY(failed->wait());
+    QCOMPARE(last_words(), QString("/etc/passwd"));
+    ::close(descriptor);
+}
+
+void tst_supervised_process_t::it_may_have_as_many_descriptors_as_it_is_allowed() {
+    rlimit limit{};
+    QCOMPARE(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+    const rlim_t former = std::exchange(limit.rlim_cur, rlim_t(200));
+    QCOMPARE(::setrlimit(RLIMIT_NOFILE, &limit), 0);
+    child_settings_t settings = shell("ulimit -n");
+    for (const int wanted : {0, 100, 250, 2'000'000'000}) {
+        settings.descriptors = wanted;
+        failed->clear();
+        child->start(settings);
+        QVERIFY(failed->wait());
+        QCOMPARE(last_words().toULongLong(),
+                 std::clamp<rlim_t>(rlim_t(wanted), 200, limit.rlim_max));
+    }
+    limit.rlim_cur = former;
+    QCOMPARE(::setrlimit(RLIMIT_NOFILE, &limit), 0);
 }
 
 void tst_supervised_process_t::it_runs_as_another_account() {
