@@ -104,7 +104,6 @@ function(torlan_broker_plugin_here _target)
     add_custom_command(OUTPUT ${_library}
         COMMAND c++ -std=c++20 -O1 -shared -fPIC -pthread -I${CMAKE_SOURCE_DIR}/host -o ${_library}
                 ${arg_SOURCES} ${arg_LINK}
-        COMMAND chmod go-w ${_library}
         DEPENDS ${arg_SOURCES}
         WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR}
         COMMENT "Making this machine's own ${_target}")
@@ -129,9 +128,6 @@ function(add_torlan_broker_plugin _name)
             AUTOMOC OFF CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
     endforeach()
     target_link_libraries(torlan_${_name} PRIVATE torlan_inside_broker)
-    # The host loads none that others can write, whatever the umask was.
-    add_custom_command(TARGET torlan_${_name} POST_BUILD
-        COMMAND chmod go-w $<TARGET_FILE:torlan_${_name}>)
     if(CMAKE_CROSSCOMPILING)
         torlan_broker_plugin_here(torlan_${_name}
             LINK ${arg_HERE} SOURCES ${arg_RULES} ${arg_ENTRY})

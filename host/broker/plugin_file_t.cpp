@@ -11,6 +11,8 @@
 #include <cstring>
 #include <utility>
 
+#include "process/trusted_path.h"
+
 namespace broker {
 
 using base::result_t;
@@ -19,12 +21,6 @@ namespace {
 
 /// Something in this library.
 const char anchor = 0;
-
-/// Nobody but root and this process's user can change what is in it.
-bool is_trusted(const struct stat& _file) {
-    return S_ISREG(_file.st_mode) && (_file.st_uid == 0 || _file.st_uid == ::geteuid()) &&
-           (_file.st_mode & (S_IWGRP | S_IWOTH)) == 0;
-}
 
 }  // namespace
 
@@ -38,17 +34,20 @@ QString plugin_file_t::usual_path() {
 result_t plugin_file_t::open(const QString& _path) {
     close();
     held = ::open(QFile::encodeName(_path).constData(), O_RDONLY | O_CLOEXEC);
-    struct stat file {};
+    struct stat file = {};
     if (held < 0 || ::fstat(held, &file) != 0) {
         return result_t::failed(QStringLiteral("The broker's plugin %1 cannot be read: %2.")
                                     .arg(_path, QString::fromLocal8Bit(std::strerror(errno))));
     }
-    if (!is_trusted(file)) {
-        close();
-        return result_t::failed(
-            QStringLiteral("The broker's plugin %1 can be written by others.").arg(_path));
+    // The folders by their path, the file as it is held.
+    result_t checked = process::check_only_ours(_path);
+    if (checked.is_ok() && !(S_ISREG(file.st_mode) && process::is_only_ours(file))) {
+        checked = result_t::failed(QStringLiteral("%1 is no plugin of the broker.").arg(_path));
     }
-    return {};
+    if (!checked.is_ok()) {
+        close();
+    }
+    return checked;
 }
 
 QByteArray plugin_file_t::path_in_child() const {

@@ -18,7 +18,7 @@ class plugin_file_t {
     /// Where it is installed: beside the library of this class.
     static QString usual_path();
 
-    /// Refuses one that others than root and the user of this process can write.
+    /// Refuses one that other users of this machine can change.
     base::result_t open(const QString& _path);
 
     /// For the broker to inherit; -1: not open.

@@ -61,7 +61,7 @@ class tst_broker_process_t : public QObject {
     void executable_that_ends_is_told();
     void bad_connection_topic_is_told();
     void executable_that_does_not_listen_is_ended();
-    void plugin_that_others_can_write_is_not_loaded();
+    void plugin_that_others_can_change_is_not_loaded();
     void plugin_in_a_folder_that_the_broker_cannot_enter_is_loaded();
     void it_listens_on_loopback_only();
     void its_files_are_private_and_gone_at_the_end();
@@ -136,14 +136,14 @@ void tst_broker_process_t::executable_that_does_not_listen_is_ended() {
     QCOMPARE(process.process_id(), qint64(0));
 }
 
-void tst_broker_process_t::plugin_that_others_can_write_is_not_loaded() {
+void tst_broker_process_t::plugin_that_others_can_change_is_not_loaded() {
     const QTemporaryDir folder;
     auto settings = real_broker_t::make_settings();
     settings.plugin = folder.filePath("plugin.so");
     QVERIFY(QFile::copy(broker::plugin_file_t::usual_path(), settings.plugin));
     QVERIFY(QFile::setPermissions(settings.plugin, QFile::Permissions(0x6666)));
     broker_process_t process(settings);
-    QVERIFY(process.start({}).error.contains("can be written by others"));
+    QVERIFY(process.start({}).error.contains("can be changed by other users"));
     QCOMPARE(process.process_id(), qint64(0));
 }
 
