@@ -87,11 +87,13 @@ void tst_broker_loss::a_listener_that_takes_the_port_gets_no_password_and_is_tol
         }
     }
     const QByteArray sentence = QByteArray("Port ") + QByteArray::number(host.port()) +
-                                " of 127.0.0.1 is already in use by process " +
-                                QByteArray::number(::getpid());
-    const auto is_told = [&host, &sentence]() {
+                                " of 127.0.0.1 is already in use by ";
+    // A server that root has started may not look into our process.
+    const QByteArray user = " of user " + QByteArray::number(::geteuid()) + '.';
+    const auto is_told = [&]() {
         QFile log(host.data() + QStringLiteral("/logs/server-torlan.log"));
-        return log.open(QIODevice::ReadOnly) && log.readAll().contains(sentence);
+        const QByteArray text = log.open(QIODevice::ReadOnly) ? log.readAll() : QByteArray();
+        return text.contains(sentence) && text.contains(user);
     };
     QTRY_VERIFY_WITH_TIMEOUT(is_told(), 20'000);
     QCOMPARE(heard, QByteArray());
