@@ -15,8 +15,8 @@ namespace mosquitto_setup {
 /// Must run before anything else of the library. Any thread; repeated calls do nothing.
 void init_library();
 
-/// Takes over options, credentials, TLS and last will, and begins to connect. A code of the library,
-/// 0: done.
+/// Takes over options, credentials, TLS and last will, and begins to connect. A code of the
+/// library, 0: done.
 int connect(mosquitto* _handle, const client_settings_t& _settings);
 
 /// What a code means, of the library or (128 and up) of the protocol. One phrase.
