@@ -231,9 +231,6 @@ base::result_t host_t::connect_endpoint() {
 }
 
 void host_t::on_new_broker() {
-    if (!endpoint) {
-        return;
-    }
     mqtt_endpoint_t* const mqtt = endpoint->endpoint();
     QMetaObject::invokeMethod(
         mqtt,

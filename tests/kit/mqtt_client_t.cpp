@@ -3,6 +3,7 @@
 #include <mosquitto.h>
 #include <mqtt_protocol.h>
 
+#include <QDeadlineTimer>
 #include <QJsonDocument>
 #include <QSocketNotifier>
 #include <QTimer>
@@ -17,6 +18,7 @@ namespace kit {
 namespace {
 
 constexpr int answer_timeout_ms = 20000;
+constexpr int unanswered = -2;  ///< the broker has hung up without a word
 
 void init_library_once() {
     static const int result = mosquitto_lib_init();
@@ -149,6 +151,16 @@ int mqtt_client_t::sign_in_local(const QString& _socket, const QString& _usernam
 
 int mqtt_client_t::sign_in_at(const QByteArray& _host, quint16 _port, const QString& _username,
                               const QString& _password, const will_t& _will) {
+    const QDeadlineTimer deadline(answer_timeout_ms);
+    int code = unanswered;
+    while (code == unanswered && !deadline.hasExpired()) {
+        code = try_to_sign_in(_host, _port, _username, _password, _will);
+    }
+    return code == unanswered ? -1 : code;
+}
+
+int mqtt_client_t::try_to_sign_in(const QByteArray& _host, quint16 _port, const QString& _username,
+                                  const QString& _password, const will_t& _will) {
     drop();
     library = std::make_unique<library_t>(this);
     if (!_username.isEmpty()) {
@@ -167,7 +179,7 @@ int mqtt_client_t::sign_in_at(const QByteArray& _host, quint16 _port, const QStr
     library->watch();
     wait_until([this]() { return connack >= 0 || mosquitto_socket(library->handle) < 0; },
                answer_timeout_ms);
-    return connack;
+    return connack >= 0 ? connack : unanswered;
 }
 
 void mqtt_client_t::drop() {

@@ -35,7 +35,8 @@ class mqtt_client_t : public QObject {
     ~mqtt_client_t() override;
 
     /// Signs in on a new connection and waits for the broker's answer: its reason code, 0 accepted,
-    /// -1 none.
+    /// -1 none. Comes again when the broker hangs up without one, as libraries do: passwords may
+    /// have to wait for their turn.
     int sign_in(quint16 _port, const QString& _username, const QString& _password,
                 const will_t& _will = {});
     /// The same over the unix socket at @p _socket.
@@ -72,6 +73,8 @@ class mqtt_client_t : public QObject {
     struct library_t;
     int sign_in_at(const QByteArray& _host, quint16 _port, const QString& _username,
                    const QString& _password, const will_t& _will);
+    int try_to_sign_in(const QByteArray& _host, quint16 _port, const QString& _username,
+                       const QString& _password, const will_t& _will);
     int wait_for_answer(int _id);
 
     std::unique_ptr<library_t> library;
