@@ -102,7 +102,8 @@ function(torlan_broker_plugin_here _target)
     set_target_properties(${_target} PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib/target)
     list(TRANSFORM arg_LINK PREPEND -l)
     add_custom_command(OUTPUT ${_library}
-        COMMAND c++ -std=c++20 -O1 -shared -fPIC -pthread -I${CMAKE_SOURCE_DIR}/host -o ${_library}
+        COMMAND c++ -std=c++20 -O1 -shared -fPIC -pthread -I${CMAKE_SOURCE_DIR}
+                -I${CMAKE_SOURCE_DIR}/host -o ${_library}
                 ${arg_SOURCES} ${arg_LINK}
         DEPENDS ${arg_SOURCES}
         WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR}
@@ -124,6 +125,8 @@ function(add_torlan_broker_plugin _name)
         target_sources(${_target} PUBLIC FILE_SET HEADERS
             BASE_DIRS ${CMAKE_SOURCE_DIR}/host FILES ${_headers})
         target_link_libraries(${_target} PRIVATE torlan_product PUBLIC ${arg_LINK})
+        # base/, the headers that every room may use.
+        target_include_directories(${_target} PUBLIC ${CMAKE_SOURCE_DIR})
         set_target_properties(${_target} PROPERTIES
             AUTOMOC OFF CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
     endforeach()

@@ -20,6 +20,8 @@ QString sentence(const QString& _kind) {
         {QStringLiteral("refused"), QStringLiteral("%1 was not let in")},
         {QStringLiteral("write-refused"), QStringLiteral("%1 may not write")},
         {QStringLiteral("subscribe-refused"), QStringLiteral("%1 may not read")},
+        {QStringLiteral("flooding"),
+         QStringLiteral("%1 publishes too much, what is above is dropped")},
     };
     return sentences.value(_kind, QStringLiteral("Something happened at the door to %1"));
 }

@@ -113,7 +113,7 @@ const QList<row_t> rows{
      "base/|contract/(database/name_rules|logs/)|host/process/private_folder_t|"
      "host/endpoint/mosquitto_client_t"},
     {"host/broker", "base/|contract/(logs|comunication)/|host/(accounts|endpoint|process)/"},
-    {"host/broker/plugin", ""},
+    {"host/broker/plugin", "base/token_bucket_t"},
     {"host/installation",
      "base/|contract/database/(element_type|name_rules|permission)|host/accounts/broker_hash"},
     {"host/store", "base/|contract/database/name_rules|host/installation/"},

@@ -11,6 +11,7 @@ enum class event_kind_t {
     refused,    ///< the password was right, but not the rest
     write_refused,
     subscribe_refused,
+    flooding,  ///< publishes more than one user may
 };
 
 constexpr const char* word_of(event_kind_t _kind) {
@@ -29,6 +30,8 @@ constexpr const char* word_of(event_kind_t _kind) {
             return "write-refused";
         case event_kind_t::subscribe_refused:
             return "subscribe-refused";
+        case event_kind_t::flooding:
+            return "flooding";
     }
     return "";
 }

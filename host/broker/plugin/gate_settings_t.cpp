@@ -44,6 +44,10 @@ std::string gate_settings_t::set(std::string_view _key, std::string_view _value)
         good = set_number(&idle, _value, 1, 1'000'000'000);
     } else if (_key == "sessions_of_user") {
         good = set_number(&sessions_of_user, _value, 1, 10'000);
+    } else if (_key == "publishes_per_second") {
+        good = set_number(&publishes_per_second, _value, 0, 1'000'000);
+    } else if (_key == "bytes_per_second") {
+        good = set_number(&bytes_per_second, _value, 0, 1'000'000'000);
     } else if (_key == "at_once_ms") {
         good = set_number(&at_once, _value, 0, 1'000);
     } else {

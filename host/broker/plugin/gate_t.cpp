@@ -47,6 +47,7 @@ gate_t::gate_t(const gate_settings_t& _settings, broker_port_t* _port, clock_t _
       clock(std::move(_clock)),
       doorkeeper(_settings.at_once, &events),
       sessions({_settings.idle, _settings.sessions_of_user, most_sessions}),
+      meter(_settings.publishes_per_second, _settings.bytes_per_second),
       link(_port) {}
 
 gate_t::entry_t gate_t::sign_in(const sign_in_t& _who) {
@@ -120,7 +121,8 @@ bool gate_t::is_known(const sign_in_t& _who) {
            (session->state == session_t::state_t::online || !_who.websockets);
 }
 
-bool gate_t::may(client_key_t _client, access_t _access, std::string_view _topic, bool _retain) {
+bool gate_t::may(client_key_t _client, access_t _access, std::string_view _topic, bool _retain,
+                 std::size_t _bytes) {
     const session_t* const session = sessions.find(_client);
     if (session == nullptr) {
         return false;
@@ -136,11 +138,21 @@ bool gate_t::may(client_key_t _client, access_t _access, std::string_view _topic
     const bool is_write = _access == access_t::write;
     if (is_valid && (is_write ? may_write(session->user, _topic, _retain)
                               : may_subscribe(session->user, _topic, connection_topic))) {
-        return true;
+        return !is_write || is_within_measure(*session, _topic, _bytes);
     }
     events.note(is_write ? event_kind_t::write_refused : event_kind_t::subscribe_refused,
                 session->visitor(), _topic, clock().wall);
     return false;
+}
+
+bool gate_t::is_within_measure(const session_t& _session, std::string_view _topic,
+                               std::size_t _bytes) {
+    const moment_t now = clock();
+    const auto verdict = meter.take(_session.user, _bytes, now.steady);
+    if (verdict == publish_meter_t::verdict_t::stopped_and_told) {
+        events.note(event_kind_t::flooding, _session.visitor(), _topic, now.wall);
+    }
+    return verdict == publish_meter_t::verdict_t::passes;
 }
 
 void gate_t::control(client_key_t _client, std::string_view _text) {

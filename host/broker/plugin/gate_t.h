@@ -9,6 +9,7 @@
 #include "broker/plugin/gate_settings_t.h"
 #include "broker/plugin/host_link_t.h"
 #include "broker/plugin/moment_t.h"
+#include "broker/plugin/publish_meter_t.h"
 #include "broker/plugin/session_table_t.h"
 
 namespace broker::plugin {
@@ -41,7 +42,9 @@ class gate_t {
     entry_t sign_in(const sign_in_t& _who);
 
     /// @p _topic: for subscribe and unsubscribe the filter.
-    bool may(client_key_t _client, access_t _access, std::string_view _topic, bool _retain);
+    /// @p _bytes of the message.
+    bool may(client_key_t _client, access_t _access, std::string_view _topic, bool _retain,
+             std::size_t _bytes = 0);
 
     /// A message of the host on the control topic: effective when this returns.
     void control(client_key_t _client, std::string_view _text);
@@ -62,6 +65,7 @@ class gate_t {
     void apply(control_message_t* _message);
     bool is_known(const sign_in_t& _who);
     void report();
+    bool is_within_measure(const session_t& _session, std::string_view _topic, std::size_t _bytes);
 
     const gate_settings_t settings;
     broker_port_t* const port;
@@ -69,6 +73,7 @@ class gate_t {
     event_log_t events;
     doorkeeper_t doorkeeper;
     session_table_t sessions;
+    publish_meter_t meter;
     host_link_t link;
     std::string connection_topic;
     std::uint64_t asked = 0;             ///< the host was asked to delete sessions up to this one

@@ -92,8 +92,8 @@ int on_access(int, void* _event, void* _plugin) {
             default:
                 return int(MOSQ_ERR_ACL_DENIED);
         }
-        const bool may =
-            gate_of(_plugin).may(event.client, access, view_of(event.topic), event.retain);
+        const bool may = gate_of(_plugin).may(event.client, access, view_of(event.topic),
+                                              event.retain, event.payloadlen);
         return int(may ? MOSQ_ERR_SUCCESS : MOSQ_ERR_ACL_DENIED);
     });
 }

@@ -25,6 +25,9 @@ void tst_event_text::each_kind_has_its_sentence_data() {
     QTest::newRow("refused") << "MQTT: \"alice\" was not let in " + where << true;
     QTest::newRow("write-refused") << "MQTT: \"alice\" may not write " + where << true;
     QTest::newRow("subscribe-refused") << "MQTT: \"alice\" may not read " + where << true;
+    QTest::newRow("flooding") << "MQTT: \"alice\" publishes too much, what is above is dropped " +
+                                     where
+                              << true;
     QTest::newRow("new-word") << "MQTT: Something happened at the door to \"alice\" " + where
                               << true;
 }

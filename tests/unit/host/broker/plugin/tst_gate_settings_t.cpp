@@ -37,6 +37,10 @@ void tst_gate_settings_t::option_data() {
     row("sessions_of_user", "1", true);
     row("sessions_of_user", "0", false);
     row("sessions_of_user", "10001", false);
+    row("publishes_per_second", "0", true);
+    row("publishes_per_second", "1000001", false);
+    row("bytes_per_second", "1000000000", true);
+    row("bytes_per_second", "x", false);
     row("at_once_ms", "0", true);
     row("at_once_ms", "1001", false);
     QTest::newRow("unknown") << QByteArray("idle") << QByteArray("1")

@@ -51,6 +51,7 @@ class tst_gate_t : public QObject {
     void host_is_asked_again();
     void user_with_too_many_deletions_waits_and_nobody_else_does();
     void reports_tell_what_happened();
+    void who_publishes_too_much_is_stopped_and_told_once();
     void reports_wait_for_the_host();
     void reload_lets_everybody_stay_until_the_next_tick();
     void reload_lets_no_stranger_in();
@@ -461,6 +462,24 @@ void tst_gate_t::reports_tell_what_happened() {
     gate->sign_in(who);
     QCOMPARE(report(), QByteArrayList{"event failed 1 77 77 @torlan x 127.0.0.1 "
                                       "the%20host's%20account%20from%20elsewhere"});
+}
+
+void tst_gate_t::who_publishes_too_much_is_stopped_and_told_once() {
+    tell_both();
+    enter("alice", "phone");
+    enter("bob", "pad", 1);
+    report();
+    int passed = 0;
+    for (int i = 0; i < 3'000; ++i) {
+        passed += gate->may(objects, access_t::write, own_request, false, 10) ? 1 : 0;
+    }
+    QCOMPARE(passed, 1'000);
+    QVERIFY(gate->may(objects, access_t::subscribe, own_status, false));
+    QVERIFY(gate->may(objects + 1, access_t::write, "local/api/v1/bob/pad/request/x", false, 10));
+    QCOMPARE(report(), (QByteArrayList{"event flooding 1 77 77 alice phone 127.0.0.1 " +
+                                       QByteArray(own_request)}));
+    now.steady += 1s;
+    QVERIFY(gate->may(objects, access_t::write, own_request, false, 10));
 }
 
 void tst_gate_t::reports_wait_for_the_host() {
