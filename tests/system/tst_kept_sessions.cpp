@@ -3,9 +3,9 @@
 #include <QSqlQuery>
 #include <QtTest>
 
+#include "kit/raw_mqtt_t.h"
 #include "kit/small_home.h"
 #include "system/support/api_user.h"
-#include "unit/host/broker/plugin/raw_mqtt_t.h"
 
 using namespace kit;
 using namespace support;

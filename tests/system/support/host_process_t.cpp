@@ -103,8 +103,8 @@ int host_process_t::stop() {
     return -1;
 }
 
-int host_process_t::resident_mib() const {
-    QFile status(QStringLiteral("/proc/%1/status").arg(pid()));
+int host_process_t::resident_mib_of(qint64 _pid) {
+    QFile status(QStringLiteral("/proc/%1/status").arg(_pid));
     if (!status.open(QIODevice::ReadOnly)) {
         return -1;
     }

@@ -40,7 +40,9 @@ class host_process_t {
     QString error() const { return last_error; }
     QByteArray control_output() const { return last_output; }
     /// Resident set of the server in MiB.
-    int resident_mib() const;
+    int resident_mib() const { return resident_mib_of(pid()); }
+    /// Of any process; -1: there is none.
+    static int resident_mib_of(qint64 _pid);
     /// Process id of the server's broker child; 0 when there is none.
     qint64 broker_pid() const;
     QProcess& process() { return server; }

@@ -9,6 +9,8 @@
 
 #include "unit/host/broker/plugin/plugin_broker_t.h"
 
+using namespace kit;
+
 using accounts::broker_account_t;
 using accounts::broker_control_t;
 

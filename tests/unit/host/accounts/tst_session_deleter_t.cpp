@@ -5,6 +5,8 @@
 
 #include "unit/host/broker/plugin/plugin_broker_t.h"
 
+using namespace kit;
+
 class tst_session_deleter_t : public QObject {
     Q_OBJECT
 

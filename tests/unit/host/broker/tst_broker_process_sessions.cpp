@@ -1,8 +1,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include "kit/raw_mqtt_t.h"
 #include "kit/real_broker_t.h"
-#include "unit/host/broker/plugin/raw_mqtt_t.h"
 
 using namespace kit;
 using broker::broker_process_t;

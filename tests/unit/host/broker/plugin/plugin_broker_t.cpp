@@ -11,6 +11,8 @@
 
 #include "kit/free_port.h"
 
+using namespace kit;
+
 namespace {
 
 constexpr const char* control_topic = "$CONTROL/torlan/v1";

@@ -5,7 +5,7 @@
 #include <QTemporaryDir>
 #include <memory>
 
-#include "unit/host/broker/plugin/raw_mqtt_t.h"
+#include "kit/raw_mqtt_t.h"
 
 /// The real broker with the plugin, and the host's connection to it.
 class plugin_broker_t {
@@ -34,10 +34,12 @@ class plugin_broker_t {
     void delete_session(const QByteArray& _id);
 
     /// A client that has not signed in yet.
-    std::unique_ptr<raw_mqtt_t> client(raw_mqtt_t::way_t _way = raw_mqtt_t::way_t::tcp) const;
+    std::unique_ptr<kit::raw_mqtt_t> client(
+        kit::raw_mqtt_t::way_t _way = kit::raw_mqtt_t::way_t::tcp) const;
     /// One that has, as @p _as says; the password is the name followed by "-pw" unless told.
-    std::unique_ptr<raw_mqtt_t> enter(raw_connect_t _as, int* _code = nullptr,
-                                      raw_mqtt_t::way_t _way = raw_mqtt_t::way_t::tcp) const;
+    std::unique_ptr<kit::raw_mqtt_t> enter(
+        kit::raw_connect_t _as, int* _code = nullptr,
+        kit::raw_mqtt_t::way_t _way = kit::raw_mqtt_t::way_t::tcp) const;
 
     bool is_running() const { return process.state() == QProcess::Running; }
     QByteArray output() { return process.readAll(); }
@@ -48,7 +50,7 @@ class plugin_broker_t {
     quint16 websocket_port = 0;
     QString path;
     QProcess process;
-    std::unique_ptr<raw_mqtt_t> host;
+    std::unique_ptr<kit::raw_mqtt_t> host;
 
  private:
     QByteArray await_message(const QByteArray& _topic);

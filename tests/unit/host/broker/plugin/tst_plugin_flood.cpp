@@ -7,6 +7,8 @@
 
 #include "unit/host/broker/plugin/plugin_broker_t.h"
 
+using namespace kit;
+
 namespace {
 
 /// Eight sockets that try one wrong password after the other, for a known name and for others.

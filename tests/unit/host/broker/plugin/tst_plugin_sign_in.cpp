@@ -4,6 +4,8 @@
 
 #include "unit/host/broker/plugin/plugin_broker_t.h"
 
+using namespace kit;
+
 using way_t = raw_mqtt_t::way_t;
 Q_DECLARE_METATYPE(raw_mqtt_t::way_t)
 

@@ -7,6 +7,8 @@
 
 class QIODevice;
 
+namespace kit {
+
 /// A last will.
 struct raw_will_t {
     QByteArray topic{};  ///< empty: none
@@ -103,3 +105,5 @@ class raw_mqtt_t {
     QByteArray buffer;  ///< of packets
     QList<raw_message_t> messages;
 };
+
+}  // namespace kit

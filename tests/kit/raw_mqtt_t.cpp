@@ -1,8 +1,10 @@
-#include "unit/host/broker/plugin/raw_mqtt_t.h"
+#include "kit/raw_mqtt_t.h"
 
 #include <QDeadlineTimer>
 #include <QLocalSocket>
 #include <QTcpSocket>
+
+namespace kit {
 
 namespace {
 
@@ -287,3 +289,5 @@ bool raw_mqtt_t::is_closed() {
 bool raw_mqtt_t::is_alive() {
     return write_packet(0xc0, {}) && wait_for(13).type == 13;
 }
+
+}  // namespace kit

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <atomic>
+#include <thread>
+
+namespace support {
+
+/// One user who sends one request over and over, as fast as the broker takes it, QoS 0, from a
+/// thread of its own, until this object goes.
+class flood_t {
+ public:
+    struct plan_t {
+        QString user;
+        QByteArray topic;
+        QByteArray payload;
+        bool subscribes = false;  ///< to everything of its own, and reads nothing of it
+    };
+
+    flood_t(quint16 _port, const plan_t& _plan);
+    ~flood_t();
+
+    /// Waits until it floods; false: it could not.
+    bool wait_until_running();
+    quint64 sent() const { return count; }
+
+ private:
+    void run(quint16 _port, const plan_t& _plan);
+
+    enum class state_t { starting, running, ended };
+
+    std::atomic<bool> ends{false};
+    std::atomic<state_t> state{state_t::starting};
+    std::atomic<quint64> count{0};
+    std::thread thread;
+};
+
+}  // namespace support
