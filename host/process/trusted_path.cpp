@@ -58,8 +58,9 @@ result_t check_only_ours(const QString& _path) {
     if (real.isEmpty()) {
         return result_t::failed(QStringLiteral("%1 cannot be found.").arg(_path));
     }
+    const QString program = QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath();
     QString place = real;
-    while (true) {
+    while (place == real || !program.startsWith(place + QLatin1Char('/'))) {
         struct stat status = {};
         if (::lstat(QFile::encodeName(place).constData(), &status) != 0) {
             return result_t::failed(QStringLiteral("%1 cannot be looked at.").arg(place));
@@ -73,6 +74,7 @@ result_t check_only_ours(const QString& _path) {
         }
         place = QFileInfo(place).path();
     }
+    return {};
 }
 
 }  // namespace process

@@ -16,7 +16,8 @@ bool is_only_ours(const struct stat& _status);
 
 /// That of what is at @p _path and of every folder above it, links followed; in a folder that all
 /// can write but where nobody can touch what belongs to others (mode 01777), what is ours is safe.
-/// Else one sentence that names the first of them that is not.
+/// Up to the first folder that this process's program is in, too: who can change that, changes the
+/// program. Else one sentence that names the first of them that is not.
 base::result_t check_only_ours(const QString& _path);
 
 }  // namespace process
