@@ -2,6 +2,8 @@
 #include <QtTest>
 #include <algorithm>
 
+#include "kit/lamps_home.h"
+#include "kit/small_home.h"
 #include "system/support/api_user.h"
 #include "system/support/flood_t.h"
 
@@ -12,6 +14,7 @@ using plan_t = flood_t::plan_t;
 namespace {
 
 constexpr int element_count = 1'000;
+constexpr int item_count = 16;
 constexpr int user_count = 10;
 /// Requests of the one who must not suffer.
 #if defined(NDEBUG)
@@ -19,41 +22,6 @@ constexpr int samples = 200;
 #else
 constexpr int samples = 30;
 #endif
-
-QString element_id(int _index) {
-    return QStringLiteral("e-%1").arg(_index);
-}
-
-/// 1,000 lamps on 16 items, 10 users who may do everything and one who may do nothing.
-QJsonObject home() {
-    QJsonObject items;
-    for (int index = 0; index < 16; ++index) {
-        items.insert(QStringLiteral("i-%1").arg(index), QJsonObject{{"value", "0"}});
-    }
-    QJsonObject elements;
-    QJsonObject grants;
-    for (int index = 0; index < element_count; ++index) {
-        elements.insert(
-            element_id(index),
-            QJsonObject{
-                {"name", QStringLiteral("Lamp %1").arg(index)},
-                {"type", 1},
-                {"flags", 0},
-                {"functions", QJsonObject{{"execute", QStringLiteral("i-%1").arg(index % 16)}}}});
-        grants.insert(element_id(index), "readwrite");
-    }
-    QJsonObject users{
-        {"u-nobody", QJsonObject{{"username", "nobody"}, {"password", password_of("nobody")}}}};
-    QJsonObject permissions;
-    for (int index = 0; index < user_count; ++index) {
-        const QString name = QStringLiteral("user%1").arg(index);
-        users.insert("u-" + name, QJsonObject{{"username", name}, {"password", password_of(name)}});
-        permissions.insert("u-" + name, grants);
-    }
-    return {{"topic", "installation/flooded"}, {"items", items},       {"scenarios", QJsonObject()},
-            {"thermostats", QJsonObject()},    {"elements", elements}, {"users", users},
-            {"permissions", permissions}};
-}
 
 /// How long somebody waited, in milliseconds, and the most memory meanwhile, in MiB.
 struct figures_t {
@@ -87,7 +55,10 @@ class tst_floods : public QObject {
 };
 
 void tst_floods::initTestCase() {
-    QVERIFY2(host.import(home()), qPrintable(host.error()));
+    QJsonObject home = lamps_home(element_count, item_count, numbered_users(user_count));
+    home = with(home, "users/u-nobody",
+                QJsonObject{{"username", "nobody"}, {"password", password_of("nobody")}});
+    QVERIFY2(host.import(home), qPrintable(host.error()));
     QVERIFY2(host.start(), qPrintable(host.error()));
     QCOMPARE(victim.sign_in(host.port(), "user1", password_of("user1")), 0);
     QVERIFY(victim.subscribe("local/api/v1/user1/me/status/#"));
@@ -105,7 +76,7 @@ figures_t tst_floods::measure() {
     for (int index = 0; index < samples; ++index) {
         QElapsedTimer clock;
         clock.start();
-        const QJsonObject answer = victim.request(request_topic("user1", "get", element_id(index)));
+        const QJsonObject answer = victim.request(request_topic("user1", "get", lamp_id(index)));
         if (!answer.contains("data")) {
             return {};
         }

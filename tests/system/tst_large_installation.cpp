@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include "kit/lamps_home.h"
 #include "kit/wait_until.h"
 #include "system/support/api_user.h"
 
@@ -10,37 +11,6 @@ namespace {
 
 constexpr int element_count = 10000;
 constexpr int user_count = 10;
-
-QString element_id(int _index) {
-    return QStringLiteral("e-%1").arg(_index);
-}
-
-/// 10,000 lamps, each with an item of its own, and 10 users who may do everything.
-QJsonObject large_home() {
-    QJsonObject items;
-    QJsonObject elements;
-    QJsonObject grants;
-    for (int index = 0; index < element_count; ++index) {
-        const QString item = QStringLiteral("i-%1").arg(index);
-        items.insert(item, QJsonObject{{"value", "0"}});
-        elements.insert(element_id(index),
-                        QJsonObject{{"name", QStringLiteral("Lamp %1").arg(index)},
-                                    {"type", 1},
-                                    {"flags", 0},
-                                    {"functions", QJsonObject{{"execute", item}}}});
-        grants.insert(element_id(index), "readwrite");
-    }
-    QJsonObject users;
-    QJsonObject permissions;
-    for (int index = 0; index < user_count; ++index) {
-        const QString name = QStringLiteral("user%1").arg(index);
-        users.insert("u-" + name, QJsonObject{{"username", name}, {"password", password_of(name)}});
-        permissions.insert("u-" + name, grants);
-    }
-    return {{"topic", "installation/large"}, {"items", items},       {"scenarios", QJsonObject()},
-            {"thermostats", QJsonObject()},  {"elements", elements}, {"users", users},
-            {"permissions", permissions}};
-}
 
 }  // namespace
 
@@ -59,7 +29,8 @@ class tst_large_installation : public QObject {
 };
 
 void tst_large_installation::initTestCase() {
-    QVERIFY2(host.import(large_home()), qPrintable(host.error()));
+    QVERIFY2(host.import(lamps_home(element_count, element_count, numbered_users(user_count))),
+             qPrintable(host.error()));
     QVERIFY2(host.start(), qPrintable(host.error()));
 }
 

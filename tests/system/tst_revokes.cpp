@@ -5,6 +5,7 @@
 #include <atomic>
 #include <thread>
 
+#include "kit/lamps_home.h"
 #include "system/support/api_user.h"
 
 using namespace kit;
@@ -19,36 +20,6 @@ constexpr int limit_ms = 1'000;
 #else
 constexpr int limit_ms = 5'000;  // and with sanitizers; less than the drivers' 10 s
 #endif
-
-QString element_id(int _index) {
-    return QStringLiteral("e-%1").arg(_index);
-}
-
-/// 100 lamps with an item each, and two users who may do everything.
-QJsonObject home() {
-    QJsonObject items;
-    QJsonObject elements;
-    QJsonObject grants;
-    for (int index = 0; index < element_count; ++index) {
-        const QString item = QStringLiteral("i-%1").arg(index);
-        items.insert(item, QJsonObject{{"value", "0"}});
-        elements.insert(element_id(index),
-                        QJsonObject{{"name", QStringLiteral("Lamp %1").arg(index)},
-                                    {"type", 1},
-                                    {"flags", 0},
-                                    {"functions", QJsonObject{{"execute", item}}}});
-        grants.insert(element_id(index), "readwrite");
-    }
-    QJsonObject users;
-    QJsonObject permissions;
-    for (const QString name : {"alice", "bob"}) {
-        users.insert("u-" + name, QJsonObject{{"username", name}, {"password", password_of(name)}});
-        permissions.insert("u-" + name, grants);
-    }
-    return {{"topic", "installation/revokes"}, {"items", items},       {"scenarios", QJsonObject()},
-            {"thermostats", QJsonObject()},    {"elements", elements}, {"users", users},
-            {"permissions", permissions}};
-}
 
 /// Another program on the database.
 class shell_t {
@@ -128,7 +99,8 @@ class tst_revokes : public QObject {
 
 void tst_revokes::init() {
     host = std::make_unique<host_process_t>();
-    QVERIFY2(host->import(home()), qPrintable(host->error()));
+    QVERIFY2(host->import(lamps_home(element_count, element_count, {"alice", "bob"})),
+             qPrintable(host->error()));
     QVERIFY2(host->start(), qPrintable(host->error()));
 }
 
