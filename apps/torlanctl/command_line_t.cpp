@@ -16,6 +16,21 @@ QString typed(const command_t& _command) {
         .trimmed();
 }
 
+QString usage(const command_t& _command) {
+    return QLatin1String(_command.needs_data ? "torlanctl --data DIR " : "torlanctl ") +
+           typed(_command);
+}
+
+/// The words of a command that is none, as many as commands with this first word have.
+QString start_of(const QStringList& _words) {
+    const bool has_two =
+        std::any_of(commands().begin(), commands().end(), [&_words](const command_t& _command) {
+            return _command.words().size() == 2 && _command.words()[0] == _words[0] &&
+                   !_command.words()[1].startsWith(QLatin1Char('-'));
+        });
+    return _words.mid(0, has_two ? 2 : 1).join(QLatin1Char(' '));
+}
+
 QString command_list() {
     QString list;
     for (const command_t& command : commands()) {
@@ -56,7 +71,7 @@ base::result_t command_line_t::parse(const QStringList& _arguments) {
     if (const base::result_t found = find_command(); !found.is_ok()) {
         return found;
     }
-    return parser.value(data_option).isEmpty()
+    return command->needs_data && parser.value(data_option).isEmpty()
                ? base::result_t::failed(QStringLiteral("--data DIR is missing."))
                : base::result_t();
 }
@@ -75,17 +90,14 @@ base::result_t command_line_t::find_command() {
             return words.mid(0, _candidate.words().size()) == _candidate.words();
         });
     if (found == commands().end()) {
-        const QString start =
-            words.mid(0, words[0] == QLatin1String("user") ? 2 : 1).join(QLatin1Char(' '));
         return base::result_t::failed(
-            QStringLiteral("There is no command %1.").arg(database::quoted(start)));
+            QStringLiteral("There is no command %1.").arg(database::quoted(start_of(words))));
     }
     command = &*found;
     arguments = words.mid(command->words().size());
     return arguments.size() == command->argument_count()
                ? base::result_t()
-               : base::result_t::failed(
-                     QStringLiteral("Usage: torlanctl --data DIR %1.").arg(typed(*command)));
+               : base::result_t::failed(QStringLiteral("Usage: %1.").arg(usage(*command)));
 }
 
 base::result_t command_line_t::run() const {

@@ -15,6 +15,8 @@ struct command_t {
     /// Gets as many arguments as are named; an error is one sentence.
     base::result_t (*run)(const QString& _data, const QStringList& _arguments);
 
+    bool needs_data = true;  ///< whether it works on an installation
+
     QStringList words() const { return QString::fromLatin1(name).split(QLatin1Char(' ')); }
     qsizetype argument_count() const {
         return QString::fromLatin1(arguments).split(QLatin1Char(' '), Qt::SkipEmptyParts).size();

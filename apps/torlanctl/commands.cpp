@@ -6,6 +6,7 @@
 #include "accounts/broker_hash.h"
 #include "database/name_rules.h"
 #include "database/permission.h"
+#include "dpt_commands.h"
 #include "installation/document_reader.h"
 #include "installation/document_writer.h"
 #include "installation/tidy.h"
@@ -182,6 +183,11 @@ const QList<command_t>& commands() {
         {"user passwd", "NAME", "change a password, read from standard input", set_password},
         {"user remove", "NAME", "remove an API user with all its permissions", remove_user},
         {"set", "ITEM VALUE", "report a new value of an item, as the bus would", set_item},
+        {"dpt encode", "TYPE VALUE", "print the bytes of a value of a KNX data point type",
+         encode_value, false},
+        {"dpt decode", "TYPE BYTES", "print the value that the bytes are", decode_value, false},
+        {"dpt list", "", "list the data point types with their units and ranges", list_types,
+         false},
     };
     return table;
 }

@@ -1,5 +1,6 @@
-// Includes point one way, base <- contract <- server <- host <- apps and base <- http <- server: a
-// room may include what its row names, and there is a row for every room.
+// Includes point one way, base <- contract <- server <- host <- apps base <- http <- server and
+// base <- knx
+// <- server, host, apps: a room may include what its row names, and there is a row for every room.
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -13,7 +14,7 @@ namespace {
 const QString root = QStringLiteral(SOURCE_ROOT "/");
 
 /// Folders that hold the product's sources.
-const QStringList trees{"base", "contract", "http", "server", "host", "apps", "bench"};
+const QStringList trees{"base", "contract", "http", "knx", "server", "host", "apps", "bench"};
 
 /// Where each include directive stands and what it names.
 struct include_t {
@@ -93,6 +94,7 @@ const QList<row_t> rows{
     {"contract/logs", ""},
     {"contract/router", "base/"},
     {"http", "base/"},
+    {"knx", "base/|contract/database/name_rules"},
     {"server/utility", "base/|http/|contract/(logs|database/definition)/"},
     {"server/drivers/driver",
      "base/|contract/(logs/|comunication/protoserver_t|database/database_t)"},
@@ -128,7 +130,7 @@ const QList<row_t> rows{
      "server/utility/(cnfserver|http_read_config_server_t|torlan_option_t|utility_t)\\.h"},
     {"apps/torlanctl",
      "base/|contract/database/(name_rules|permission)|host/(installation|store)/|"
-     "host/accounts/broker_hash|apps/program/"},
+     "host/accounts/broker_hash|apps/program/|knx/data_point_(type|types|value)"},
     {"bench", "contract/|host/|server/drivers/driver/|tests/fakes/"},
 };
 

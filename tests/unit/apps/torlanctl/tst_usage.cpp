@@ -27,6 +27,9 @@ void tst_usage::wrong_call_ends_with_status_2_data() {
     row({"--data", "x", "import"}, "Usage: torlanctl --data DIR import FILE.");
     row({"--data", "x", "user", "add"}, "Usage: torlanctl --data DIR user add NAME.");
     row({"--data", "x", "set", "i"}, "Usage: torlanctl --data DIR set ITEM VALUE.");
+    row({"dpt"}, "There is no command \"dpt\".");
+    row({"dpt", "list", "y"}, "Usage: torlanctl dpt list.");
+    row({"dpt", "encode", "9.001"}, "Usage: torlanctl dpt encode TYPE VALUE.");
     row({"--data", "x", "export", "y"}, "Usage: torlanctl --data DIR export.");
 }
 
@@ -42,9 +45,9 @@ void tst_usage::wrong_call_ends_with_status_2() {
 void tst_usage::help_lists_every_command() {
     const call_t call = torlanctl_t::run({"--help"});
     QCOMPARE(call.status, 0);
-    for (const char* command :
-         {"import FILE", "export", "grant USER ELEMENT PERMISSION", "user add NAME",
-          "user passwd NAME", "user remove NAME", "set ITEM VALUE", "--data <DIR>"}) {
+    for (const char* command : {"import FILE", "export", "grant USER ELEMENT PERMISSION",
+                                "user add NAME", "user passwd NAME", "user remove NAME",
+                                "set ITEM VALUE", "dpt encode TYPE VALUE", "--data <DIR>"}) {
         QVERIFY2(call.output.contains(QLatin1StringView(command)), command);
     }
 }
