@@ -27,8 +27,14 @@ void handle(void (*_handler)(int)) {
     struct sigaction action = {};
     action.sa_handler = _handler;
     action.sa_flags = SA_RESTART;
-    ::sigaction(SIGINT, &action, nullptr);
-    ::sigaction(SIGTERM, &action, nullptr);
+    for (const int number : {SIGINT, SIGTERM, SIGQUIT, SIGHUP}) {
+        struct sigaction former = {};
+        const bool ignored = number == SIGHUP && ::sigaction(number, nullptr, &former) == 0 &&
+                             former.sa_handler == SIG_IGN;
+        if (!ignored) {
+            ::sigaction(number, &action, nullptr);
+        }
+    }
 }
 
 }  // namespace
@@ -36,7 +42,7 @@ void handle(void (*_handler)(int)) {
 stop_signals_t::stop_signals_t(QObject* _parent) : QObject(_parent) {
     const int descriptor = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
     if (descriptor < 0) {
-        return;  // both signals end the process at once, as they do without this object
+        return;  // the signals end the process at once, as they do without this object
     }
     event_descriptor = descriptor;
     notifier = new QSocketNotifier(descriptor, QSocketNotifier::Read, this);

@@ -6,7 +6,8 @@ class QSocketNotifier;
 
 namespace torlan {
 
-/// Turns SIGINT and SIGTERM into a Qt signal. One for each process, as long as it runs; main
+/// Turns SIGINT, SIGTERM, SIGQUIT and SIGHUP into a Qt signal: whoever hangs up asks for an orderly
+/// end, too, unless the hang-up is ignored (nohup). One for each process, as long as it runs; main
 /// thread.
 class stop_signals_t : public QObject {
     Q_OBJECT

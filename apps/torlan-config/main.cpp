@@ -8,6 +8,7 @@
 #include "program/say.h"
 #include "program/standard_streams.h"
 #include "program/stop_signals_t.h"
+#include "program/supervisor_link_t.h"
 
 namespace torlan {
 
@@ -26,6 +27,8 @@ int serve(const options_t& _options) {
     }
     const stop_signals_t stop_signals;
     QObject::connect(&stop_signals, &stop_signals_t::stop_asked, &QCoreApplication::quit);
+    const supervisor_link_t supervisor(_options.supervisor);
+    QObject::connect(&supervisor, &supervisor_link_t::supervisor_gone, &QCoreApplication::quit);
     config_server_t server(_options.trigger);
     const base::result_t started = server.start(_options.file, _options.port);
     if (!started.is_ok()) {
@@ -34,9 +37,13 @@ int serve(const options_t& _options) {
     if (server.is_file_new()) {
         say(stderr, QStringLiteral("made %1 with empty settings").arg(_options.file));
     }
-    say(stdout, QStringLiteral("ready on http://127.0.0.1:%1/").arg(server.port()));
-    if (!told.isEmpty()) {
-        say(stdout, told);
+    if (supervisor.is_supervised()) {
+        supervisor.tell_ready();
+    } else {
+        say(stdout, QStringLiteral("ready on http://127.0.0.1:%1/").arg(server.port()));
+        if (!told.isEmpty()) {
+            say(stdout, told);
+        }
     }
     return QCoreApplication::exec();
 }

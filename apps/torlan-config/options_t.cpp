@@ -3,6 +3,7 @@
 #include <QCommandLineParser>
 
 #include "program/standard_options.h"
+#include "program/supervisor_link_t.h"
 
 namespace torlan {
 
@@ -12,6 +13,7 @@ void describe(QCommandLineParser* _parser) {
     _parser->setApplicationDescription(
         QStringLiteral("Serves the settings of this machine over HTTP, on loopback only."));
     add_standard_options(_parser);
+    add_supervisor_option(_parser);
     _parser->addOptions({
         {QStringLiteral("file"), QStringLiteral("The settings; made when missing."),
          QStringLiteral("FILE"), QStringLiteral("settings.json")},
@@ -49,6 +51,7 @@ base::result_of_t<options_t> parse_options(const QStringList& _arguments) {
             QStringLiteral("unknown argument %1").arg(parser.positionalArguments().constFirst()));
     }
     options.file = parser.value(QStringLiteral("file"));
+    options.supervisor = supervisor_descriptor(parser);
     options.user = parser.value(QStringLiteral("user"));
     options.trigger = parser.value(QStringLiteral("trigger"));
     return options;

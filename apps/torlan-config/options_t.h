@@ -9,11 +9,12 @@ namespace torlan {
 
 /// What torlan-config was asked to do.
 struct options_t {
-    QString file;      ///< the settings
-    QString trigger;   ///< program to run after a PUT that asks for it; empty: none
-    quint16 port = 0;  ///< 0: a free one
-    QString user;      ///< system account to become; empty: stay who starts it
-    QString to_show;   ///< to be printed instead of all that: help, version; empty: none
+    QString file;         ///< the settings
+    QString trigger;      ///< program to run after a PUT that asks for it; empty: none
+    quint16 port = 0;     ///< 0: a free one
+    int supervisor = -1;  ///< socket of the program that supervises; -1: none does
+    QString user;         ///< system account to become; empty: stay who starts it
+    QString to_show;      ///< to be printed instead of all that: help, version; empty: none
 };
 
 /// Reads a command line, its first argument the program.

@@ -1,7 +1,6 @@
 #include "settings_file_t.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,6 +9,8 @@
 #include <QJsonDocument>
 #include <cerrno>
 #include <cstdio>
+
+#include "process/holder_text.h"
 
 namespace torlan {
 
@@ -59,24 +60,18 @@ bool write_whole(const QString& _path, const QByteArray& _text) {
 
 }  // namespace
 
-settings_file_t::~settings_file_t() {
-    if (lock_descriptor >= 0) {
-        ::close(lock_descriptor);
-    }
-}
-
-// The kernel lets go of the lock when the process ends, however it ends.
 base::result_t settings_file_t::lock() {
     const QString path = file + QStringLiteral(".lock");
-    lock_descriptor =
-        ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-    if (lock_descriptor < 0) {
-        return failed(QStringLiteral("cannot write"), path);
+    held = std::make_unique<process::file_lock_t>(path);
+    switch (held->take()) {
+        case process::file_lock_t::state_t::held:
+            return base::result_t::failed(QStringLiteral("another server uses %1: %2")
+                                              .arg(file, process::holder_text(*held)));
+        case process::file_lock_t::state_t::failed:
+            return failed(QStringLiteral("cannot write"), path);
+        default:
+            return {};
     }
-    if (::flock(lock_descriptor, LOCK_EX | LOCK_NB) != 0) {
-        return base::result_t::failed(QStringLiteral("another server uses %1").arg(file));
-    }
-    return {};
 }
 
 base::result_t settings_file_t::open(const QString& _path) {

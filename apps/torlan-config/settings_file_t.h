@@ -2,8 +2,10 @@
 
 #include <QJsonObject>
 #include <QString>
+#include <memory>
 
 #include "base/result_t.h"
+#include "process/file_lock_t.h"
 
 namespace torlan {
 
@@ -18,7 +20,7 @@ class settings_file_t {
     static constexpr qint64 max_bytes = 4 * 1024 * 1024;
 
     settings_file_t() = default;
-    ~settings_file_t();
+    ~settings_file_t() = default;
     Q_DISABLE_COPY_MOVE(settings_file_t)
 
     /// Takes the file for this object until it is destroyed, makes it ("{}") when it is missing,
@@ -43,7 +45,7 @@ class settings_file_t {
     base::result_t check_writable() const;
 
     QString file;
-    int lock_descriptor = -1;
+    std::unique_ptr<process::file_lock_t> held;
     bool created = false;
 };
 

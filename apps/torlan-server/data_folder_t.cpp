@@ -3,13 +3,13 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include "process/holder_text.h"
 #include "process/trusted_path.h"
 
 namespace torlan {
 
-data_folder_t::data_folder_t(const QString& _path) : path(QDir::cleanPath(_path)) {}
-
-data_folder_t::~data_folder_t() = default;
+data_folder_t::data_folder_t(const QString& _path)
+    : path(QDir::cleanPath(_path)), lock(path + QStringLiteral("/torlan.lock")) {}
 
 base::result_t data_folder_t::open() {
     if (const base::result_t there = make(); !there.is_ok()) {
@@ -18,25 +18,16 @@ base::result_t data_folder_t::open() {
     if (const base::result_t ours = process::check_only_ours(path); !ours.is_ok()) {
         return ours;
     }
-    lock = std::make_unique<QLockFile>(file(QStringLiteral("torlan.lock")));
-    // Never by age: a host may run for years. A dead process's lock is taken over all the same.
-    lock->setStaleLockTime(0);
-    if (lock->tryLock(0)) {
-        return {};
+    switch (lock.take()) {
+        case process::file_lock_t::state_t::held:
+            return base::result_t::failed(QStringLiteral("The folder %1 is in use by %2.")
+                                              .arg(path, process::holder_text(lock)));
+        case process::file_lock_t::state_t::failed:
+            return base::result_t::failed(
+                QStringLiteral("The folder %1 cannot be written.").arg(path));
+        default:
+            return {};
     }
-    const bool in_use = lock->error() == QLockFile::LockFailedError;
-    qint64 process = 0;
-    QString host;
-    QString program;
-    const bool known = in_use && lock->getLockInfo(&process, &host, &program);
-    lock.reset();
-    if (known) {
-        return base::result_t::failed(QStringLiteral("The folder %1 is in use by process %2 (%3).")
-                                          .arg(path, QString::number(process), program));
-    }
-    return base::result_t::failed(
-        QStringLiteral("The folder %1 %2.")
-            .arg(path, in_use ? QStringLiteral("is in use") : QStringLiteral("cannot be written")));
 }
 
 base::result_t data_folder_t::make() {
@@ -60,7 +51,7 @@ base::result_t data_folder_t::make() {
 }
 
 void data_folder_t::take_back() {
-    lock.reset();
+    lock.release();
     if (!made.isEmpty()) {
         QDir(made).removeRecursively();
         made.clear();

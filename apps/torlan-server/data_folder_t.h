@@ -1,10 +1,9 @@
 #pragma once
 
-#include <QLockFile>
 #include <QString>
-#include <memory>
 
 #include "base/result_t.h"
+#include "process/file_lock_t.h"
 
 namespace torlan {
 
@@ -14,7 +13,7 @@ class data_folder_t {
     explicit data_folder_t(const QString& _path);
     Q_DISABLE_COPY_MOVE(data_folder_t)
     /// Unlocks it.
-    ~data_folder_t();
+    ~data_folder_t() = default;
 
     /// Makes it when it is missing, and locks it.
     base::result_t open();
@@ -30,7 +29,7 @@ class data_folder_t {
 
     const QString path;
     QString made;  ///< topmost folder that open() made; empty: none
-    std::unique_ptr<QLockFile> lock;
+    process::file_lock_t lock;
 };
 
 }  // namespace torlan

@@ -53,9 +53,12 @@ host_t::host_t(const options_t& _options, utility::logs::early_logger_t* _early,
       options(_options),
       early(_early),
       folder(_options.data),
+      former_broker(folder.file(QStringLiteral("broker.lock"))),
       settings(_options) {
     connect(&settings, &settings_t::waiting, this, &host_t::waiting);
     connect(this, &host_t::broken_off, &import, &installation_import_t::give_up);
+    connect(&former_broker, &former_broker_t::waiting, this, &host_t::waiting);
+    connect(this, &host_t::broken_off, &former_broker, &former_broker_t::give_up);
     connect(this, &host_t::broken_off, &settings, &settings_t::give_up);
 }
 
@@ -68,9 +71,9 @@ base::result_t host_t::start() {
     base::result_t result;
     for (const step_t step :
          {&host_t::read_import, &host_t::open_folder, &host_t::read_settings, &host_t::open_log,
-          &host_t::load_drivers, &host_t::check_ports, &host_t::open_database,
-          &host_t::start_broker, &host_t::check_rights, &host_t::connect_endpoint,
-          &host_t::start_drivers, &host_t::ask_api}) {
+          &host_t::load_drivers, &host_t::await_former_broker, &host_t::check_ports,
+          &host_t::open_database, &host_t::start_broker, &host_t::check_rights,
+          &host_t::connect_endpoint, &host_t::start_drivers, &host_t::ask_api}) {
         if (result.is_ok() && given_up) {
             result = start_broken_off();
         }
@@ -151,6 +154,10 @@ base::result_t host_t::load_drivers() {
     return drivers.load(from);
 }
 
+base::result_t host_t::await_former_broker() {
+    return former_broker.wait();
+}
+
 base::result_t host_t::check_ports() {
     return broker::check_ports({options.port, options.ws_port}, port_holder);
 }
@@ -178,6 +185,7 @@ base::result_t host_t::start_broker() {
     given.websocket_port = options.ws_port;
     given.connection_topic = connection_topic(*database);
     given.executable = options.broker_program;
+    given.lock = former_broker.descriptor();
     given.port_holder = port_holder;
     given.session_idle = std::chrono::hours(options.session_hours);
     broker = std::make_unique<broker::broker_process_t>(given);

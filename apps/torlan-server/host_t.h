@@ -10,6 +10,7 @@
 #include "door_log_t.h"
 #include "driver_set_t.h"
 #include "endpoint/endpoint_thread_t.h"
+#include "former_broker_t.h"
 #include "hidden_states_t.h"
 #include "installation_import_t.h"
 #include "live/live_database_t.h"
@@ -59,6 +60,7 @@ class host_t : public QObject {
     base::result_t read_settings();
     base::result_t open_log();
     base::result_t load_drivers();
+    base::result_t await_former_broker();
     base::result_t check_ports();
     base::result_t open_database();
     base::result_t start_broker();
@@ -74,6 +76,7 @@ class host_t : public QObject {
     bool given_up = false;
     installation_import_t import;
     data_folder_t folder;
+    former_broker_t former_broker;
     settings_t settings;
     // What stands above outlives what stands below.
     std::unique_ptr<utility::logs::spdlog_logger_t> logger;

@@ -11,6 +11,7 @@
 #include "program/say.h"
 #include "program/standard_streams.h"
 #include "program/stop_signals_t.h"
+#include "program/supervisor_link_t.h"
 
 namespace torlan {
 
@@ -40,15 +41,18 @@ int run(const options_t& _options) {
         return status_failed;
     }
     const stop_signals_t stop_signals;
+    const supervisor_link_t supervisor(_options.supervisor);
     host_t host(_options, &early_log(_options));
     QObject::connect(&host, &host_t::waiting, &host,
                      [](const QString& _sentence) { say(stdout, _sentence); });
     bool asked = false;
-    QObject::connect(&stop_signals, &stop_signals_t::stop_asked, &host, [&]() {
+    const auto stop = [&]() {
         asked = true;
         host.break_off();
         QCoreApplication::quit();
-    });
+    };
+    QObject::connect(&stop_signals, &stop_signals_t::stop_asked, &host, stop);
+    QObject::connect(&supervisor, &supervisor_link_t::supervisor_gone, &host, stop);
     const base::result_t started = host.start();
     if (asked) {
         return status_done;
@@ -58,6 +62,7 @@ int run(const options_t& _options) {
         return status_failed;
     }
     write_text(stdout, host.ready_text());
+    supervisor.tell_ready();
     if (!told.isEmpty()) {
         say(stdout, told);
     }

@@ -4,6 +4,7 @@
 #include <QDir>
 
 #include "program/standard_options.h"
+#include "program/supervisor_link_t.h"
 #include "request_limit.h"
 
 namespace torlan {
@@ -64,6 +65,7 @@ void describe(QCommandLineParser* _parser) {
          QStringLiteral("NAME")},
     });
     add_standard_options(_parser);
+    add_supervisor_option(_parser);
 }
 
 /// Takes the numbers among the options; what is none of its range makes a sentence.
@@ -145,6 +147,7 @@ base::result_of_t<options_t> read(const QCommandLineParser& _parser) {
     options.broker_program = _parser.value(QStringLiteral("broker-program"));
     options.import_file = _parser.value(QStringLiteral("import"));
     options.user = _parser.value(QStringLiteral("user"));
+    options.supervisor = supervisor_descriptor(_parser);
     options.sample_file = _parser.value(QStringLiteral("sample"));
     return options;
 }

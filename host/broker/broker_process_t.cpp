@@ -133,7 +133,7 @@ void broker_process_t::launch(const QString& _executable) {
     child.start({.program = _executable,
                  .arguments = {QStringLiteral("-c"), folder.path(configuration_name)},
                  .account = folder.owner(),
-                 .inherited = plugin.descriptor(),
+                 .inherited = {plugin.descriptor(), settings.lock},
                  .descriptors = settings.descriptors,
                  .start_timeout = settings.start_timeout,
                  .not_ready = QStringLiteral("it does not listen on port %1").arg(settings.port),

@@ -31,6 +31,7 @@ struct broker_settings_t {
 
     port_holder_t port_holder;  ///< for sentences about a port that is taken; may be null
     QString plugin;             ///< library; empty: as installed
+    int lock = -1;              ///< descriptor that it holds as long as it runs; -1: none
     QString executable;         ///< empty: "mosquitto" in PATH or in the system's folders
     /// System account that the broker runs as when the host runs as root.
     QString system_account = QStringLiteral("mosquitto");

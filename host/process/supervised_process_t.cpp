@@ -49,7 +49,6 @@ supervised_process_t::supervised_process_t(QObject* _parent)
       backoff(settings.restart_shortest, settings.restart_longest) {
     limit.setSingleShot(true);
     restart.setSingleShot(true);
-    child.setProcessChannelMode(QProcess::MergedChannels);
     connect(&limit, &QTimer::timeout, this, &supervised_process_t::on_late);
     connect(&restart, &QTimer::timeout, this, [this]() { launch(state_t::restarting); });
     connect(&child, &QProcess::readyRead, this, [this]() { read_output(false); });
@@ -74,28 +73,43 @@ void supervised_process_t::start(const child_settings_t& _settings) {
     settings = _settings;
     backoff = base::backoff_t(settings.restart_shortest, settings.restart_longest);
     child.setProgram(settings.program);
-    child.setArguments(settings.arguments);
+    child.setProcessChannelMode(settings.writes_itself ? QProcess::ForwardedChannels
+                                                       : QProcess::MergedChannels);
+    // Not the host's, which may be a terminal.
+    child.setStandardInputFile(QProcess::nullDevice());
     launch(state_t::starting);
 }
 
 void supervised_process_t::launch(state_t _state) {
     now = _state;
     last_words.clear();
+    child.setArguments(settings.arguments);
     child.setChildProcessModifier([account = settings.account, inherited = settings.inherited,
                                    descriptors = rlim_t(settings.descriptors),
                                    parent = ::getpid()]() {
         allow_descriptors(descriptors);
-        if (inherited >= 0) {
-            ::fcntl(inherited, F_SETFD, 0);
+        for (const int descriptor : inherited) {  // -1 does nothing
+            ::fcntl(descriptor, F_SETFD, 0);
         }
         become(account, parent);
     });
-    limit.start(settings.start_timeout);
+    if (settings.start_timeout.count() > 0) {
+        limit.start(settings.start_timeout);
+    }
     Q_EMIT launching();
     child.start(QIODevice::ReadOnly);
     if (is_launched() && process_id() != 0) {
         Q_EMIT launched();
     }
+}
+
+void supervised_process_t::set_arguments(const QStringList& _arguments) {
+    settings.arguments = _arguments;
+}
+
+std::optional<int> supervised_process_t::exit_code() const {
+    return child.exitStatus() == QProcess::NormalExit ? std::optional<int>(child.exitCode())
+                                                      : std::nullopt;
 }
 
 bool supervised_process_t::set_ready() {

@@ -34,6 +34,10 @@ class supervised_process_t : public QObject {
     /// Launches it, after a stop(). failed() may come before this returns.
     void start(const child_settings_t& _settings);
 
+    QStringList arguments() const { return settings.arguments; }
+    /// Of later launches.
+    void set_arguments(const QStringList& _arguments);
+
     /// It does what it is there for. False: nothing has been launched that could be ready, or it
     /// was known.
     bool set_ready();
@@ -43,6 +47,8 @@ class supervised_process_t : public QObject {
     void stop();
 
     state_t state() const { return now; }
+    /// How the last one ended; nothing: by a signal.
+    std::optional<int> exit_code() const;
     /// 0: none.
     qint64 process_id() const { return child.processId(); }
 

@@ -122,7 +122,8 @@ const QList<row_t> rows{
     {"host/live", "base/|contract/database/|host/(installation|store)/"},
     {"host/loader", "base/|contract/|server/drivers/driver/|host/process/trusted_path"},
     {"apps/program", "base/"},
-    {"apps/torlan-config", "base/|http/|apps/program/"},
+    {"apps/torlan-config", "base/|http/|apps/program/|host/process/(file_lock_t|holder_text)"},
+    {"apps/torlan-run", "base/|apps/program/|host/process/"},
     {"apps/torlan-server",
      "base/|http/|apps/program/|contract/(comunication/(protoserver_t|api_topics)|database/"
      "database_t|"

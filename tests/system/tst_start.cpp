@@ -3,12 +3,13 @@
 
 #include "http/http_t.h"
 #include "kit/free_port.h"
+#include "kit/has_ended.h"
 #include "system/support/api_user.h"
 
 using namespace kit;
 using namespace support;
 
-/// packaging/start, the part of ./run behind the build: both programs, the first settings, the end.
+/// torlan-run, the part of ./run behind the build: both programs, the first settings, the end.
 class tst_start : public QObject {
     Q_OBJECT
 
@@ -19,7 +20,12 @@ class tst_start : public QObject {
     void settings_of_any_folder_name_are_json();
     void both_programs_end_with_it_data();
     void both_programs_end_with_it();
-    void a_configuration_server_that_dies_is_started_again_but_not_for_ever();
+    void whatever_ends_it_nothing_is_left_and_the_next_start_works_data();
+    void whatever_ends_it_nothing_is_left_and_the_next_start_works();
+    void a_program_that_dies_is_started_again_data();
+    void a_program_that_dies_is_started_again();
+    void a_reader_that_goes_away_changes_nothing();
+    void of_two_first_starts_one_runs();
     void a_failed_first_start_is_one_sentence_and_leaves_nothing_data();
     void a_failed_first_start_is_one_sentence_and_leaves_nothing();
     void a_failed_later_start_leaves_what_was_there();
@@ -28,20 +34,16 @@ class tst_start : public QObject {
  private:
     QString data() const { return folder->filePath(QStringLiteral("the \"home\" & \\1")); }
     QStringList arguments(const QStringList& _more = {}) const {
-        return QStringList{BUILD,
-                           data(),
-                           QString::number(config_port),
-                           "--port",
-                           QString::number(port),
-                           "--sample",
-                           SAMPLE,
-                           "--log-level-std",
-                           "2"} +
+        return QStringList{"--data",          data(),
+                           "--config-port",   QString::number(config_port),
+                           "--port",          QString::number(port),
+                           "--sample",        SAMPLE,
+                           "--log-level-std", "2"} +
                _more;
     }
     void begin(const QStringList& _arguments) {
         process = std::make_unique<QProcess>();
-        process->start(START, _arguments);
+        process->start(TORLAN_RUN, _arguments);
     }
     bool is_ready() {
         while (process->state() != QProcess::NotRunning) {
@@ -60,10 +62,10 @@ class tst_start : public QObject {
                    ? process->exitCode()
                    : -1;
     }
-    /// Process ids of its children by program name.
-    QMap<QString, qint64> children() const {
+    /// Process ids of the children of a process by program name.
+    static QMap<QString, qint64> children_of(qint64 _process) {
         QMap<QString, qint64> found;
-        QFile list(QStringLiteral("/proc/%1/task/%1/children").arg(process->processId()));
+        QFile list(QStringLiteral("/proc/%1/task/%1/children").arg(_process));
         if (list.open(QIODevice::ReadOnly)) {
             for (const QByteArray& id : list.readAll().simplified().split(' ')) {
                 QFile name("/proc/" + id + "/comm");
@@ -74,15 +76,14 @@ class tst_start : public QObject {
         }
         return found;
     }
+    QMap<QString, qint64> children() const { return children_of(process->processId()); }
     /// Const, so that chained reads do not make references into a temporary.
     const QJsonObject settings() const {
         QFile file(data() + "/settings.json");
         return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object()
                                               : QJsonObject();
     }
-    static bool is_running(qint64 _process) {
-        return QFile::exists(QStringLiteral("/proc/%1").arg(_process));
-    }
+    static bool is_running(qint64 _process) { return !kit::has_ended(_process); }
 
     std::unique_ptr<QTemporaryDir> folder;
     std::unique_ptr<QProcess> process;
@@ -137,6 +138,8 @@ void tst_start::both_programs_end_with_it_data() {
     QTest::addColumn<int>("signal");
     QTest::newRow("SIGTERM") << SIGTERM;
     QTest::newRow("Ctrl-C") << SIGINT;
+    QTest::newRow("closed terminal") << SIGHUP;
+    QTest::newRow("Ctrl-backslash") << SIGQUIT;
 }
 
 void tst_start::both_programs_end_with_it() {
@@ -157,27 +160,104 @@ void tst_start::both_programs_end_with_it() {
     }
 }
 
-void tst_start::a_configuration_server_that_dies_is_started_again_but_not_for_ever() {
+void tst_start::whatever_ends_it_nothing_is_left_and_the_next_start_works_data() {
+    QTest::addColumn<int>("signal");
+    QTest::newRow("killed") << SIGKILL;
+    QTest::newRow("aborted") << SIGABRT;
+    QTest::newRow("SIGUSR1") << SIGUSR1;
+    QTest::newRow("SIGALRM") << SIGALRM;
+}
+
+void tst_start::whatever_ends_it_nothing_is_left_and_the_next_start_works() {
+    QFETCH(int, signal);
     begin(arguments());
     QVERIFY(is_ready());
-    const QMap<QString, qint64> programs = children();
+    QMap<QString, qint64> programs = children();
+    programs["broker"] = children_of(programs["torlan-server"]).value("mosquitto");
+    QCOMPARE(programs.size(), 3);
+    QVERIFY(programs["broker"] > 0);
+    QCOMPARE(::kill(pid_t(process->processId()), signal), 0);
+    QVERIFY(process->waitForFinished(process_timeout_ms));
+    begin(arguments());  // at once: what the former one has left is still ending
+    QVERIFY(is_ready());
+    for (const qint64 program : std::as_const(programs)) {
+        QVERIFY(!is_running(program));
+    }
+    QCOMPARE(end(&QProcess::terminate), 0);
+}
+
+void tst_start::a_program_that_dies_is_started_again_data() {
+    QTest::addColumn<QString>("program");
+    QTest::addColumn<QByteArray>("called");
+    QTest::newRow("server") << "torlan-server" << QByteArray("the server");
+    QTest::newRow("settings") << "torlan-config" << QByteArray("the configuration server");
+}
+
+void tst_start::a_program_that_dies_is_started_again() {
+    QFETCH(QString, program);
+    QFETCH(QByteArray, called);
+    begin(arguments());
+    QVERIFY(is_ready());
     process->setReadChannel(QProcess::StandardError);
-    const auto kill_and_read = [this](qint64 _config) {
-        ::kill(pid_t(_config), SIGKILL);
-        while (!process->canReadLine() && process->waitForReadyRead(process_timeout_ms)) {
+    for (int life = 0; life < 3; ++life) {
+        const qint64 former = children()[program];
+        ::kill(pid_t(former), SIGKILL);
+        QByteArray told;
+        while (!told.contains(called + " had ended and was started again.") &&
+               (process->canReadLine() || process->waitForReadyRead(process_timeout_ms))) {
+            told += process->readLine();
         }
-        return process->readLine();
-    };
-    QByteArray told = kill_and_read(programs["torlan-config"]);
-    QVERIFY2(told.contains("configuration server had ended and was started again"), told);
+        QVERIFY2(told.contains(called + " was ended by a signal"), told);
+        QVERIFY2(told.contains("was started again"), told);
+        QVERIFY(children()[program] != former);
+    }
     const http_t http(QStringLiteral("http://127.0.0.1:%1/").arg(config_port), false);
     QCOMPARE(http.get({}).getData().toObject(), settings());
-    told = kill_and_read(children()["torlan-config"]);
-    QVERIFY2(told.contains("configuration server has ended"), told);
-    QVERIFY(!children().contains("torlan-config"));
+    kit::mqtt_client_t alice;
+    QCOMPARE(alice.sign_in(port, "alice", "sample-alice"), 0);
+    QCOMPARE(end(&QProcess::terminate), 0);
+}
+
+// As "./run 2>&1 | head -3".
+void tst_start::a_reader_that_goes_away_changes_nothing() {
+    process = std::make_unique<QProcess>();
+    process->setProcessChannelMode(QProcess::MergedChannels);
+    process->start(TORLAN_RUN, arguments());
+    QVERIFY(is_ready());
+    const QMap<QString, qint64> programs = children();
+    process->closeReadChannel(QProcess::StandardOutput);
+    process->closeReadChannel(QProcess::StandardError);
+    for (int life = 0; life < 2; ++life) {  // something to say each time
+        const qint64 former = children()["torlan-config"];
+        ::kill(pid_t(former), SIGKILL);
+        QTRY_VERIFY_WITH_TIMEOUT(children().value("torlan-config", former) != former,
+                                 process_timeout_ms);
+    }
     QVERIFY(is_running(programs["torlan-server"]));
     QCOMPARE(end(&QProcess::terminate), 0);
     QVERIFY(!is_running(programs["torlan-server"]));
+}
+
+void tst_start::of_two_first_starts_one_runs() {
+    QProcess other;
+    other.start(TORLAN_RUN, arguments());
+    begin(arguments());
+    // One of them is refused by the other, which is not hurt by it.
+    QTRY_VERIFY_WITH_TIMEOUT(
+        process->state() == QProcess::NotRunning || other.state() == QProcess::NotRunning,
+        process_timeout_ms);
+    const bool first = other.state() == QProcess::NotRunning;
+    QProcess& refused = first ? other : *process;
+    QCOMPARE(refused.exitCode(), 1);
+    QVERIFY(refused.readAllStandardError().contains("is in use by process"));
+    QProcess& runs = first ? *process : other;
+    while (!runs.readLine().startsWith("torlan: ready")) {
+        QVERIFY(runs.canReadLine() || runs.waitForReadyRead(process_timeout_ms));
+    }
+    QVERIFY(QFile::exists(data() + "/installation.db"));
+    runs.terminate();
+    QVERIFY(runs.waitForFinished(process_timeout_ms));
+    QCOMPARE(runs.exitCode(), 0);
 }
 
 void tst_start::a_failed_first_start_is_one_sentence_and_leaves_nothing_data() {

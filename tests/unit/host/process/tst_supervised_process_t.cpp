@@ -8,9 +8,11 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include "kit/has_ended.h"
 #include "process/supervised_process_t.h"
 
 using namespace process;
+using kit::has_ended;
 using state_t = supervised_process_t::state_t;
 using std::chrono::milliseconds;
 
@@ -26,13 +28,6 @@ child_settings_t shell(const QString& _line) {
 }
 
 const QString speaking = "echo here; exec sleep 60";
-
-/// Gone, or dead and not yet collected by its new parent.
-bool has_ended(qint64 _process) {
-    QFile file(QStringLiteral("/proc/%1/stat").arg(_process));
-    const QByteArray state = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    return state.isEmpty() || state.mid(state.lastIndexOf(')') + 2, 1) == "Z";
-}
 
 }  // namespace
 
@@ -229,7 +224,7 @@ void tst_supervised_process_t::it_has_the_descriptor_that_it_inherits() {
     QVERIFY(failed->wait());
     QCOMPARE(last_words(), QString("none"));
     failed->clear();
-    settings.inherited = descriptor;
+    settings.inherited = {descriptor};
     child->start(settings);
     QVERIFY(failed->wait());
     QCOMPARE(last_words(), QString("/etc/passwd"));

@@ -1,0 +1,92 @@
+#include <sys/stat.h>
+
+#include <QCoreApplication>
+#include <QDir>
+
+#include "home_t.h"
+#include "options_t.h"
+#include "program/begin_program.h"
+#include "program/exit_status_t.h"
+#include "program/privileges.h"
+#include "program/say.h"
+#include "program/standard_streams.h"
+#include "program/stop_signals_t.h"
+#include "supervisor_t.h"
+
+namespace torlan {
+
+namespace {
+
+int fail(const QString& _sentence) {
+    say(stderr, _sentence);
+    return status_failed;
+}
+
+int supervise(const options_t& _options, const QString& _programs, const home_t& _home,
+              bool* _was_ready) {
+    const stop_signals_t stop_signals;
+    supervisor_t supervisor(_options, _programs, _home.settings());
+    QObject::connect(&supervisor, &supervisor_t::told,
+                     [](const QString& _sentence) { say(stderr, _sentence); });
+    // Queued: the loop may not run yet.
+    QObject::connect(
+        &supervisor, &supervisor_t::ended, qApp,
+        [](int _status) { QCoreApplication::exit(_status); }, Qt::QueuedConnection);
+    QObject::connect(&stop_signals, &stop_signals_t::stop_asked, &supervisor,
+                     [&]() { QCoreApplication::exit(supervisor.stop()); });
+    supervisor.start();
+    const int status = QCoreApplication::exec();
+    *_was_ready = supervisor.was_ready();
+    return status;
+}
+
+int run(const options_t& _options) {
+    const QString programs = QCoreApplication::applicationDirPath();
+    home_t home(_options.data);
+    QObject::connect(&home, &home_t::ending,
+                     [](const QString& _sentence) { say(stderr, _sentence); });
+    if (const base::result_t made = home.make(_options.user); !made.is_ok()) {
+        return fail(made.error);
+    }
+    // From here on root writes nothing: what lies in the folder of another account can be exchanged
+    // by it. Without another account each program keeps what of root it needs.
+    if (!_options.user.isEmpty()) {
+        if (const base::result_t became = become_account(_options.user); !became.is_ok()) {
+            home.take_back();
+            return fail(became.error);
+        }
+    }
+    const QString drivers = QDir::cleanPath(programs + QStringLiteral("/../lib/drivers"));
+    if (const base::result_t opened = home.open(drivers); !opened.is_ok()) {
+        home.take_back();
+        return fail(opened.error);
+    }
+    bool was_ready = false;
+    const int status = supervise(_options, programs, home, &was_ready);
+    if (!was_ready) {
+        home.take_back();  // a first start that failed, or was broken off, leaves nothing
+    }
+    return status;
+}
+
+}  // namespace
+
+}  // namespace torlan
+
+int main(int _argc, char* _argv[]) {
+    using namespace torlan;
+    ::umask(077);
+    begin_program(QStringLiteral("torlan-run"));
+    speak_as(QStringLiteral("torlan"));
+    const QCoreApplication application(_argc, _argv);
+    const base::result_of_t<options_t> options = parse_options(QCoreApplication::arguments());
+    if (!options.is_ok()) {
+        say(stderr, options.error + QStringLiteral(" See torlan-run --help."));
+        return status_usage;
+    }
+    if (!options.value.to_show.isEmpty()) {
+        write_text(stdout, options.value.to_show);
+        return status_done;
+    }
+    return run(options.value);
+}

@@ -1,0 +1,161 @@
+#include "supervisor_t.h"
+
+#include "program/exit_status_t.h"
+
+namespace torlan {
+
+using process::supervised_process_t;
+
+namespace {
+
+constexpr std::chrono::seconds config_starts_in(20);
+constexpr std::chrono::seconds config_ends_in(5);
+constexpr std::chrono::seconds server_ends_in(30);
+
+/// "it has ended with status 1".
+QString ending_of(const supervised_process_t& _child) {
+    const std::optional<int> code = _child.exit_code();
+    return code ? QStringLiteral("ended with status %1").arg(*code)
+                : QStringLiteral("was ended by a signal");
+}
+
+}  // namespace
+
+supervisor_t::supervisor_t(const options_t& _options, const QString& _programs,
+                           const QString& _settings, QObject* _parent)
+    : QObject(_parent), options(_options), programs(_programs), settings(_settings) {
+    set_up_connections();
+}
+
+void supervisor_t::set_up_connections() {
+    connect(&config_link, &child_link_t::ready, this, [this](qint64 _process) {
+        if (_process == config.process_id() && config.set_ready()) {
+            on_config_ready();
+        }
+    });
+    connect(&server_link, &child_link_t::ready, this, [this](qint64 _process) {
+        if (_process == server.process_id() && server.set_ready()) {
+            on_server_ready();
+        }
+    });
+    connect(&config, &supervised_process_t::failed, this, &supervisor_t::on_config_failed);
+    connect(&config, &supervised_process_t::died, this, &supervisor_t::on_config_died);
+    connect(&server, &supervised_process_t::failed, this, &supervisor_t::on_server_failed);
+    connect(&server, &supervised_process_t::died, this, &supervisor_t::on_server_died);
+}
+
+process::child_settings_t supervisor_t::settings_of(const QString& _program,
+                                                    const QStringList& _arguments,
+                                                    const child_link_t& _link) const {
+    process::child_settings_t child;
+    child.program = programs + QLatin1Char('/') + _program;
+    child.arguments =
+        QStringList{QStringLiteral("--supervisor"), QString::number(_link.descriptor())} +
+        _arguments;
+    child.inherited = {_link.descriptor()};
+    child.writes_itself = true;
+    return child;
+}
+
+void supervisor_t::start() {
+    process::child_settings_t child =
+        settings_of(QStringLiteral("torlan-config"),
+                    {QStringLiteral("--file"), settings, QStringLiteral("--port"),
+                     QString::number(options.config_port)},
+                    config_link);
+    child.start_timeout = config_starts_in;
+    child.not_ready =
+        QStringLiteral("it was not ready on port %1 within %2 s")
+            .arg(QString::number(options.config_port), QString::number(config_starts_in.count()));
+    child.stop_timeout = config_ends_in;
+    config.start(child);
+}
+
+void supervisor_t::on_config_ready() {
+    if (server.state() == supervised_process_t::state_t::stopped && !served) {
+        launch_server();
+    } else {
+        Q_EMIT told(QStringLiteral("the configuration server had ended and was started again."));
+    }
+}
+
+void supervisor_t::launch_server() {
+    process::child_settings_t child = settings_of(
+        QStringLiteral("torlan-server"),
+        QStringList{QStringLiteral("--data"), options.data, QStringLiteral("--config-port"),
+                    QString::number(options.config_port)} +
+            options.server + options.once,
+        server_link);
+    // An import may take as long as whoever writes the file.
+    child.start_timeout = std::chrono::milliseconds(0);
+    child.stop_timeout = server_ends_in;
+    server.start(child);
+}
+
+void supervisor_t::on_server_ready() {
+    if (served) {
+        Q_EMIT told(QStringLiteral("the server had ended and was started again."));
+        return;
+    }
+    served = true;
+    // What counts once has been done.
+    QStringList arguments = server.arguments();
+    arguments.resize(arguments.size() - options.once.size());
+    server.set_arguments(arguments);
+}
+
+void supervisor_t::on_config_failed(const QString& _last_words) {
+    // One that has ended by itself has said why.
+    if (!_last_words.isEmpty()) {
+        Q_EMIT told(
+            QStringLiteral("the configuration server could not be started: %1.").arg(_last_words));
+    }
+    finish(status_failed);
+}
+
+void supervisor_t::on_config_died() {
+    Q_EMIT told(
+        QStringLiteral("the configuration server %1; it is started again.").arg(ending_of(config)));
+}
+
+void supervisor_t::on_server_failed(const QString& _last_words) {
+    const std::optional<int> code = server.exit_code();
+    if (!code || !_last_words.isEmpty()) {
+        Q_EMIT told(QStringLiteral("the server could not be started: %1.")
+                        .arg(_last_words.isEmpty() ? QStringLiteral("it ") + ending_of(server)
+                                                   : _last_words));
+    }
+    // It ends with 0 when somebody asked it to.
+    finish(code.value_or(status_failed));
+}
+
+void supervisor_t::on_server_died() {
+    if (server.exit_code() == status_done) {
+        Q_EMIT told(QStringLiteral("the server was asked to end."));
+        finish(status_done);
+        return;
+    }
+    Q_EMIT told(QStringLiteral("the server %1; it is started again.").arg(ending_of(server)));
+}
+
+void supervisor_t::finish(int _status) {
+    stop();
+    Q_EMIT ended(_status);
+}
+
+int supervisor_t::stop() {
+    const bool runs = server.process_id() != 0;
+    server.stop();
+    config.stop();
+    if (!runs) {
+        return status_done;
+    }
+    if (!server.exit_code()) {
+        Q_EMIT told(QStringLiteral("the server did not end within %1 s and was killed; what it had "
+                                   "not saved is lost.")
+                        .arg(server_ends_in.count()));
+    }
+    return server.exit_code().value_or(status_failed);
+}
+
+}  // namespace torlan

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QObject>
+
+#include "child_link_t.h"
+#include "options_t.h"
+#include "process/supervised_process_t.h"
+
+namespace torlan {
+
+/// The two programs of an installation: the configuration server, then, when that is ready, the
+/// server; both brought back when they die after they were once ready, and ended together. Main
+/// thread, with an event loop.
+class supervisor_t : public QObject {
+    Q_OBJECT
+
+ public:
+    /// @param _programs folder of both
+    /// @param _settings file of the settings
+    supervisor_t(const options_t& _options, const QString& _programs, const QString& _settings,
+                 QObject* _parent = nullptr);
+
+    /// ended() may come before this returns.
+    void start();
+
+    /// Ends both, blocking: the server has 30 s to save, the other one 5.
+    /// @return how: 0, or the server's status when that tells of something it could not save
+    int stop();
+
+    /// The installation has once been ready.
+    bool was_ready() const { return served; }
+
+ Q_SIGNALS:
+    /// Both have ended without being asked to, and none is started again. @p status as of a
+    /// program.
+    void ended(int status);
+    /// Something that somebody should know; one sentence.
+    void told(const QString& sentence);
+
+ private:
+    process::child_settings_t settings_of(const QString& _program, const QStringList& _arguments,
+                                          const child_link_t& _link) const;
+    void set_up_connections();
+    void launch_server();
+    void on_config_ready();
+    void on_server_ready();
+    void on_config_failed(const QString& _last_words);
+    void on_config_died();
+    void on_server_failed(const QString& _last_words);
+    void on_server_died();
+    void finish(int _status);
+
+    const options_t options;
+    const QString programs;
+    const QString settings;
+    bool served = false;
+    child_link_t config_link;
+    child_link_t server_link;
+    // Ended before the links close.
+    process::supervised_process_t config;
+    process::supervised_process_t server;
+};
+
+}  // namespace torlan

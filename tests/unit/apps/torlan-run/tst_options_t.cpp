@@ -1,0 +1,58 @@
+#include <QDir>
+#include <QTest>
+
+#include "options_t.h"
+
+using torlan::options_t;
+using torlan::parse_options;
+
+class tst_options_t : public QObject {
+    Q_OBJECT
+
+ private Q_SLOTS:
+    void what_is_its_own_is_taken_and_the_rest_goes_on() {
+        const auto read = parse_options({"torlan-run", "--port", "1", "--data=/a/../b",
+                                         "--config-port", "5", "--import", "x.json", "--user=u",
+                                         "--simulate", "--limit", "requests=3"});
+        QCOMPARE(read.error, QString());
+        QCOMPARE(read.value.data, QString("/b"));
+        QCOMPARE(read.value.config_port, quint16(5));
+        QCOMPARE(read.value.user, QString("u"));
+        QCOMPARE(read.value.server,
+                 (QStringList{"--port", "1", "--simulate", "--limit", "requests=3"}));
+        QCOMPARE(read.value.once, (QStringList{"--import", "x.json"}));
+    }
+
+    void defaults() {
+        const auto read = parse_options({"torlan-run"});
+        QCOMPARE(read.value.data, QDir::current().absoluteFilePath("var"));
+        QCOMPARE(read.value.config_port, quint16(4321));
+        QVERIFY(read.value.server.isEmpty() && read.value.once.isEmpty());
+        QVERIFY(read.value.user.isEmpty() && read.value.to_show.isEmpty());
+    }
+
+    void wrong_one_is_told_data() {
+        QTest::addColumn<QStringList>("given");
+        QTest::addColumn<QString>("named");
+        QTest::newRow("no value") << QStringList{"--data"} << "--data needs a value.";
+        QTest::newRow("no number") << QStringList{"--config-port", "x"} << "\"x\"";
+        QTest::newRow("port 0") << QStringList{"--config-port=0"} << "\"0\"";
+        QTest::newRow("above ports") << QStringList{"--config-port", "65536"} << "\"65536\"";
+        QTest::newRow("empty port") << QStringList{"--config-port="} << "\"\"";
+    }
+
+    void wrong_one_is_told() {
+        QFETCH(QStringList, given);
+        QFETCH(QString, named);
+        const auto read = parse_options(QStringList{"torlan-run"} + given);
+        QVERIFY2(read.error.contains(named), qPrintable(read.error));
+    }
+
+    void help_and_version_are_shown() {
+        QVERIFY(parse_options({"torlan-run", "--help"}).value.to_show.contains("--data DIR"));
+        QVERIFY(!parse_options({"torlan-run", "-v"}).value.to_show.isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_options_t)
+#include "tst_options_t.moc"
