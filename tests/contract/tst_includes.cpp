@@ -171,6 +171,14 @@ class tst_includes : public QObject {
         }
     }
 
+    void every_room_says_what_belongs_there() {
+        for (const row_t& row : rows) {
+            QFile readme(root + QLatin1String(row.folder) + QStringLiteral("/README.md"));
+            QVERIFY2(readme.open(QIODevice::ReadOnly), row.folder);
+            QCOMPARE(readme.readLine().trimmed(), QByteArray("# ") + row.folder);
+        }
+    }
+
     void no_row_allows_everything() {
         for (const row_t& row : rows) {
             const QRegularExpression expression(
