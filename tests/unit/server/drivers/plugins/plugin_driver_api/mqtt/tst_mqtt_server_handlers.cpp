@@ -102,6 +102,15 @@ class tst_mqtt_server_handlers : public furnished_test_t {
                  (QStringList{latin("changed e a,b"), latin("element e"), latin("element f")}));
     }
 
+    void an_update_reaches_every_enabled_version() {
+        start();
+        version_2->setEnable(true);
+        QSignalSpy published(version_1(), &mqtt_server_api_v1_t::publish_message);
+        server->onUpdateElement(latin("e-night"), {});
+        QCOMPARE(published.size(), 1);
+        QCOMPARE(notes(), QStringList{latin("changed e-night ")});
+    }
+
     void a_granted_element_is_published_by_each_version_enabled_or_not() {
         QVERIFY(!version_2->getEnable());
         server->init_event_modify_acl(true);
@@ -122,6 +131,21 @@ class tst_mqtt_server_handlers : public furnished_test_t {
                                latin("t"), {}, true);
         QCOMPARE(notes(), QStringList{latin("retained bob t")});
         QCOMPARE(deleted, (QList<QList<QVariant>>{{latin("t"), true}}));
+    }
+
+    void a_request_is_answered_to_its_user_and_not_to_the_client() {
+        version_2->router.route(
+            latin("^t$"),
+            [](const QString&, const QVariant&, const QStringList&,
+               const QMap<QString, QVariant>&) -> QJsonValue {
+                return QJsonObject{{latin("response_topic_default"), latin("p")}};
+            },
+            mqtt::PRIORITY_ROUTE::NORMAL);
+        QSignalSpy answered(version_2, &recording_handler_t::publish_message);
+        server->handlerMessage(latin("v2"), latin("bob"), latin("client"), latin("request"),
+                               latin("t"), {}, false);
+        QCOMPARE(answered.size(), 1);
+        QCOMPARE(answered[0][0].toString(), latin("local/api/v2/bob/p"));
     }
 
     void the_last_enabled_version_keeps_the_api_on() {

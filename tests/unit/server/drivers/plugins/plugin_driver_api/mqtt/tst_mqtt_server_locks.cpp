@@ -1,9 +1,10 @@
-// mqtt_server_t: what is done under the lock of enable_change.
+// mqtt_server_t: what is done under the lock of enable_change, and behind the routes' barrier.
 #include <QSignalSpy>
 #include <QTest>
 #include <memory>
 #include <mutex>
 
+#include "drivers/plugins/plugin_driver_api/mqtt/api_v1/mqtt_server_api_v1_t.h"
 #include "drivers/plugins/plugin_driver_api/mqtt/mqtt_server_t.h"
 #include "kit/opened.h"
 #include "kit/settle.h"
@@ -11,9 +12,11 @@
 #include "unit/server/drivers/plugins/plugin_driver_api/mqtt/support/furnished_test_t.h"
 
 using interfaces::data_api_elements_t;
+using interfaces::mqtt_server_api_v1_t;
 using interfaces::mqtt_server_t;
 
 KIT_OPEN(server_mutex_t, mqtt_server_t, mutex, base::mutex_t);
+KIT_OPEN(server_barrier_t, mqtt_server_t, route_barrier, base::mutex_t);
 
 class tst_mqtt_server_locks : public furnished_test_t {
     Q_OBJECT
@@ -58,6 +61,32 @@ class tst_mqtt_server_locks : public furnished_test_t {
         QVERIFY(is_free());
     }
 
+    void a_transition_waits_until_the_routes_are_set() {
+        barrier().lock();
+        kit::waiting_call_t second([this] { server->enable_change(QStringLiteral("v1"), false); });
+        const bool waited = second.waits();
+        barrier().unlock();
+        second.finish();
+        QVERIFY(waited);
+    }
+
+    void routes_and_signals_are_set_as_one() {
+        // The version says so when its routes come, and the collection is connected after that.
+        const auto* version_1 = server->findChild<mqtt_server_api_v1_t*>();
+        connect(version_1, &mqtt_server_api_v1_t::enable_change, version_1,
+                [this] { seen.append(is_free(barrier()) ? "free" : "held"); });
+        server->init_route_path(true);
+        QCOMPARE(seen, QStringList{"held"});
+        QVERIFY(is_free(barrier()));
+    }
+
+    void a_transition_only_passes_the_barrier() {
+        connect(server.get(), &mqtt_server_t::subscription_status_api, this,
+                [this] { seen.append(is_free(barrier()) ? "free" : "held"); });
+        server->enable_change(QStringLiteral("v1"), true);
+        QCOMPARE(seen, (QStringList{"free", "free"}));
+    }
+
     void nothing_else_takes_the_lock() {
         const std::lock_guard holder(mutex());
         server->init_route_path(true);
@@ -72,13 +101,15 @@ class tst_mqtt_server_locks : public furnished_test_t {
 
  private:
     base::mutex_t& mutex() { return server.get()->*opened(kit::server_mutex_t()); }
-    bool is_free() {
-        const bool taken = mutex().tryLock();
+    base::mutex_t& barrier() { return server.get()->*opened(kit::server_barrier_t()); }
+    static bool is_free(base::mutex_t& _mutex) {
+        const bool taken = _mutex.tryLock();
         if (taken) {
-            mutex().unlock();
+            _mutex.unlock();
         }
         return taken;
     }
+    bool is_free() { return is_free(mutex()); }
     void note(const QString& _what) { seen.append(_what + (is_free() ? " free" : " held")); }
 
     /// Writes down every signal of the server and of the collection at the moment it is emitted.

@@ -80,6 +80,7 @@ class tst_mqtt_server_t : public furnished_test_t {
 
     void a_request_is_answered_through_the_queue() {
         start();
+        logger->clear();
         QSignalSpy published(server.get(), &mqtt_server_t::publish_message);
         for (const bool retain : {false, true}) {
             server->handlerMessage(latin("v1"), latin("alice"), latin("client"), latin("request"),
@@ -91,6 +92,7 @@ class tst_mqtt_server_t : public furnished_test_t {
         QCOMPARE(published[0][0].toString(), latin("local/api/v1/alice/x/status/nothing"));
         QCOMPARE(published[0][1].toJsonObject().value(latin("error")).toInt(), 405);
         QCOMPARE(published[0][2].toBool(), false);
+        QVERIFY(logger->lines().isEmpty());
     }
 
     void a_status_message_that_is_not_retained_is_ignored_without_a_line() {

@@ -168,6 +168,14 @@ class tst_mqtt_server_api_v1_t : public furnished_test_t {
                  QStringList{latin("e-lamp")});
     }
 
+    void the_whole_list_goes_empty_to_a_user_who_may_read_nothing() {
+        home->add_user(latin("u-eve"), latin("eve"));
+        const auto packets = handler->packet_update(QStringList());
+        QCOMPARE(packets.size(), 3);
+        const QString eve = latin("local/api/v1/eve/status/elements/objects_list");
+        QVERIFY(packets.contains(eve) && packets.value(eve).isEmpty());
+    }
+
     void the_status_topic_names_user_and_element() {
         QCOMPARE(handler->topic_update_element(latin("bob"), latin("42")),
                  latin("local/api/v1/bob/status/elements/objects_list/42"));
