@@ -10,6 +10,7 @@
 #include <QTest>
 
 #include "broker/port_check.h"
+#include "kit/has_ended.h"
 #include "kit/mqtt_client_t.h"
 #include "kit/real_broker_t.h"
 
@@ -21,12 +22,6 @@ namespace {
 QByteArray read_file(const QString& _path) {
     QFile file(_path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-/// Gone, or dead and not yet collected by its new parent.
-bool has_ended(qint64 _process) {
-    const QByteArray state = read_file(QStringLiteral("/proc/%1/stat").arg(_process));
-    return state.isEmpty() || state.mid(state.lastIndexOf(')') + 2, 1) == "Z";
 }
 
 QString configuration_of(qint64 _process) {
