@@ -1,6 +1,7 @@
 #include <QTest>
 #include <algorithm>
 #include <memory>
+#include <optional>
 
 #include "drivers/driver/capability/plugin_driver_IComunication.h"
 #include "fakes/endpoint_thread_t.h"
@@ -37,6 +38,15 @@ class probe_t : public interfaces::IComunication {
     int finalized = 0;
     bool result = true;
     protoserver_t* seen = nullptr;
+};
+
+/// A driver that ends no call itself.
+class careless_t : public interfaces::IComunication {
+ public:
+    bool finalize_comunication_initialization() override { return true; }
+    void init_comunication_event(bool) override {}
+
+    using IComunication::Comunication;
 };
 
 }  // namespace
@@ -183,6 +193,18 @@ class tst_IComunication : public QObject {
         endpoint.drain();
         QVERIFY(endpoint->enabled().isEmpty());
         QVERIFY(logger->lines().isEmpty());
+    }
+
+    void the_capability_ends_the_calls_of_a_driver_that_does_not() {
+        fakes::scripted_endpoint_t endpoint;
+        // Its memory stays, so that a call that was not ended is seen.
+        std::optional<careless_t> driver(std::in_place);
+        driver->init_comunication(&endpoint);
+        bool called = false;
+        driver->Comunication([&called](protoserver_t*) { called = true; });
+        driver.reset();
+        QCoreApplication::processEvents();
+        QVERIFY(!called);
     }
 
     void deleting_a_driver_waits_for_its_running_call() {

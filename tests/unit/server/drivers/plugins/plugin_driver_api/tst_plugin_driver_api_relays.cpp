@@ -1,6 +1,8 @@
 // plugin_driver_api_t: on which thread and when its relays run.
 #include <QTest>
+#include <functional>
 #include <memory>
+#include <utility>
 
 #include "drivers/plugins/plugin_driver_api/plugin_driver_api_t.h"
 #include "fakes/endpoint_thread_t.h"
@@ -10,6 +12,28 @@
 
 using interfaces::mqtt_server_t;
 using interfaces::plugin_driver_api_t;
+
+namespace {
+
+/// A logger that has something done while the driver says that it goes.
+class last_word_t : public fakes::recording_logger_t {
+ public:
+    explicit last_word_t(std::function<void()> _then) : then(std::move(_then)) {}
+
+    void log_asynch(const QString& _message, int, const QString&, const QString&, int) override {
+        if (_message == QStringLiteral("Destructor plugin_driver_api")) {
+            std::exchange(then, [] {})();
+            ++words;
+        }
+    }
+
+    int words = 0;
+
+ private:
+    std::function<void()> then;
+};
+
+}  // namespace
 
 class tst_plugin_driver_api_relays : public QObject {
     Q_OBJECT
@@ -82,6 +106,20 @@ class tst_plugin_driver_api_relays : public QObject {
         endpoint->settle();
         QCOMPARE(logger->count(QStringLiteral("not found api version v9")), 1);
         QCOMPARE(calls.count, 1);
+    }
+
+    void calls_end_before_the_driver_begins_to_go() {
+        logger.reset();
+        const last_word_t words([this] {
+            endpoint->release();
+            endpoint->drain();
+        });
+        const QList<bool> before = (*endpoint)->enabled();
+        endpoint->hold();
+        driver->start(true);
+        driver.reset();
+        QCOMPARE(words.words, 1);
+        QCOMPARE((*endpoint)->enabled(), before);
     }
 
  private:

@@ -180,11 +180,15 @@ class tst_data_api_element_object_functions : public QObject {
         QCOMPARE(events.take(), QStringList("value e [] {}"));
     }
 
-    void reset_empties_all_but_id_and_type() {
+    void reset_empties_all_but_id_type_and_whether_anybody_has_a_grant() {
         database->add_element("e", "Lamp", 1, {{"a", "i-1"}});
+        database->add_user("u", "alice");
+        database->grant("u", "e", 3);
         const auto made = element();
         kit::event_recorder_t events(made.get());
         made->reset();
+        QVERIFY(made->getPermission());
+        QVERIFY(made->getPermissions().isEmpty());
         QCOMPARE(made->getIdElement(), "e");
         QCOMPARE(made->getTypeElement(), 1);
         QCOMPARE(made->getNameElement(), "");

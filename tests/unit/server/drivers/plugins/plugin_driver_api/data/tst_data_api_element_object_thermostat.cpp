@@ -127,7 +127,8 @@ class tst_data_api_element_object_thermostat : public QObject {
         database->add_element("e", "Lamp", 1, {});
         const auto made = element();
         // The element became a thermostat; the object has not been loaded again.
-        database->add_thermo_element("e", "Living room", "t");
+        const fakes::objects::ps_element_data_t data{"T", 17, 0, {{"execute", "i-mode"}}};
+        database->tables().put("e", std::make_unique<fakes::objects::psoe_thermo_logic>(data, "t"));
         QVERIFY(QMetaObject::invokeMethod(made.get(), "onPersistentStatusThermo",
                                           Q_ARG(QJsonObject, {}), Q_ARG(QString, "t")));
         QVERIFY(made->getFunctionValues().isEmpty());

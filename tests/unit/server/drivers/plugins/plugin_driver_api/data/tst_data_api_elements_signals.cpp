@@ -202,6 +202,15 @@ class tst_data_api_elements_signals : public QObject {
                  0);
     }
 
+    void reinit_neither_begins_to_listen_nor_stops() {
+        elements->setEnabled(false);
+        elements->reinit();
+        QCOMPARE(connections(), none);
+        elements->init();
+        elements->reinit();
+        QCOMPARE(connections(), one);
+    }
+
     void a_deleted_database_is_survived_by_every_operation() {
         elements->init();
         said();

@@ -104,8 +104,12 @@ class tst_mqtt_server_acl : public furnished_test_t {
 
     void disabling_what_is_disabled_does_nothing() {
         elements->setEnabled(true);
+        QSignalSpy subscribed(server.get(), &mqtt_server_t::subscription_status_api);
+        QSignalSpy reset(elements.get(), &data_api_elements_t::on_reset_api_elements);
         server->enable_change(latin("v1"), false);
+        QVERIFY(subscribed.isEmpty() && reset.isEmpty());
         QVERIFY(elements->getEnabled());
+        QVERIFY(!timer()->isActive());
     }
 
     void a_second_start_announces_again() {
