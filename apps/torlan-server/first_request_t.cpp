@@ -4,11 +4,13 @@
 #include <QJsonObject>
 
 #include "database/database_t.h"
+#include "live/write_gate_t.h"
 
 namespace torlan {
 
 namespace {
 
+using database::live::write_gate_t;
 using database::persistent::objects::ps_object_element_t;
 using database::persistent::objects::ps_object_user_t;
 
@@ -19,18 +21,22 @@ QString quoted(QString _text) {
            QLatin1Char('\'');
 }
 
-/// The first connected function that is 0 or 1; another kind of value would have to be known.
-bool take_switch(const database::database_t& _database, const ps_object_element_t& _element,
-                 first_request_t* _request) {
+/// The first connected function that is 0 or 1 and may be the other; another kind of value would
+/// have to be known.
+bool take_switch(const database::database_t& _database, const write_gate_t& _gate,
+                 const ps_object_element_t& _element, first_request_t* _request) {
     const auto items = _database.getRealtime()->getItems()->getObjects();
     const QMap<QString, QVariant> functions = _element.getFunction_map();
     for (auto function = functions.cbegin(); function != functions.cend(); ++function) {
-        const auto* item = items.value(function.value().toString(), nullptr);
+        const QString id = function.value().toString();
+        const auto* item = items.value(id, nullptr);
         const QString value = item != nullptr ? item->getValue() : QString();
-        if (value == QLatin1String("0") || value == QLatin1String("1")) {
+        const QString other =
+            value == QLatin1String("0") ? QStringLiteral("1") : QStringLiteral("0");
+        if ((value == QLatin1String("0") || value == QLatin1String("1")) &&
+            _gate.refusal(id, other).isEmpty()) {
             _request->function = function.key();
-            _request->value =
-                value == QLatin1String("0") ? QStringLiteral("1") : QStringLiteral("0");
+            _request->value = other;
             return true;
         }
     }
@@ -39,7 +45,8 @@ bool take_switch(const database::database_t& _database, const ps_object_element_
 
 }  // namespace
 
-std::optional<first_request_t> first_request_t::find(const database::database_t& _database) {
+std::optional<first_request_t> first_request_t::find(const database::database_t& _database,
+                                                     const write_gate_t& _gate) {
     const auto* data = _database.getPersistent()->getData();
     const auto users = data->getUsers()->getObjects();
     const auto elements = data->getElements()->getObjects();
@@ -49,7 +56,7 @@ std::optional<first_request_t> first_request_t::find(const database::database_t&
             if (data->check_permission_element_by_userid(
                     element.key(), user.key(), ps_object_user_t::PermissionFlag::element) ==
                     read_and_write &&
-                take_switch(_database, **element, &request)) {
+                take_switch(_database, _gate, **element, &request)) {
                 return request;
             }
         }

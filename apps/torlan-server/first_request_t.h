@@ -6,6 +6,9 @@
 namespace database {
 class database_t;
 }
+namespace database::live {
+class write_gate_t;
+}
 
 namespace torlan {
 
@@ -19,7 +22,9 @@ struct first_request_t {
     QString value;  ///< another one than it has now
 
     /// Nothing when nobody may read and write any connected element. A lamp goes before all else.
-    static std::optional<first_request_t> find(const database::database_t& _database);
+    /// @param _gate knows what items take
+    static std::optional<first_request_t> find(const database::database_t& _database,
+                                               const database::live::write_gate_t& _gate);
 
     /// Lines to paste into a shell. @p _password empty: a placeholder stands there.
     QString text(quint16 _port, const QString& _password) const;

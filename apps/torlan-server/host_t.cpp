@@ -20,6 +20,8 @@ namespace torlan {
 
 using comunication::mqtt_endpoint_t;
 using database::live::change_feed_t;
+using database::live::refusal_teller_t;
+using database::live::write_gate_t;
 using utility::torlan_option_t;
 using utility::logs::classlogs;
 using utility::logs::spdlog_logger_t;
@@ -102,6 +104,7 @@ void host_t::stop() {
     accounts.reset();
     broker.reset();
     bus.reset();
+    refusals.reset();
     live.reset();
     database.reset();
     classlogs::setInstance(nullptr);
@@ -172,7 +175,13 @@ base::result_t host_t::open_database() {
             [](const QString& _sentence) {
                 utility::log_line(_sentence, 2, "operator()", source, __LINE__);
             });
-    bus = std::make_unique<database::live::simulated_bus_t>(database.get(), live->writer());
+    refusals = std::make_unique<refusal_teller_t>();
+    connect(live->gate(), &write_gate_t::item_refused, refusals.get(), &refusal_teller_t::take);
+    connect(refusals.get(), &refusal_teller_t::told, this, [](const QString& _sentence) {
+        utility::log_line(_sentence, 3, "operator()", source, __LINE__);
+    });
+    bus = std::make_unique<database::live::simulated_bus_t>(database.get(), live->writer(),
+                                                            live->gate());
     bus->simulate(options.simulate);
     const QString file = folder.file(database_name);
     const base::result_t imported = import.write(file);
@@ -298,7 +307,7 @@ QString host_t::ready_text() const {
     text += QStringLiteral(" (%1 elements, %2 users)\n")
                 .arg(data->getElements()->getObjects().size())
                 .arg(data->getUsers()->getObjects().size());
-    if (const auto request = first_request_t::find(*database)) {
+    if (const auto request = first_request_t::find(*database, *live->gate())) {
         text += request->text(options.port, import.password_of(request->user_id));
     }
     return text;

@@ -14,6 +14,7 @@
 #include "hidden_states_t.h"
 #include "installation_import_t.h"
 #include "live/live_database_t.h"
+#include "live/refusal_teller_t.h"
 #include "live/simulated_bus_t.h"
 #include "logs/early_logger_t.h"
 #include "logs/spdlog_logger_t.h"
@@ -82,6 +83,7 @@ class host_t : public QObject {
     std::unique_ptr<utility::logs::spdlog_logger_t> logger;
     std::unique_ptr<database::database_t> database;
     std::unique_ptr<database::live::live_database_t> live;
+    std::unique_ptr<database::live::refusal_teller_t> refusals;
     std::unique_ptr<database::live::simulated_bus_t> bus;
     std::unique_ptr<broker::broker_process_t> broker;
     std::unique_ptr<account_keeper_t> accounts;

@@ -28,6 +28,16 @@ QString text(const QJsonValue& _value) {
     return _value.toString();
 }
 
+std::optional<double> limit(const QJsonValue& _value) {
+    return _value.isDouble() ? std::optional(_value.toDouble()) : std::nullopt;
+}
+
+item_t item(const QJsonValue& _value) {
+    return {_value[QLatin1String("value")].toString(QStringLiteral("")),
+            {_value[QLatin1String("writable")].toBool(true), limit(_value[QLatin1String("min")]),
+             limit(_value[QLatin1String("max")]), limit(_value[QLatin1String("step")])}};
+}
+
 thermostat_t thermostat(const QJsonValue& _value) {
     return {read_section<QString>(_value[QLatin1String("ids")], text),
             text(_value[QLatin1String("id_actual")]),
@@ -53,10 +63,7 @@ QMap<QString, int> grants(const QJsonValue& _value) {
 installation_t unsecured(const QJsonObject& _document) {
     installation_t whole;
     whole.topic = text(_document[QLatin1String("topic")]);
-    whole.items =
-        read_section<QString>(_document[QLatin1String("items")], [](const QJsonValue& _item) {
-            return _item[QLatin1String("value")].toString(QStringLiteral(""));
-        });
+    whole.items = read_section<item_t>(_document[QLatin1String("items")], item);
     whole.scenarios = read_section<bool>(
         _document[QLatin1String("scenarios")],
         [](const QJsonValue& _scenario) { return _scenario[QLatin1String("execution")].toBool(); });

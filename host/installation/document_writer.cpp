@@ -29,8 +29,21 @@ void insert_unless_empty(QJsonObject& _object, const QString& _key, const QStrin
     }
 }
 
-QJsonObject item(const QString& _value) {
-    return {{QStringLiteral("value"), _value}};
+void insert_limit(QJsonObject& _object, const QString& _key, const std::optional<double>& _limit) {
+    if (_limit) {
+        _object.insert(_key, *_limit);
+    }
+}
+
+QJsonObject item(const item_t& _item) {
+    QJsonObject object{{QStringLiteral("value"), _item.value}};
+    if (!_item.limits.writable) {
+        object.insert(QStringLiteral("writable"), false);
+    }
+    insert_limit(object, QStringLiteral("min"), _item.limits.min);
+    insert_limit(object, QStringLiteral("max"), _item.limits.max);
+    insert_limit(object, QStringLiteral("step"), _item.limits.step);
+    return object;
 }
 
 QJsonObject scenario(bool _execution) {

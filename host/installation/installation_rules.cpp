@@ -2,6 +2,7 @@
 
 #include "database/element_type.h"
 #include "database/name_rules.h"
+#include "installation/item_limits.h"
 
 namespace database::installation {
 
@@ -67,8 +68,9 @@ class rules_t {
 
     void check_items() {
         for (auto it = whole.items.begin(); it != whole.items.end(); ++it) {
-            demand(value_error(it.value()),
-                   {QStringLiteral("items"), it.key(), QStringLiteral("value")});
+            const QStringList place{QStringLiteral("items"), it.key()};
+            demand(value_error(it->value), place + QStringList{QStringLiteral("value")});
+            demand(limits_error(it->limits), place);
         }
     }
 

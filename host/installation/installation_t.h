@@ -3,7 +3,16 @@
 #include <QMap>
 #include <QString>
 
+#include "installation/item_limits_t.h"
+
 namespace database::installation {
+
+/// An item of an installation.
+struct item_t {
+    QString value;
+    item_limits_t limits = {};
+    bool operator==(const item_t&) const = default;
+};
 
 /// A thermostat logic of an installation; item ids, empty: not connected.
 struct thermostat_t {
@@ -35,7 +44,7 @@ struct user_t {
 /// Permission bits: 1 read, 2 write; a grant that is not there is a denial.
 struct installation_t {
     QString topic;                                  ///< e.g. "installation/0001"; empty: none
-    QMap<QString, QString> items;                   ///< item id -> current value
+    QMap<QString, item_t> items;                    ///< by item id
     QMap<QString, bool> scenarios;                  ///< scenario id -> executed
     QMap<QString, thermostat_t> thermostats;        ///< by thermostat id
     QMap<QString, element_t> elements;              ///< by element id

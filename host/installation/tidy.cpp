@@ -6,6 +6,7 @@
 #include "accounts/broker_hash.h"
 #include "database/name_rules.h"
 #include "database/permission.h"
+#include "installation/item_limits.h"
 #include "installation/place_text.h"
 
 namespace database::installation {
@@ -64,13 +65,18 @@ QStringList clean_labels(const QStringList& _place, QMap<QString, QString>* _ids
     return notes;
 }
 
-QStringList clean_items(QMap<QString, QString>* _items) {
+/// Limits that nobody can tell let nothing through.
+QStringList clean_items(QMap<QString, item_t>* _items) {
     QStringList notes;
     for (auto it = _items->begin(); it != _items->end(); ++it) {
-        if (const QString error = value_error(*it); !error.isEmpty()) {
-            *it = cleaned_value(*it);
-            notes.append(
-                cleaned({QStringLiteral("items"), it.key(), QStringLiteral("value")}, error));
+        const QStringList place{QStringLiteral("items"), it.key()};
+        if (const QString error = value_error(it->value); !error.isEmpty()) {
+            it->value = cleaned_value(it->value);
+            notes.append(cleaned(place + QStringList(QStringLiteral("value")), error));
+        }
+        if (const QString error = limits_error(it->limits); !error.isEmpty()) {
+            it->limits = {.writable = false};
+            notes.append(place_text(place) + QStringLiteral(" is not writable: ") + error);
         }
     }
     return notes;
@@ -145,7 +151,7 @@ QStringList cut(const QString& _kind, QString* _id, const QMap<QString, value_t>
 }
 
 QStringList cut_items(const QStringList& _place, QMap<QString, QString>* _ids,
-                      const QMap<QString, QString>& _items) {
+                      const QMap<QString, item_t>& _items) {
     QStringList notes;
     for (auto it = _ids->begin(); it != _ids->end(); ++it) {
         notes += cut(QStringLiteral("item"), &*it, _items, _place + QStringList(it.key()));

@@ -9,14 +9,15 @@ using ::base::result_t;
 using store::transaction_t;
 
 change_feed_t::change_feed_t(store::connection_t& _connection, database_t* _database,
-                             realtime_writer_t* _realtime, int _bulk_limit, QObject* _parent)
+                             realtime_writer_t* _realtime, write_gate_t* _gate, int _bulk_limit,
+                             QObject* _parent)
     : QObject(_parent),
       connection(_connection),
       database(_database),
       realtime(_realtime),
       bulk_limit(_bulk_limit),
       pacer(bulk_pacer_t::usual_gap, this),
-      model(_database, _realtime),
+      model(_database, _realtime, _gate),
       log(_connection) {
     connect(&pacer, &bulk_pacer_t::due, this, &change_feed_t::announce_bulk);
 }

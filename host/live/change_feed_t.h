@@ -20,7 +20,8 @@ class change_feed_t : public QObject {
  public:
     /// @param _bulk_limit more item values than this in one batch are announced by one bulk signal
     change_feed_t(store::connection_t& _connection, database_t* _database,
-                  realtime_writer_t* _realtime, int _bulk_limit, QObject* _parent = nullptr);
+                  realtime_writer_t* _realtime, write_gate_t* _gate, int _bulk_limit,
+                  QObject* _parent = nullptr);
     ~change_feed_t() override;
 
     /// Fills the model; what is written from then on comes as changes. Announces nothing.

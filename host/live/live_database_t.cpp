@@ -18,7 +18,8 @@ live_database_t::live_database_t(database_t* _database, const options_t& _option
     : QObject(_parent),
       options(_options),
       realtime(_database),
-      changes(connection, _database, &realtime, _options.bulk_limit),
+      requests(_database),
+      changes(connection, _database, &realtime, &requests, _options.bulk_limit),
       saver(connection, _database, &realtime, &changes, _options.save_delay_ms,
             _options.save_iterations) {
     connect(&changes, &change_feed_t::failed, this, &live_database_t::failed);

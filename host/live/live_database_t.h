@@ -37,6 +37,8 @@ class live_database_t : public QObject {
 
     /// Where bus drivers set values.
     realtime_writer_t* writer() { return &realtime; }
+    /// Through which requests for values come to bus drivers.
+    write_gate_t* gate() { return &requests; }
     /// Whose signals tell the host what else to do.
     change_feed_t* feed() { return &changes; }
 
@@ -49,6 +51,7 @@ class live_database_t : public QObject {
     const options_t options;
     store::connection_t connection;
     realtime_writer_t realtime;
+    write_gate_t requests;
     change_feed_t changes;
     realtime_saver_t saver;
     wal_watch_t* watch = nullptr;  ///< null until open()

@@ -47,8 +47,8 @@ QStringList to_list(const std::set<QString>& _ids) {
 
 }  // namespace
 
-model_t::model_t(database_t* _database, realtime_writer_t* _realtime)
-    : database(_database), realtime(_realtime) {}
+model_t::model_t(database_t* _database, realtime_writer_t* _realtime, write_gate_t* _gate)
+    : database(_database), realtime(_realtime), gate(_gate) {}
 
 model_changes_t model_t::fill(const installation_t& _installation) {
     model_changes_t changes;
@@ -56,6 +56,7 @@ model_changes_t model_t::fill(const installation_t& _installation) {
     changes.hidden = hidden_by(*database, _installation);
     table_writer_t(database).clear();
     realtime->clear_unsaved();
+    gate->clear();
 
     store::change_batch_t all;
     all.topic = true;
@@ -92,6 +93,8 @@ void model_t::replace(const store::change_batch_t& _batch, const installation_t&
     if (_batch.topic) {
         table_writer_t(database).set_topic(_part.topic);
     }
+    apply_limits(_batch.items, _part);
+    apply_limits(_batch.limits, _part);
     changes.items = apply_items(_batch.items, _part);
     changes.scenarios = apply_scenarios(_batch.scenarios, _part);
     apply_thermostats(_batch.thermostats, _part);
@@ -104,6 +107,12 @@ void model_t::replace(const store::change_batch_t& _batch, const installation_t&
     std::set<QString> elements = _batch.elements;
     elements.merge(elements_of(_batch.thermostats));
     changes.elements = to_list(elements);
+}
+
+void model_t::apply_limits(const std::set<QString>& _ids, const installation_t& _part) {
+    for (const QString& id : _ids) {
+        gate->set_limits(id, _part.items.value(id).limits);
+    }
 }
 
 void model_t::put_item(const QString& _id) {
@@ -120,8 +129,8 @@ QStringList model_t::apply_items(const std::set<QString>& _ids, const installati
     const persistent::dbs::ps_items_t* items = database->getPersistent()->getData()->getItems();
     QStringList changed;
     for (const QString& id : _ids) {
-        const auto value = _part.items.constFind(id);
-        if (value == _part.items.constEnd()) {
+        const auto item = _part.items.constFind(id);
+        if (item == _part.items.constEnd()) {
             table_writer_t(database).remove<objects::ps_object_item_t>(id);
             realtime->forget_item(id);
             changed.append(id);
@@ -130,7 +139,7 @@ QStringList model_t::apply_items(const std::set<QString>& _ids, const installati
         if (items->list(id) == nullptr) {
             put_item(id);
         }
-        if (realtime->take_item(id, *value)) {
+        if (realtime->take_item(id, item->value)) {
             changed.append(id);
         }
     }

@@ -6,6 +6,7 @@
 #include "installation/installation_t.h"
 #include "live/realtime_writer_t.h"
 #include "live/shown_state_t.h"
+#include "live/write_gate_t.h"
 #include "store/change_batch_t.h"
 
 namespace database::live {
@@ -23,7 +24,7 @@ struct model_changes_t {
 /// Makes the objects in memory hold what values from the store say. Emits nothing.
 class model_t {
  public:
-    model_t(database_t* _database, realtime_writer_t* _realtime);
+    model_t(database_t* _database, realtime_writer_t* _realtime, write_gate_t* _gate);
 
     /// Replaces everything; unsaved realtime values give way to the store's. Only what is hidden by
     /// it is told.
@@ -36,6 +37,7 @@ class model_t {
  private:
     void replace(const store::change_batch_t& _batch, const installation::installation_t& _part,
                  model_changes_t* _changes);
+    void apply_limits(const std::set<QString>& _ids, const installation::installation_t& _part);
     void put_item(const QString& _id);
     void put_scenario(const QString& _id);
 
@@ -56,6 +58,7 @@ class model_t {
 
     QPointer<database_t> database;
     realtime_writer_t* const realtime;
+    write_gate_t* const gate;
 };
 
 }  // namespace database::live

@@ -7,15 +7,13 @@ namespace database::live {
 using persistent::ps_requests_t;
 
 simulated_bus_t::simulated_bus_t(database_t* _database, realtime_writer_t* _realtime,
-                                 QObject* _parent)
+                                 const write_gate_t* _gate, QObject* _parent)
     : QObject(_parent), database(_database), realtime(_realtime) {
-    const ps_requests_t* requests = _database->getPersistent()->getRequests();
     connect(
-        requests, &ps_requests_t::itemValueRequested, this,
-        [this](const QString& _id, const QString& _value) { realtime->write_item(_id, _value); },
-        Qt::QueuedConnection);
+        _gate, &write_gate_t::item_asked, this,
+        [this](const QString& _id, const QString& _value) { realtime->write_item(_id, _value); });
     connect(
-        requests, &ps_requests_t::scenaryExecutionRequested, this,
+        _database->getPersistent()->getRequests(), &ps_requests_t::scenaryExecutionRequested, this,
         [this](const QString& _id, bool _execution) { realtime->write_scenario(_id, _execution); },
         Qt::QueuedConnection);
     connect(&timer, &QTimer::timeout, this, &simulated_bus_t::step);

@@ -6,6 +6,7 @@
 #include <random>
 
 #include "live/realtime_writer_t.h"
+#include "live/write_gate_t.h"
 
 namespace database::live {
 
@@ -17,14 +18,15 @@ struct drift_t {
     quint32 seed = 1;  ///< the same seed gives the same walk
 };
 
-/// Stands in for a bus driver: answers every write request by setting the value, and can let
-/// temperatures drift. A request for the value that is there already is answered too, as a real
-/// bus repeats the telegram: whoever asked waits for an answer.
+/// Stands in for a bus driver: answers every write request that the gate lets through by setting
+/// the value, and can let temperatures drift. A request for the value that is there already is
+/// answered too, as a real bus repeats the telegram: whoever asked waits for an answer.
 class simulated_bus_t : public QObject {
     Q_OBJECT
 
  public:
-    simulated_bus_t(database_t* _database, realtime_writer_t* _realtime,
+    /// @param _gate what asks for values
+    simulated_bus_t(database_t* _database, realtime_writer_t* _realtime, const write_gate_t* _gate,
                     QObject* _parent = nullptr);
     ~simulated_bus_t() override;
 

@@ -15,11 +15,13 @@ struct change_batch_t {
     bool topic = false;
     bool accounts = false;  ///< a user name or a password changed, users came or went
     std::set<QString> items, scenarios, thermostats, elements, users;
+    std::set<QString> limits;  ///< items of which clients may write something else
 
     /// Takes out the keys that are no identifiers: nothing in memory has such a one, and nobody is
     /// to hear of it.
     void drop_unnamed() {
-        for (std::set<QString>* keys : {&items, &scenarios, &thermostats, &elements, &users}) {
+        for (std::set<QString>* keys :
+             {&items, &scenarios, &thermostats, &elements, &users, &limits}) {
             std::erase_if(*keys,
                           [](const QString& _key) { return !identifier_error(_key).isEmpty(); });
         }

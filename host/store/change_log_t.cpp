@@ -13,6 +13,8 @@ void add(const QString& _tab, const QString& _key, change_batch_t* _batch) {
         _batch->elements.insert(_key);
     } else if (_tab == QLatin1String("items")) {
         _batch->items.insert(_key);
+    } else if (_tab == QLatin1String("limits")) {
+        _batch->limits.insert(_key);
     } else if (_tab == QLatin1String("scenarios")) {
         _batch->scenarios.insert(_key);
     } else if (_tab == QLatin1String("thermostats")) {

@@ -63,7 +63,8 @@ result_t complete_layout_2(connection_t& _connection) {
 /// One for each layout that was ever in use, the oldest first.
 const QList<step_t>& steps() {
     static const QList<step_t> list{
-        {1, {QStringLiteral("set_aside")}, mend_layout_1, complete_layout_2}};
+        {1, {QStringLiteral("set_aside")}, mend_layout_1, complete_layout_2},
+        {2, {}, nullptr, nullptr}};
     return list;
 }
 

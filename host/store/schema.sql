@@ -1,4 +1,4 @@
--- The installation on disk, layout 2. Statements are separated by empty lines.
+-- The installation on disk, layout 3. Statements are separated by empty lines.
 --
 -- Who writes does not matter: the triggers note every change in "changes", one row for each
 -- affected item, scenario, thermostat, element or user, in the writer's own transaction. They also
@@ -27,13 +27,23 @@ CREATE TABLE meta (
                AND value NOT GLOB '/*' AND value NOT GLOB '*/' AND instr(value, '//') = 0
                AND value || '/' NOT GLOB 'api/*')));
 
+-- What clients may write: nothing (writable 0), numbers from min to max, in whole steps; NULL: any.
 CREATE TABLE items (
     id TEXT NOT NULL PRIMARY KEY
         CONSTRAINT "id must be 1 to 64 of the characters 0-9 a-z A-Z . _ -, without request"
         CHECK (typeof(id) = 'text' AND length(id) BETWEEN 1 AND 64 AND instr(id, char(0)) = 0
                AND id NOT GLOB '*[^0-9a-zA-Z._-]*' AND instr(id, 'request') = 0),
     value TEXT NOT NULL DEFAULT '' CONSTRAINT "value must be text without NUL"
-        CHECK (typeof(value) = 'text' AND instr(value, char(0)) = 0));
+        CHECK (typeof(value) = 'text' AND instr(value, char(0)) = 0),
+    writable INTEGER NOT NULL DEFAULT 1 CONSTRAINT "writable must be 0 or 1"
+        CHECK (writable IN (0, 1)),
+    min REAL CONSTRAINT "min must be a number"
+        CHECK (min IS NULL OR (typeof(min) = 'real' AND abs(min) < 9e999)),
+    max REAL CONSTRAINT "max must be a number"
+        CHECK (max IS NULL OR (typeof(max) = 'real' AND abs(max) < 9e999)),
+    step REAL CONSTRAINT "step must be a number above 0"
+        CHECK (step IS NULL OR (typeof(step) = 'real' AND step > 0 AND step < 9e999)),
+    CONSTRAINT "min must not be above max" CHECK (min <= max));
 
 CREATE TABLE scenarios (
     id TEXT NOT NULL PRIMARY KEY
@@ -135,6 +145,13 @@ END;
 
 CREATE TRIGGER items_updated AFTER UPDATE ON items WHEN OLD.value IS NOT NEW.value BEGIN
     INSERT INTO changes (tab, key) VALUES ('items', NEW.id);
+END;
+
+-- Apart from the value: the server may hold a newer one that it has not saved yet.
+CREATE TRIGGER items_limits AFTER UPDATE ON items
+WHEN OLD.writable IS NOT NEW.writable OR OLD.min IS NOT NEW.min OR OLD.max IS NOT NEW.max
+    OR OLD.step IS NOT NEW.step BEGIN
+    INSERT INTO changes (tab, key) VALUES ('limits', NEW.id);
 END;
 
 CREATE TRIGGER items_renamed AFTER UPDATE OF id ON items WHEN OLD.id IS NOT NEW.id BEGIN

@@ -1,6 +1,7 @@
 #include "store/store_reader_t.h"
 
 #include <QSqlQuery>
+#include <limits>
 
 #include "database/name_rules.h"
 #include "installation/tidy.h"
@@ -14,6 +15,20 @@ namespace {
 
 QString select(const char* _sql, const char* _where) {
     return QLatin1String(_sql) + QLatin1String(_where);
+}
+
+/// What is no number is none that a rule could take for one.
+std::optional<double> limit(const QVariant& _value) {
+    if (_value.isNull()) {
+        return std::nullopt;
+    }
+    const bool is_number =
+        _value.typeId() == QMetaType::Double || _value.typeId() == QMetaType::LongLong;
+    return is_number ? _value.toDouble() : std::numeric_limits<double>::quiet_NaN();
+}
+
+bool is_flag(const QVariant& _value) {
+    return _value == QVariant(qlonglong(0)) || _value == QVariant(qlonglong(1));
 }
 
 /// A reference that is no text leads nowhere.
@@ -53,6 +68,7 @@ result_t store_reader_t::read_batch(const change_batch_t& _batch, installation_t
     };
     for (const step_t& step : {
              step_t{&store_reader_t::read_items, _batch.items, " WHERE id = ?"},
+             step_t{&store_reader_t::read_items, _batch.limits, " WHERE id = ?"},
              step_t{&store_reader_t::read_scenarios, _batch.scenarios, " WHERE id = ?"},
              step_t{&store_reader_t::read_thermostats, _batch.thermostats, " WHERE id = ?"},
              step_t{&store_reader_t::read_thermostat_ids, _batch.thermostats,
@@ -101,13 +117,22 @@ result_t store_reader_t::read_topic(installation_t* _target) {
 }
 
 result_t store_reader_t::read_items(const filter_t& _filter, installation_t* _target) {
-    return connection.each(select("SELECT id, value FROM items", _filter.where), _filter.values,
-                           [this, _target](const QSqlQuery& _row) {
-                               if (is_named("items", _row)) {
-                                   _target->items.insert(_row.value(0).toString(),
-                                                         _row.value(1).toString());
-                               }
-                           });
+    return connection.each(
+        select("SELECT id, value, writable, min, max, step FROM items", _filter.where),
+        _filter.values, [this, _target](const QSqlQuery& _row) {
+            if (!is_named("items", _row)) {
+                return;
+            }
+            const bool is_told = is_flag(_row.value(2));
+            if (!is_told) {
+                note({QStringLiteral("items/%1 is not writable: writable must be 0 or 1")
+                          .arg(shown(_row.value(0).toString()))});
+            }
+            _target->items.insert(_row.value(0).toString(),
+                                  {_row.value(1).toString(),
+                                   {is_told && _row.value(2).toBool(), limit(_row.value(3)),
+                                    limit(_row.value(4)), limit(_row.value(5))}});
+        });
 }
 
 result_t store_reader_t::read_scenarios(const filter_t& _filter, installation_t* _target) {

@@ -7,6 +7,14 @@ namespace database::store {
 using ::base::result_t;
 using installation::installation_t;
 
+namespace {
+
+QVariant limit_value(const std::optional<double>& _limit) {
+    return _limit ? QVariant(*_limit) : QVariant();
+}
+
+}  // namespace
+
 result_t store_writer_t::clear() {
     for (const char* table : {"permissions", "functions", "thermostat_ids", "elements",
                               "thermostats", "users", "scenarios", "items", "meta"}) {
@@ -37,8 +45,11 @@ result_t store_writer_t::write_items(const installation_t& _installation) {
     result_t result;
     for (auto i = _installation.items.begin(); result.is_ok() && i != _installation.items.end();
          ++i) {
-        result = connection.run(QStringLiteral("INSERT INTO items (id, value) VALUES (?, ?)"),
-                                {text_value(i.key()), text_value(i.value())});
+        result = connection.run(
+            QStringLiteral("INSERT INTO items (id, value, writable, min, max, step) "
+                           "VALUES (?, ?, ?, ?, ?, ?)"),
+            {text_value(i.key()), text_value(i->value), int(i->limits.writable),
+             limit_value(i->limits.min), limit_value(i->limits.max), limit_value(i->limits.step)});
     }
     return result;
 }

@@ -3,21 +3,22 @@
 #include <QDir>
 #include <QTemporaryDir>
 
-#include "kit/layout_1.h"
+#include "kit/former_layout.h"
 #include "store/open_database.h"
 
 namespace sample {
 
-/// A folder of its own with a database of layout 1, see layout_1_t.
+/// A folder of its own with a database of a former layout, see former_layout_t.
 struct old_home_t {
-    explicit old_home_t(const QStringList& _more = {}) {
-        if (const layout_1_t made(path, _more); !made.error.isEmpty()) {
+    explicit old_home_t(const QStringList& _more = {}, int _layout = 1)
+        : copy(folder.filePath(QStringLiteral("installation.layout-%1.db").arg(_layout))) {
+        if (const former_layout_t made(path, _more, _layout); !made.error.isEmpty()) {
             qFatal("%s", qPrintable(made.error));
         }
     }
 
     /// Another home with the same database.
-    old_home_t(const old_home_t& _other) {
+    old_home_t(const old_home_t& _other) : copy(file(QFileInfo(_other.copy).fileName())) {
         if (!QFile::copy(_other.path, path)) {
             qFatal("The database cannot be copied.");
         }
@@ -30,7 +31,7 @@ struct old_home_t {
         return opened.is_ok() ? opened.value : QStringList(opened.error);
     }
 
-    QString file(const char* _name) const { return folder.filePath(QLatin1String(_name)); }
+    QString file(const QString& _name) const { return folder.filePath(_name); }
     QStringList files() const {
         return QDir(folder.path()).entryList(QDir::Files | QDir::System | QDir::Hidden, QDir::Name);
     }
@@ -43,7 +44,7 @@ struct old_home_t {
 
     QTemporaryDir folder;
     QString path = file("installation.db");
-    QString copy = file("installation.layout-1.db");  ///< where the copy is to be
+    QString copy;  ///< where the copy is to be
 };
 
 }  // namespace sample

@@ -6,8 +6,8 @@
 #include <QtTest>
 #include <thread>
 
+#include "kit/former_layout.h"
 #include "kit/free_port.h"
-#include "kit/layout_1.h"
 #include "kit/small_home.h"
 #include "system/support/api_user.h"
 
@@ -89,7 +89,7 @@ void tst_startup::a_damaged_database_is_refused_and_left_as_it_is() {
 void tst_startup::a_home_of_the_former_layout_is_served_and_told() {
     host_process_t host;
     const QString path = host.data() + "/installation.db";
-    QCOMPARE(sample::layout_1_t(path, {"INSERT INTO items VALUES ('my-request', '')"}).error,
+    QCOMPARE(sample::former_layout_t(path, {"INSERT INTO items VALUES ('my-request', '')"}).error,
              QString());
     // It is an installation, so that no sample is looked for.
     QVERIFY2(host.start({"--sample", "/nonexistent/sample.json"}), qPrintable(host.error()));
@@ -98,7 +98,7 @@ void tst_startup::a_home_of_the_former_layout_is_served_and_told() {
     QString told;
     QTRY_VERIFY(
         (told += QString::fromUtf8(log.readAll())).contains("items/my-request is set aside: "));
-    QVERIFY2(told.contains(path + " had layout 1 and has layout 2 now; what it was is kept in " +
+    QVERIFY2(told.contains(path + " had layout 1 and has layout 3 now; what it was is kept in " +
                            host.data() + "/installation.layout-1.db."),
              qPrintable(told));
     mqtt_client_t alice;

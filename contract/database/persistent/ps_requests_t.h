@@ -5,9 +5,9 @@
 
 namespace database::persistent {
 
-/// Where write requests leave the database: whoever owns the items (a bus driver, else the
-/// simulated bus) connects here and answers by changing the realtime value. A request only asks;
-/// connect queued, so that it never blocks its caller.
+/// Where write requests leave the database, for the host's gate and then whoever owns the items (a
+/// bus driver, else the simulated bus), who answers by changing the realtime value. A request only
+/// asks; connect queued, so that it never blocks its caller.
 class ps_requests_t : public QObject {
     Q_OBJECT
 

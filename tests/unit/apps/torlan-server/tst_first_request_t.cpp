@@ -3,6 +3,7 @@
 #include <QTest>
 
 #include "fakes/memory_database_t.h"
+#include "live/write_gate_t.h"
 
 using torlan::first_request_t;
 
@@ -17,7 +18,7 @@ class tst_first_request_t : public QObject {
         db.grant("u-a", "e-temperature", 3);
         db.grant("u-a", "e-unconnected", 3);
         db.grant("u-b", "e-lamp", 3);
-        const auto request = first_request_t::find(*db.get());
+        const auto request = find(db);
         QVERIFY(request);
         QCOMPARE(request->username, QStringLiteral("bob"));
         QCOMPARE(request->element, QStringLiteral("e-lamp"));
@@ -30,15 +31,24 @@ class tst_first_request_t : public QObject {
         fill(&db);
         db.add_item("i-lamp", "1");
         db.grant("u-b", "e-lamp", 3);
-        QCOMPARE(first_request_t::find(*db.get())->value, QStringLiteral("0"));
+        QCOMPARE(find(db)->value, QStringLiteral("0"));
+    }
+
+    void what_an_item_would_not_take_is_not_proposed() {
+        fakes::memory_database_t db;
+        fill(&db);
+        db.grant("u-b", "e-lamp", 3);
+        database::live::write_gate_t gate(db.get());
+        gate.set_limits("i-lamp", {.writable = false});
+        QVERIFY(!first_request_t::find(*db.get(), gate));
     }
 
     void without_such_a_user_there_is_none() {
         fakes::memory_database_t db;
-        QVERIFY(!first_request_t::find(*db.get()));
+        QVERIFY(!find(db));
         fill(&db);
         db.grant("u-b", "e-lamp", 2);
-        QVERIFY(!first_request_t::find(*db.get()));
+        QVERIFY(!find(db));
     }
 
     void the_lines_can_be_pasted() {
@@ -56,6 +66,9 @@ class tst_first_request_t : public QObject {
     }
 
  private:
+    static std::optional<first_request_t> find(fakes::memory_database_t& _db) {
+        return first_request_t::find(*_db.get(), database::live::write_gate_t(_db.get()));
+    }
     static void fill(fakes::memory_database_t* _db) {
         _db->add_item("i-lamp", "0");
         _db->add_item("i-temperature", "21.5");

@@ -76,9 +76,9 @@ void tst_commands::removed_user_takes_its_grants_along() {
 
 void tst_commands::set_reports_a_value_that_may_begin_with_a_minus_sign() {
     QCOMPARE((*torlanctl)({"set", "i-lamp", "-5.5"}).error, QString());
-    QCOMPARE(torlanctl->stored().items["i-lamp"], "-5.5");
+    QCOMPARE(torlanctl->stored().items["i-lamp"].value, "-5.5");
     QCOMPARE((*torlanctl)({"set", "i-lamp", "zwölf ü\n"}).error, QString());
-    QCOMPARE(torlanctl->stored().items["i-lamp"], "zwölf ü\n");
+    QCOMPARE(torlanctl->stored().items["i-lamp"].value, "zwölf ü\n");
 }
 
 void tst_commands::refusal_is_one_sentence_that_names_the_thing_data() {

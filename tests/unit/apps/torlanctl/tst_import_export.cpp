@@ -1,6 +1,6 @@
 #include <QTest>
 
-#include "kit/layout_1.h"
+#include "kit/former_layout.h"
 #include "unit/apps/torlanctl/torlanctl_t.h"
 
 class tst_import_export : public QObject {
@@ -85,7 +85,7 @@ void tst_import_export::what_an_odd_database_exports_can_be_imported() {
          {"PRAGMA ignore_check_constraints = ON",
           "UPDATE elements SET name = 'Lamp' || char(7) || char(0) || '!' WHERE id = 'e-lamp'",
           "INSERT INTO elements (id, type) VALUES (hex(zeroblob(41)), 1), (x'61', 1), ('a b', 1)",
-          "INSERT INTO items VALUES ('i/1', '1'), ('i-2', '4' || char(0) || '2')",
+          "INSERT INTO items (id, value) VALUES ('i/1', '1'), ('i-2', '4' || char(0) || '2')",
           "INSERT INTO functions VALUES ('e-lamp', 'up' || char(10), 'i/1'), ('e-lamp', '', NULL)",
           "INSERT INTO elements (id, type) VALUES ('e-8', 8), ('e-17', 17)",
           "INSERT INTO users VALUES ('u-eve', 'eve', 'clear text'), ('u-x', 'x+', 'hash')",
@@ -105,18 +105,18 @@ void tst_import_export::what_an_odd_database_exports_can_be_imported() {
     const auto stored = second.stored();
     QCOMPARE(stored.elements.keys(), QStringList({"e-17", "e-8", "e-lamp", "e-night", "e-therm"}));
     QCOMPARE(stored.elements["e-lamp"].name, "Lamp  !");
-    QCOMPARE(stored.items["i-2"], "42");
+    QCOMPARE(stored.items["i-2"].value, "42");
     QCOMPARE(stored.users.keys(), QStringList({"u-alice", "u-bob"}));
 }
 
 void tst_import_export::a_database_of_the_former_layout_is_migrated_and_told_once() {
     const torlanctl_t torlanctl;
     const QString path = torlanctl.data() + "/installation.db";
-    QCOMPARE(sample::layout_1_t(path).error, QString());
+    QCOMPARE(sample::former_layout_t(path).error, QString());
     const call_t first = torlanctl({"set", "i-lamp", "0"});
     QCOMPARE(first.status, 0);
     QCOMPARE(first.error, "torlanctl: The database " + path +
-                              " had layout 1 and has layout 2 now; what it was is kept in " +
+                              " had layout 1 and has layout 3 now; what it was is kept in " +
                               torlanctl.data() + "/installation.layout-1.db.");
     QCOMPARE(torlanctl({"export"}).error, QString());
     QVERIFY(torlanctl.stored() == sample::installation());
@@ -156,7 +156,7 @@ void tst_import_export::import_reads_from_a_pipe() {
     QByteArray large = R"({"topic": "home", "items": {"i": {"value": ")";
     large += QByteArray(300000, 'x') + "\"}}}";
     QCOMPARE(torlanctl({"import", "/dev/stdin"}, large).error, QString());
-    QCOMPARE(torlanctl.stored().items["i"].size(), 300000);
+    QCOMPARE(torlanctl.stored().items["i"].value.size(), 300000);
 }
 
 void tst_import_export::import_of_a_file_without_an_end_is_refused() {

@@ -30,7 +30,8 @@ class tst_document_reader : public QObject {
 void tst_document_reader::whole_document_is_read() {
     const auto result = read_document(R"({
         "topic": "home/1",
-        "items": {"i-a": {"value": "21.5"}, "i-b": {}},
+        "items": {"i-a": {"value": "21.5", "writable": false, "min": 5, "max": 35.5, "step": 0.5},
+                  "i-b": {}},
         "scenarios": {"s-a": {"execution": true}, "s-b": {}},
         "thermostats": {"t-a": {"ids": {"setpoint": "i-a"}, "id_actual": "i-b",
                                 "id_windows_contact": "i-a"}, "t-b": {}},
@@ -47,8 +48,9 @@ void tst_document_reader::whole_document_is_read() {
     QCOMPARE(result.error, QString());
     const installation_t& whole = result.value;
     QCOMPARE(whole.topic, "home/1");
-    QCOMPARE(whole.items, (QMap<QString, QString>{{"i-a", "21.5"}, {"i-b", ""}}));
-    QVERIFY(!whole.items["i-b"].isNull());
+    QCOMPARE(whole.items,
+             (QMap<QString, item_t>{{"i-a", {"21.5", {false, 5, 35.5, 0.5}}}, {"i-b", {""}}}));
+    QVERIFY(!whole.items["i-b"].value.isNull());
     QCOMPARE(whole.scenarios, (QMap<QString, bool>{{"s-a", true}, {"s-b", false}}));
     QVERIFY((whole.thermostats["t-a"] == thermostat_t{{{"setpoint", "i-a"}}, "i-b", "i-a"}));
     QVERIFY(whole.thermostats["t-b"] == thermostat_t{});
@@ -84,6 +86,12 @@ void tst_document_reader::wrong_shape_is_told_with_its_place_data() {
     row("item", R"("items": {"i": "0"})", "items/i: must be an object");
     row("value", R"("items": {"i": {"value": 0}})", "items/i/value: must be text");
     row("item key", R"("items": {"i": {"v": ""}})", R"(items/i: there is no such key as "v")");
+    row("writable", R"("items": {"i": {"writable": 0}})",
+        "items/i/writable: must be true or false");
+    row("min", R"("items": {"i": {"min": "0"}})", "items/i/min: must be a number");
+    row("max", R"("items": {"i": {"max": null}})", "items/i/max: must be a number");
+    row("step", R"("items": {"i": {"step": 0}})", "items/i/step: must be a number above 0");
+    row("step", R"("items": {"i": {"step": true}})", "items/i/step: must be a number above 0");
     row("execution", R"("scenarios": {"s": {"execution": "true"}})",
         "scenarios/s/execution: must be true or false");
     row("ids", R"("thermostats": {"t": {"ids": ["a"]}})", "thermostats/t/ids: must be an object");

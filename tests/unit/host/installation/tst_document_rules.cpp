@@ -53,6 +53,9 @@ void tst_document_rules::names() {
         "thermostats/t/ids/: a name must not be empty");
     row("value", R"({"topic": "x", "items": {"i": {"value": "\u0000"}}})",
         "items/i/value: must be text without NUL characters");
+    row("range", R"({"topic": "x", "items": {"i": {"min": 1, "max": 0.5}}})",
+        "items/i: min must not be above max");
+    row("range of one", R"({"topic": "x", "items": {"i": {"min": 1, "max": 1}}})", "");
 }
 
 void tst_document_rules::references() {

@@ -24,7 +24,9 @@ const QString some_hash = "$7$101$" + QString(16, 'A') + "$" + QString(86, 'A') 
 installation_t sample() {
     installation_t whole;
     whole.topic = "home/1";
-    whole.items = {{"i-a", "0"}, {"i-b", "line\n\"quoted\" ü"}};
+    whole.items = {{"i-a", {"0", {false, 0, 0.1, 1e-9}}},
+                   {"i-b", {"line\n\"quoted\" ü", {true, -1e300, {}, {}}}},
+                   {"i-c", {"1"}}};
     whole.scenarios = {{"s-a", true}};
     whole.thermostats = {{"t-a", {{{"mode", "i-a"}, {"x", QString()}}, "i-b", "i-a"}}, {"t-b", {}}};
     whole.elements = {{"e-a", {"Küche", 1, 0, {{"execute", "i-a"}, {"x", QString()}}, {}, {}}},
@@ -40,7 +42,7 @@ installation_t sample() {
 void tst_document_writer::document_has_ordered_keys_and_ends_with_a_line_feed() {
     installation_t whole;
     whole.topic = "home";
-    whole.items = {{"i-b", "1"}, {"i-a", "0"}};
+    whole.items = {{"i-b", {"1", {false, 0, 100, 0.5}}}, {"i-a", {"0"}}};
     QCOMPARE(write_document(whole, passwords_t::hashed), QByteArray(R"({
     "elements": {
     },
@@ -49,7 +51,11 @@ void tst_document_writer::document_has_ordered_keys_and_ends_with_a_line_feed() 
             "value": "0"
         },
         "i-b": {
-            "value": "1"
+            "max": 100,
+            "min": 0,
+            "step": 0.5,
+            "value": "1",
+            "writable": false
         }
     },
     "permissions": {
@@ -98,7 +104,7 @@ void tst_document_writer::large_installation_is_read_back_in_seconds() {
     installation_t whole = sample();
     for (int i = 0; i < 10000; ++i) {
         const QString number = QString::number(i);
-        whole.items["i-" + number] = number;
+        whole.items["i-" + number].value = number;
         whole.elements["e-" + number] = {"Lamp", 1, 0, {{"execute", "i-" + number}}, {}, {}};
         whole.permissions["u-a"]["e-" + number] = 3;
     }

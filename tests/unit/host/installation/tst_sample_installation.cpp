@@ -5,6 +5,7 @@
 #include "accounts/broker_hash.h"
 #include "installation/document_reader.h"
 #include "installation/document_writer.h"
+#include "installation/item_limits.h"
 
 using namespace database::installation;
 
@@ -18,6 +19,8 @@ class tst_sample_installation : public QObject {
     void every_kind_of_element_is_there();
     void users_have_each_of_the_four_rights();
     void alice_signs_in_with_the_password_that_is_told();
+    void items_take_what_makes_sense_data();
+    void items_take_what_makes_sense();
 
  private:
     QSet<int> types() const;
@@ -80,6 +83,40 @@ void tst_sample_installation::users_have_each_of_the_four_rights() {
 
 void tst_sample_installation::alice_signs_in_with_the_password_that_is_told() {
     QVERIFY(accounts::verify_password("sample-alice", home.users["u-alice"].password_hash));
+}
+
+void tst_sample_installation::items_take_what_makes_sense_data() {
+    QTest::addColumn<QString>("item");
+    QTest::addColumn<QStringList>("taken");
+    QTest::addColumn<QStringList>("refused");
+    const auto row = [](const char* _title, const char* _item, const QStringList& _taken,
+                        const QStringList& _refused) {
+        QTest::newRow(_title) << QString(_item) << _taken << _refused;
+    };
+    row("lamp", "i-kitchen-ceiling", {"0", "1"}, {"3.5", "0.5", "2", "-1", "on"});
+    row("level", "i-living-ceiling-level", {"0", "55.5", "100"}, {"101", "-1"});
+    row("blind", "i-bedroom-blind-position", {"0", "100"}, {"101", "-1"});
+    row("set point", "i-living-setpoint", {"5", "21.5", "35"}, {"4", "36", "eco"});
+    row("mode", "i-living-mode", {"eco", "1"}, {});
+    row("siren", "i-scene-panic-siren", {"0", "1"}, {"2"});
+    for (const char* item : {"i-bedroom-window", "i-hall-door", "i-living-terrace",
+                             "i-living-temperature", "i-bathroom-humidity",
+                             "i-kitchen-coffee-power", "i-living-valve", "i-service-pump-hours"}) {
+        row(item, item, {}, {"0", "1"});
+    }
+}
+
+void tst_sample_installation::items_take_what_makes_sense() {
+    QFETCH(QString, item);
+    QFETCH(QStringList, taken);
+    QFETCH(QStringList, refused);
+    QVERIFY(home.items.contains(item));
+    for (const QString& value : taken) {
+        QCOMPARE(refusal(home.items[item].limits, value), QString());
+    }
+    for (const QString& value : refused) {
+        QVERIFY2(!refusal(home.items[item].limits, value).isEmpty(), qPrintable(value));
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_sample_installation)

@@ -42,7 +42,7 @@ class tst_tidy : public QObject {
         QFETCH(QString, name);
         QFETCH(QString, error);
         installation_t part;
-        part.items[name] = "1";
+        part.items[name].value = "1";
         part.scenarios[name] = true;
         part.thermostats[name] = {};
         part.elements[name] = {"Lamp", 1, 0, {}, {}, {}};
@@ -76,7 +76,7 @@ class tst_tidy : public QObject {
         row(
             "no topic", [](installation_t* _w) { _w->topic.clear(); }, "");
         row(
-            "item", [](installation_t* _w) { _w->items["i\n1"] = ""; },
+            "item", [](installation_t* _w) { _w->items["i\n1"].value = ""; },
             "items/i?1 is left out: the identifier " + alphabet);
         row(
             "user name", [](installation_t* _w) { _w->users["u-bob"].username = "b/b"; },
@@ -88,8 +88,15 @@ class tst_tidy : public QObject {
             "hash", [](installation_t* _w) { _w->users["u-bob"].password_hash = "hash"; },
             "users/u-bob is left out: the password hash must be $7$iterations$salt$hash");
         row(
-            "value", [](installation_t* _w) { _w->items["i-dim"] = QString("4") + QChar(0) + "0"; },
+            "value",
+            [](installation_t* _w) { _w->items["i-dim"].value = QString("4") + QChar(0) + "0"; },
             "items/i-dim/value is cleaned: must be text without NUL characters");
+        row(
+            "limits",
+            [](installation_t* _w) {
+                _w->items["i-dim"].limits = {true, 1, 0, {}};
+            },
+            "items/i-dim is not writable: min must not be above max");
         row(
             "element name", [](installation_t* _w) { _w->elements["e-lamp"].name = "a\tb"; },
             "elements/e-lamp/name is cleaned: must be text without control characters");
@@ -157,11 +164,11 @@ class tst_tidy : public QObject {
     void what_is_cleaned_is_kept() {
         installation_t whole = sample::installation();
         whole.elements["e-lamp"].name = QString("a\tb\n") + QChar(0xd800);
-        whole.items["i-dim"] = QString("4") + QChar(0) + "0\n";
+        whole.items["i-dim"].value = QString("4") + QChar(0) + "0\n";
         whole.elements["e-lamp"].functions = {{"exe\ncute", "i-lamp"}};
         QCOMPARE(tidy_whole(&whole).size(), 3);
         QCOMPARE(whole.elements["e-lamp"].name, "a b ?");
-        QCOMPARE(whole.items["i-dim"], "40\n");
+        QCOMPARE(whole.items["i-dim"].value, "40\n");
         QCOMPARE(whole.elements["e-lamp"].functions,
                  (QMap<QString, QString>{{"exe cute", "i-lamp"}}));
     }
@@ -178,7 +185,7 @@ class tst_tidy : public QObject {
             installation_t whole;
             for (int i = 0; i < 12; ++i) {
                 whole.topic = text();
-                whole.items[text()] = text();
+                whole.items[text()].value = text();
                 whole.scenarios[text()] = number() > 0;
                 whole.thermostats[text()] = {{{text(), text()}}, text(), text()};
                 whole.elements[text()] = {text(), number(), 0, {{text(), text()}, {text(), text()}},

@@ -276,6 +276,35 @@ class tst_change_feed_t : public QObject {
         QVERIFY(!db->getPersistent()->getData()->getElements()->getObjects().contains("e-night"));
     }
 
+    void other_limits_count_at_once_and_are_not_announced() {
+        realtime->write_item("i-win", "7");
+        notifier_log_t log(db.get(), feed.get());
+        QVERIFY(writer->write({"UPDATE items SET writable = 0 WHERE id = 'i-win'",
+                               "UPDATE items SET min = 0, max = 1 WHERE id = 'i-lamp'"}));
+        feed->check();
+        QCOMPARE(log.lines, QStringList());
+        QCOMPARE(gate->refusal("i-win", "1"), "it is not writable");
+        QCOMPARE(gate->refusal("i-lamp", "2"), "it is above 1");
+        QCOMPARE(value_of("i-win"), "7");
+    }
+
+    void limits_that_nobody_can_tell_let_nothing_through_data() {
+        QTest::addColumn<QString>("limits");
+        QTest::newRow("min") << "min = 'low'";
+        QTest::newRow("range") << "min = 1, max = 0";
+        QTest::newRow("step") << "step = -1";
+        QTest::newRow("writable") << "writable = 'yes'";
+    }
+    void limits_that_nobody_can_tell_let_nothing_through() {
+        QFETCH(QString, limits);
+        QSignalSpy told(feed.get(), &change_feed_t::failed);
+        QVERIFY(writer->write({"PRAGMA ignore_check_constraints = ON",
+                               "UPDATE items SET " + limits + " WHERE id = 'i-lamp'"}));
+        feed->check();
+        QCOMPARE(gate->refusal("i-lamp", "1"), "it is not writable");
+        QCOMPARE(told.count(), 1);
+    }
+
     void rows_are_pruned_once_read() {
         QVERIFY(writer->write({"UPDATE elements SET name = 'x'"}));
         QVERIFY(writer->read("SELECT count(*) FROM changes").toInt() > 0);
@@ -343,7 +372,7 @@ class tst_change_feed_t : public QObject {
         QVERIFY(writer->write(
             {"PRAGMA ignore_check_constraints = ON",
              "INSERT INTO elements (id, type) VALUES ('a/#', 1), (x'652d62', 1), ('e-new', 1)",
-             "INSERT INTO items VALUES ('i b', '1')", "INSERT INTO scenarios VALUES ('', 1)",
+             "INSERT INTO items (id, value) VALUES ('i b', '1')", "INSERT INTO scenarios VALUES ('', 1)",
              "INSERT INTO thermostats (id) VALUES ('request')",
              "INSERT INTO users VALUES ('u-eve', '+', 'hash'), ('u x', 'eve', 'hash')",
              "INSERT INTO permissions VALUES ('u-eve', 'e-lamp', 1), ('u-bob', 'a/#', 1)",
@@ -393,9 +422,10 @@ class tst_change_feed_t : public QObject {
         feed.reset();
         db = std::make_unique<database::database_t>();
         realtime = std::make_unique<realtime_writer_t>(db.get());
+        gate = std::make_unique<write_gate_t>(db.get());
         connection = std::make_unique<database::store::connection_t>();
         QCOMPARE(database::store::open_database(*connection, file->path(), 0).error, QString());
-        feed = std::make_unique<change_feed_t>(*connection, db.get(), realtime.get(), 2);
+        feed = std::make_unique<change_feed_t>(*connection, db.get(), realtime.get(), gate.get(), 2);
         QCOMPARE(feed->load().error, QString());
     }
     QString name_of(const QString& _id) {
@@ -414,6 +444,7 @@ class tst_change_feed_t : public QObject {
     std::unique_ptr<sample::foreign_writer_t> writer;
     std::unique_ptr<database::database_t> db;
     std::unique_ptr<realtime_writer_t> realtime;
+    std::unique_ptr<write_gate_t> gate;
     std::unique_ptr<database::store::connection_t> connection;
     std::unique_ptr<change_feed_t> feed;
 };

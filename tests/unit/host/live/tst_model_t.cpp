@@ -10,6 +10,7 @@
 using database::live::model_changes_t;
 using database::live::model_t;
 using database::live::realtime_writer_t;
+using database::live::write_gate_t;
 using database::persistent::objects::ps_object_user_t;
 namespace objects = database::persistent::objects;
 
@@ -20,7 +21,8 @@ class tst_model_t : public QObject {
     void init() {
         db = std::make_unique<database::database_t>();
         realtime = std::make_unique<realtime_writer_t>(db.get());
-        model = std::make_unique<model_t>(db.get(), realtime.get());
+        gate = std::make_unique<write_gate_t>(db.get());
+        model = std::make_unique<model_t>(db.get(), realtime.get(), gate.get());
         model->fill(sample::installation());
     }
 
@@ -106,10 +108,43 @@ class tst_model_t : public QObject {
         batch.items = {"i-lamp", "i-dim"};
         batch.scenarios = {"s-night"};
         auto part = sample::installation();
-        part.items["i-dim"] = "41";
+        part.items["i-dim"].value = "41";
         const model_changes_t changes = model->apply(batch, part);
         QCOMPARE(changes.items, QStringList("i-dim"));
         QCOMPARE(changes.scenarios, QStringList());
+    }
+
+    void what_items_take_is_known_to_the_gate() {
+        auto whole = sample::installation();
+        whole.items["i-win"].limits.writable = false;
+        model->fill(whole);
+        QCOMPARE(gate->refusal("i-win", "1"), "it is not writable");
+        QCOMPARE(gate->refusal("i-lamp", "1"), "");
+
+        database::store::change_batch_t batch;
+        batch.items = {"i-lamp"};
+        batch.limits = {"i-win"};
+        whole.items["i-win"].limits = {};
+        whole.items["i-lamp"].limits = {true, 0, 1, 1};
+        model->apply(batch, whole);
+        QCOMPARE(gate->refusal("i-win", "1"), "");
+        QCOMPARE(gate->refusal("i-lamp", "2"), "it is above 1");
+
+        whole.items.remove("i-lamp");
+        model->apply(batch, whole);
+        QCOMPARE(gate->refusal("i-lamp", "2"), "");
+        model->fill({});
+        QCOMPARE(gate->refusal("i-win", "1"), "");
+    }
+
+    void other_limits_leave_an_unsaved_value_alone() {
+        realtime->write_item("i-lamp", "9");
+        database::store::change_batch_t batch;
+        batch.limits = {"i-lamp"};
+        const model_changes_t changes = model->apply(batch, sample::installation());
+        QCOMPARE(changes.items, QStringList());
+        QCOMPARE(db->getRealtime()->getItems()->list("i-lamp")->getValue(), "9");
+        QCOMPARE(realtime->unsaved_items().size(), size_t(1));
     }
 
     void requests_of_loaded_items_reach_the_bus() {
@@ -131,6 +166,7 @@ class tst_model_t : public QObject {
 
     std::unique_ptr<database::database_t> db;
     std::unique_ptr<realtime_writer_t> realtime;
+    std::unique_ptr<write_gate_t> gate;
     std::unique_ptr<model_t> model;
 };
 

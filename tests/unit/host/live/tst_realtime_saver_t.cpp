@@ -21,9 +21,11 @@ class tst_realtime_saver_t : public QObject {
         feed.reset();
         db = std::make_unique<database::database_t>();
         realtime = std::make_unique<realtime_writer_t>(db.get());
+        gate = std::make_unique<write_gate_t>(db.get());
         connection = std::make_unique<database::store::connection_t>();
         QVERIFY(database::store::open_database(*connection, file->path(), 0).is_ok());
-        feed = std::make_unique<change_feed_t>(*connection, db.get(), realtime.get(), 64);
+        feed =
+            std::make_unique<change_feed_t>(*connection, db.get(), realtime.get(), gate.get(), 64);
         QVERIFY(feed->load().is_ok());
         make_saver(10, 5);
     }
@@ -127,6 +129,7 @@ class tst_realtime_saver_t : public QObject {
     std::unique_ptr<sample::foreign_writer_t> other;
     std::unique_ptr<database::database_t> db;
     std::unique_ptr<realtime_writer_t> realtime;
+    std::unique_ptr<write_gate_t> gate;
     std::unique_ptr<database::store::connection_t> connection;
     std::unique_ptr<change_feed_t> feed;
     std::unique_ptr<realtime_saver_t> saver;

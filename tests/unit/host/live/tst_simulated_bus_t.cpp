@@ -19,7 +19,8 @@ class tst_simulated_bus_t : public QObject {
         memory->add_thermostat("t-living", {{"setpoint", "i-lamp"}}, "i-temp", "");
         memory->add_scenary("s-night", false);
         realtime = std::make_unique<realtime_writer_t>(memory->get());
-        bus = std::make_unique<simulated_bus_t>(memory->get(), realtime.get());
+        gate = std::make_unique<write_gate_t>(memory->get());
+        bus = std::make_unique<simulated_bus_t>(memory->get(), realtime.get(), gate.get());
     }
 
     void a_request_is_answered_later_with_the_value() {
@@ -41,6 +42,23 @@ class tst_simulated_bus_t : public QObject {
         notifier_log_t log(memory->get());
         memory->data()->getItems()->list("i-lamp")->requestSetValue("0");
         QTRY_COMPARE(log.lines, QStringList("item i-lamp"));
+    }
+
+    void what_an_item_does_not_take_has_no_answer() {
+        gate->set_limits("i-lamp", {.writable = false});
+        notifier_log_t log(memory->get());
+        memory->data()->getItems()->list("i-lamp")->requestSetValue("1");
+        for (int i = 0; i < 10; ++i) {
+            QCoreApplication::processEvents();
+        }
+        QCOMPARE(log.lines, QStringList());
+        QCOMPARE(value("i-lamp"), "0");
+    }
+
+    void what_an_item_does_not_take_may_drift() {
+        gate->set_limits("i-temp", {.writable = false});
+        bus->simulate(true, {nullptr, 0, 1});
+        QTRY_VERIFY(value("i-temp") != "20.5");
     }
 
     void without_the_bus_a_request_has_no_answer() {
@@ -106,6 +124,7 @@ class tst_simulated_bus_t : public QObject {
 
     std::unique_ptr<fakes::memory_database_t> memory;
     std::unique_ptr<realtime_writer_t> realtime;
+    std::unique_ptr<write_gate_t> gate;
     std::unique_ptr<simulated_bus_t> bus;
 };
 

@@ -33,17 +33,45 @@ class tst_migration : public QObject {
     Q_OBJECT
 
  private Q_SLOTS:
+    void an_old_home_is_what_it_was_data() { every_layout(); }
     void an_old_home_is_what_it_was() {
-        const sample::old_home_t home;
+        QFETCH(int, layout);
+        const sample::old_home_t home({}, layout);
         QCOMPARE(home.migrate(),
-                 QStringList(QStringLiteral("The database %1 had layout 1 and has layout 2 now; "
-                                            "what it was is kept in %2.")
-                                 .arg(home.path, home.copy)));
+                 QStringList(QStringLiteral("The database %1 had layout %2 and has layout 3 now; "
+                                            "what it was is kept in %3.")
+                                 .arg(home.path, QString::number(layout), home.copy)));
         QVERIFY(home.installation() == sample::installation());
     }
 
+    void items_of_an_old_home_take_everything_data() { every_layout(); }
+    void items_of_an_old_home_take_everything() {
+        QFETCH(int, layout);
+        const sample::old_home_t home({}, layout);
+        home.migrate();
+        QCOMPARE(home.read("SELECT count(*) FROM items WHERE writable = 1 AND min IS NULL AND "
+                           "max IS NULL AND step IS NULL"),
+                 "5");
+    }
+
+    void what_was_set_aside_before_stays_so() {
+        const sample::old_home_t home(
+            {"INSERT INTO set_aside (tab, content, reason) VALUES ('items', '{}', 'old')"}, 2);
+        QCOMPARE(home.migrate().size(), 1);
+        QCOMPARE(home.read("SELECT group_concat(reason) FROM set_aside"), "old");
+    }
+
+    void when_it_was_imported_stays_told() {
+        const sample::old_home_t home({}, 2);
+        home.migrate();
+        QCOMPARE(home.read("SELECT value FROM meta WHERE key = 'imported'"),
+                 "2026-11-01T12:00:00Z");
+    }
+
+    void it_cannot_be_told_from_a_new_one_data() { every_layout(); }
     void it_cannot_be_told_from_a_new_one() {
-        const sample::old_home_t home;
+        QFETCH(int, layout);
+        const sample::old_home_t home({}, layout);
         home.migrate();
         const sample::file_t fresh;
         sample::foreign_writer_t old(home.path);
@@ -87,7 +115,7 @@ class tst_migration : public QObject {
         const auto whole = home.installation();
         QCOMPARE(whole.elements["e-lamp"].name, "Kitchen lamp");
         QCOMPARE(whole.elements["e-night"].name, "Night");
-        QCOMPARE(whole.items["i-dim"], "41");
+        QCOMPARE(whole.items["i-dim"].value, "41");
     }
 
     void a_server_that_follows_reads_everything_again_and_no_number_comes_back() {
@@ -169,13 +197,22 @@ class tst_migration : public QObject {
         first.join();
         second.join();
         QCOMPARE((notes[0] + notes[1]).size(), 1);
-        QVERIFY((notes[0] + notes[1]).constFirst().contains(" has layout 2 now; "));
+        QVERIFY((notes[0] + notes[1]).constFirst().contains(" has layout 3 now; "));
     }
 
     void every_older_layout_lacks_what_came_later() {
         QCOMPARE(tables_of_layout(schema_version), table_names());
         QVERIFY(!tables_of_layout(1).contains("set_aside"));
         QCOMPARE(tables_of_layout(1).size(), table_names().size() - 1);
+        QCOMPARE(tables_of_layout(2), table_names());
+    }
+
+ private:
+    static void every_layout() {
+        QTest::addColumn<int>("layout");
+        for (int layout = 1; layout < schema_version; ++layout) {
+            QTest::addRow("layout %d", layout) << layout;
+        }
     }
 };
 

@@ -29,7 +29,12 @@ class tst_schema : public QObject {
         };
         row("UPDATE items SET value = '1' WHERE id = 'i-lamp'", {"items i-lamp"});
         row("UPDATE items SET value = value", {});
-        row("INSERT INTO items VALUES ('i-new', '1')", {"items i-new"});
+        row("INSERT INTO items (id, value) VALUES ('i-new', '1')", {"items i-new"});
+        row("UPDATE items SET writable = 0 WHERE id = 'i-lamp'", {"limits i-lamp"});
+        row("UPDATE items SET min = 0, max = 1, step = 1 WHERE id = 'i-lamp'", {"limits i-lamp"});
+        row("UPDATE items SET value = '1', max = 1 WHERE id = 'i-lamp'",
+            {"items i-lamp", "limits i-lamp"});
+        row("UPDATE items SET writable = writable, min = min, max = max, step = step", {});
         row("DELETE FROM items WHERE id = 'i-lamp'", {"elements e-lamp", "items i-lamp"});
         row("DELETE FROM items WHERE id = 'i-temp'", {"items i-temp", "thermostats t-living"});
         row("DELETE FROM items WHERE id = 'i-set'", {"items i-set", "thermostats t-living"});

@@ -47,7 +47,7 @@ class tst_sqlite_store_t : public QObject {
         QVERIFY(store.open(file.path()).is_ok());
         installation_t small;
         small.topic = "installation/0002";
-        small.items = {{"i-only", "7"}};
+        small.items = {{"i-only", {"7", {false, -1, 1.5, 0.1}}}};
         QVERIFY(store.replace(small).is_ok());
         const installation_t whole = store.read().value;
         QVERIFY(whole == small);

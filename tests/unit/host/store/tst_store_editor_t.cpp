@@ -127,8 +127,8 @@ class tst_store_editor_t : public QObject {
         QVERIFY(editor.set_item("i-lamp", "1").is_ok());
         QVERIFY(editor.set_item("i-dim", QString()).is_ok());
         QVERIFY(editor.set_scenario("s-night", true).is_ok());
-        QCOMPARE(now().items["i-lamp"], "1");
-        QCOMPARE(now().items["i-dim"], "");
+        QCOMPARE(now().items["i-lamp"].value, "1");
+        QCOMPARE(now().items["i-dim"].value, "");
         QCOMPARE(now().scenarios["s-night"], true);
     }
 

@@ -6,17 +6,20 @@
 
 namespace sample {
 
-/// Makes a database as the programs of layout 1 made it, with what installation() holds.
-class layout_1_t {
+/// Makes a database as the programs of a former layout made it, with what installation() holds.
+class former_layout_t {
  public:
     /// @param _more statements on top, as an SQL shell can write them
-    explicit layout_1_t(const QString& _path, const QStringList& _more = {}) {
+    explicit former_layout_t(const QString& _path, const QStringList& _more = {}, int _layout = 1) {
         using access_t = database::store::connection_t::access_t;
         error = connection.open(_path, access_t::read_write, 1000).error;
         run(QStringLiteral("PRAGMA journal_mode = WAL"));
         run(QStringLiteral("BEGIN"));
-        make_tables();
+        make_tables(_layout);
         fill(installation());
+        if (_layout > 1) {
+            run("INSERT INTO meta VALUES ('imported', '2026-11-01T12:00:00Z')");
+        }
         run(QStringLiteral("COMMIT"));
         for (const QString& sql : _more) {
             run(sql);
@@ -31,15 +34,15 @@ class layout_1_t {
         error = error.isEmpty() ? connection.run(_sql, _values).error : error;
     }
 
-    void make_tables() {
-        QFile schema(QStringLiteral(TEST_DATA "/layout_1.sql"));
+    void make_tables(int _layout) {
+        QFile schema(QStringLiteral(TEST_DATA "/layout_%1.sql").arg(_layout));
         if (!schema.open(QIODevice::ReadOnly)) {
             error = schema.errorString();
         }
         QStringList statements = QString::fromUtf8(schema.readAll()).split(QStringLiteral("\n\n"));
         statements.removeFirst();  // the comment
         statements += {QStringLiteral("PRAGMA application_id = 1953460836"),
-                       QStringLiteral("PRAGMA user_version = 1")};
+                       QStringLiteral("PRAGMA user_version = %1").arg(_layout)};
         for (const QString& sql : statements) {
             run(sql);
         }
@@ -50,7 +53,7 @@ class layout_1_t {
     void fill(const database::installation::installation_t& _whole) {
         run("INSERT INTO meta VALUES ('topic', ?)", {_whole.topic});
         for (auto i = _whole.items.begin(); i != _whole.items.end(); ++i) {
-            run("INSERT INTO items VALUES (?, ?)", {i.key(), *i});
+            run("INSERT INTO items VALUES (?, ?)", {i.key(), i->value});
         }
         for (auto i = _whole.scenarios.begin(); i != _whole.scenarios.end(); ++i) {
             run("INSERT INTO scenarios VALUES (?, ?)", {i.key(), int(*i)});
