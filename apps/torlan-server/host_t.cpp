@@ -113,14 +113,14 @@ void host_t::stop() {
 
 base::result_t host_t::read_import() {
     if (!options.import_file.isEmpty()) {
-        return import.read(options.import_file);
+        return import.read(options.import_file, folder.file(database_name));
     }
     if (options.sample_file.isEmpty()) {
         return {};
     }
     // A file alone is no installation: the first start may have been killed before its import.
     const auto exists = database::store::holds_installation(folder.file(database_name), 5000);
-    return exists.is_ok() && !exists.value ? import.read(options.sample_file)
+    return exists.is_ok() && !exists.value ? import.read(options.sample_file, {})
                                            : base::result_t(exists);
 }
 

@@ -4,9 +4,11 @@
 
 #include "accounts/broker_hash.h"
 #include "installation/document_reader.h"
+#include "installation/shared_items.h"
 #include "logs/log_line.h"
 #include "program/file_reader_t.h"
 #include "store/sqlite_store_t.h"
+#include "store/stored_users.h"
 
 namespace torlan {
 
@@ -18,14 +20,15 @@ installation_import_t::installation_import_t(QObject* _parent) : QObject(_parent
 
 installation_import_t::~installation_import_t() = default;
 
-base::result_t installation_import_t::read(const QString& _file) {
+base::result_t installation_import_t::read(const QString& _file, const QString& _database) {
     file_reader_t reader(_file, database::installation::max_document_bytes);
     connect(this, &installation_import_t::given_up, &reader, &file_reader_t::give_up);
     const base::result_of_t<QByteArray> bytes = reader.read();
     if (!bytes.is_ok()) {
         return bytes;
     }
-    const auto document = database::installation::read_document(bytes.value, _file);
+    const auto document = database::installation::read_document(
+        bytes.value, _file, database::store::stored_users(_database, 5000));
     if (!document.is_ok()) {
         return document;
     }
@@ -48,7 +51,11 @@ base::result_t installation_import_t::write(const QString& _database) const {
     if (result.is_ok()) {
         result = store.replace(installation);
     }
-    for (const QString& sentence : store.take_notes()) {
+    QStringList notes = store.take_notes();
+    if (result.is_ok()) {
+        notes += database::installation::shared_items(installation);
+    }
+    for (const QString& sentence : notes) {
         utility::log_line(sentence, 3, "write", source, __LINE__);
     }
     return result;

@@ -19,14 +19,14 @@ class installation_import_t : public QObject {
     ~installation_import_t() override;
 
     /// Handles events until the whole file is here: it may be a pipe. A failure names the place in
-    /// the file.
-    base::result_t read(const QString& _file);
+    /// the file. Who has the file's clear-text password in @p _database already keeps its hash.
+    base::result_t read(const QString& _file, const QString& _database);
 
     /// Makes a read() that waits for the file fail soon.
     void give_up();
 
-    /// Replaces what is in the database, which is made when it is missing. Nothing without a
-    /// file that was read.
+    /// Puts it in the place of what is in the database, which is made when it is missing. Nothing
+    /// without a file that was read.
     base::result_t write(const QString& _database) const;
 
     /// A user's password as the file gives it in clear text; empty when it does not. For the

@@ -9,6 +9,7 @@
 #include "dpt_commands.h"
 #include "installation/document_reader.h"
 #include "installation/document_writer.h"
+#include "installation/shared_items.h"
 #include "installation/tidy.h"
 #include "password_input.h"
 #include "private_file.h"
@@ -18,6 +19,7 @@
 #include "store/database_check.h"
 #include "store/sqlite_store_t.h"
 #include "store/store_editor_t.h"
+#include "store/stored_users.h"
 
 namespace torlan {
 
@@ -32,6 +34,10 @@ using database::store::store_editor_t;
 
 enum class missing_t { refuse, create };
 
+QString database_file(const QString& _data) {
+    return QDir(_data).filePath(QStringLiteral("installation.db"));
+}
+
 void tell_notes(sqlite_store_t& _store) {
     for (const QString& sentence : _store.take_notes()) {
         say(stderr, sentence);
@@ -42,7 +48,7 @@ result_t open(sqlite_store_t& _store, const QString& _data, missing_t _missing) 
     if (!QFileInfo(_data).isDir()) {
         return result_t::failed(QStringLiteral("There is no folder %1.").arg(_data));
     }
-    const QString path = QDir(_data).filePath(QStringLiteral("installation.db"));
+    const QString path = database_file(_data);
     const auto exists = database::store::holds_installation(path, 5000);
     if (_missing == missing_t::refuse && exists.is_ok() && !exists.value) {
         return result_t::failed(
@@ -69,7 +75,9 @@ result_t import_file(const QString& _data, const QStringList& _arguments) {
     if (!bytes.is_ok()) {
         return bytes;
     }
-    const auto document = read_document(bytes.value, _arguments[0]);
+    const QString database = database_file(_data);
+    const auto document =
+        read_document(bytes.value, _arguments[0], database::store::stored_users(database, 5000));
     if (!document.is_ok()) {
         return document;
     }
@@ -78,6 +86,9 @@ result_t import_file(const QString& _data, const QStringList& _arguments) {
     const result_t replaced = opened.is_ok() ? store.replace(document.value) : opened;
     if (replaced.is_ok()) {
         tell_notes(store);
+        for (const QString& sentence : shared_items(document.value)) {
+            say(stderr, sentence);
+        }
     }
     return replaced;
 }

@@ -103,12 +103,20 @@ problems_t check_document(const QJsonObject& _document, const installation_t& _w
     return problems;
 }
 
-void secure(installation_t& _whole, const QJsonValue& _users) {
+QString hash_of(const QString& _password, const QString& _username, const user_t& _known) {
+    return _known.username == _username &&
+                   accounts::verify_password(_password, _known.password_hash)
+               ? _known.password_hash
+               : accounts::make_password_hash(_password);
+}
+
+void secure(installation_t& _whole, const QJsonValue& _users, const QMap<QString, user_t>& _known) {
     for (auto it = _whole.users.begin(); it != _whole.users.end(); ++it) {
         const QJsonValue user = _users[it.key()];
         const QString password = text(user[QLatin1String("password")]);
-        it->password_hash = password.isEmpty() ? text(user[QLatin1String("password_hash")])
-                                               : accounts::make_password_hash(password);
+        it->password_hash = password.isEmpty()
+                                ? text(user[QLatin1String("password_hash")])
+                                : hash_of(password, it->username, _known.value(it.key()));
     }
 }
 
@@ -126,7 +134,8 @@ result_t refused(const QString& _name, const QString& _sentence) {
 
 }  // namespace
 
-::base::result_of_t<installation_t> read_document(const QByteArray& _bytes, const QString& _name) {
+::base::result_of_t<installation_t> read_document(const QByteArray& _bytes, const QString& _name,
+                                                  const QMap<QString, user_t>& _known) {
     const ::base::result_of_t<QJsonObject> json = parse_json(_bytes);
     if (!json.is_ok()) {
         return refused(_name, json.error);
@@ -140,7 +149,7 @@ result_t refused(const QString& _name, const QString& _sentence) {
     if (!problems.is_empty()) {
         return refused(_name, problems.summary());
     }
-    secure(whole, json.value[QLatin1String("users")]);
+    secure(whole, json.value[QLatin1String("users")], _known);
     drop_denials(whole);
     return whole;
 }

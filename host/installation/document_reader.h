@@ -15,6 +15,9 @@ constexpr qint64 max_document_bytes = 64 << 20;
 /// takes milliseconds for each.
 /// @param _name stands in front of the error: "home.json: elements/e-lamp/type: must be ...", which
 ///        holds no password
-::base::result_of_t<installation_t> read_document(const QByteArray& _bytes, const QString& _name);
+/// @param _known users, by id, of the installation that it will replace: who has the clear-text
+///        password already keeps its hash, and with it the sessions
+::base::result_of_t<installation_t> read_document(const QByteArray& _bytes, const QString& _name,
+                                                  const QMap<QString, user_t>& _known = {});
 
 }  // namespace database::installation

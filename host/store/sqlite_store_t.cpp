@@ -1,8 +1,12 @@
 #include "store/sqlite_store_t.h"
 
+#include <QDateTime>
+#include <algorithm>
+
 #include "database/name_rules.h"
 #include "store/change_log_t.h"
 #include "store/open_database.h"
+#include "store/store_difference_t.h"
 #include "store/store_reader_t.h"
 #include "store/store_writer_t.h"
 #include "store/transaction_t.h"
@@ -54,25 +58,62 @@ result_t sqlite_store_t::keep_passwords(installation_t* _next) {
 }
 
 result_t sqlite_store_t::replace(const installation_t& _installation) {
+    // Hashes belong in no temporary file.
+    result_t result = link.run(QStringLiteral("PRAGMA temp_store = MEMORY"));
+    if (!result.is_ok()) {
+        return result;
+    }
     transaction_t transaction(link, transaction_t::kind_t::writing);
     if (!transaction.begun().is_ok()) {
         return transaction.begun();
     }
     change_log_t log(link);
-    store_writer_t writer(link);
     const ::base::result_of_t<qint64> before = log.last_sequence();
     installation_t next = _installation;
-    result_t result = before.is_ok() ? keep_passwords(&next) : result_t(before);
+    result = before.is_ok() ? keep_passwords(&next) : result_t(before);
     if (result.is_ok()) {
-        result = writer.clear();
+        result = write_difference(next);
     }
     if (result.is_ok()) {
-        result = writer.write(next);
-    }
-    if (result.is_ok()) {
-        result = log.collapse(before.value);
+        result = collapse_many(&log, before.value);
     }
     return result.is_ok() ? transaction.commit() : result;
+}
+
+result_t sqlite_store_t::write_difference(const installation_t& _next) {
+    store_difference_t difference(link);
+    result_t result = difference.begin();
+    if (result.is_ok()) {
+        result = store_writer_t(link).write(_next);
+    }
+    if (result.is_ok()) {
+        result = difference.write();
+    }
+    int changed = difference.changed_rows();
+    if (result.is_ok()) {
+        result = link.run(QStringLiteral("INSERT INTO meta (key, value) VALUES ('topic', ?) "
+                                         "ON CONFLICT (key) DO UPDATE SET value = excluded.value "
+                                         "WHERE value IS NOT excluded.value"),
+                          {text_value(_next.topic)});
+        changed += std::max(link.changed_rows(), 0);
+    }
+    if (result.is_ok() && changed > 0) {
+        result = link.run(QStringLiteral("INSERT INTO meta (key, value) VALUES ('imported', ?) "
+                                         "ON CONFLICT (key) DO UPDATE SET value = excluded.value"),
+                          {QDateTime::currentDateTimeUtc().toString(Qt::ISODate)});
+    }
+    return result;
+}
+
+result_t sqlite_store_t::collapse_many(change_log_t* _log, qint64 _before) {
+    const auto elements =
+        link.value(QStringLiteral("SELECT count(DISTINCT key) FROM changes WHERE sequence > ? AND "
+                                  "tab IN ('elements', 'thermostats')"),
+                   {_before});
+    if (!elements.is_ok()) {
+        return elements;
+    }
+    return elements.value.toInt() > told_singly ? _log->collapse(_before) : result_t();
 }
 
 }  // namespace database::store

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "installation/installation_t.h"
+#include "store/change_log_t.h"
 #include "store/connection_t.h"
 
 namespace database::store {
@@ -22,14 +23,21 @@ class sqlite_store_t {
     /// out or cleaned. One sentence for each thing.
     QStringList take_notes() { return std::exchange(sentences, {}); }
 
-    /// Puts @p _installation in the place of what is there: all of it or, on an error, nothing. A
-    /// user without a password keeps that of the user with the same id and name.
+    /// Elements and thermostats that replace() notes one by one. When it changes more, whoever
+    /// follows is to read everything again.
+    static constexpr int told_singly = 64;
+
+    /// Puts @p _installation in the place of what is there: all of it or, on an error, nothing.
+    /// Touches the rows that differ. A user without a password keeps that of the user with the same
+    /// id and name.
     ::base::result_t replace(const installation::installation_t& _installation);
 
     connection_t& connection() { return link; }
 
  private:
     ::base::result_t keep_passwords(installation::installation_t* _next);
+    ::base::result_t write_difference(const installation::installation_t& _next);
+    ::base::result_t collapse_many(change_log_t* _log, qint64 _before);
 
     connection_t link;
     QStringList sentences;

@@ -1,7 +1,5 @@
 #include "store/store_writer_t.h"
 
-#include <QDateTime>
-
 namespace database::store {
 
 using ::base::result_t;
@@ -15,18 +13,6 @@ QVariant limit_value(const std::optional<double>& _limit) {
 
 }  // namespace
 
-result_t store_writer_t::clear() {
-    for (const char* table : {"permissions", "functions", "thermostat_ids", "elements",
-                              "thermostats", "users", "scenarios", "items", "meta"}) {
-        const result_t result =
-            connection.run(QLatin1String("DELETE FROM ") + QLatin1String(table));
-        if (!result.is_ok()) {
-            return result;
-        }
-    }
-    return {};
-}
-
 result_t store_writer_t::write(const installation_t& _installation) {
     for (const auto write : {&store_writer_t::write_items, &store_writer_t::write_scenarios,
                              &store_writer_t::write_thermostats, &store_writer_t::write_elements,
@@ -36,9 +22,7 @@ result_t store_writer_t::write(const installation_t& _installation) {
             return result;
         }
     }
-    return connection.run(
-        QStringLiteral("INSERT INTO meta (key, value) VALUES ('topic', ?), ('imported', ?)"),
-        {text_value(_installation.topic), QDateTime::currentDateTimeUtc().toString(Qt::ISODate)});
+    return {};
 }
 
 result_t store_writer_t::write_items(const installation_t& _installation) {
@@ -46,7 +30,7 @@ result_t store_writer_t::write_items(const installation_t& _installation) {
     for (auto i = _installation.items.begin(); result.is_ok() && i != _installation.items.end();
          ++i) {
         result = connection.run(
-            QStringLiteral("INSERT INTO items (id, value, writable, min, max, step) "
+            QStringLiteral("INSERT INTO next_items (id, value, writable, min, max, step) "
                            "VALUES (?, ?, ?, ?, ?, ?)"),
             {text_value(i.key()), text_value(i->value), int(i->limits.writable),
              limit_value(i->limits.min), limit_value(i->limits.max), limit_value(i->limits.step)});
@@ -58,9 +42,9 @@ result_t store_writer_t::write_scenarios(const installation_t& _installation) {
     const auto& scenarios = _installation.scenarios;
     result_t result;
     for (auto i = scenarios.begin(); result.is_ok() && i != scenarios.end(); ++i) {
-        result =
-            connection.run(QStringLiteral("INSERT INTO scenarios (id, execution) VALUES (?, ?)"),
-                           {text_value(i.key()), int(i.value())});
+        result = connection.run(
+            QStringLiteral("INSERT INTO next_scenarios (id, execution) VALUES (?, ?)"),
+            {text_value(i.key()), int(i.value())});
     }
     return result;
 }
@@ -70,15 +54,15 @@ result_t store_writer_t::write_thermostats(const installation_t& _installation) 
     result_t result;
     for (auto i = thermostats.begin(); result.is_ok() && i != thermostats.end(); ++i) {
         result = connection.run(
-            QStringLiteral("INSERT INTO thermostats (id, id_actual, id_windows_contact) "
+            QStringLiteral("INSERT INTO next_thermostats (id, id_actual, id_windows_contact) "
                            "VALUES (?, ?, ?)"),
             {text_value(i.key()), reference_value(i->id_actual),
              reference_value(i->id_windows_contact)});
         for (auto id = i->ids.begin(); result.is_ok() && id != i->ids.end(); ++id) {
-            result =
-                connection.run(QStringLiteral("INSERT INTO thermostat_ids (thermostat, key, item) "
-                                              "VALUES (?, ?, ?)"),
-                               {i.key(), text_value(id.key()), reference_value(id.value())});
+            result = connection.run(
+                QStringLiteral("INSERT INTO next_thermostat_ids (thermostat, key, item) "
+                               "VALUES (?, ?, ?)"),
+                {i.key(), text_value(id.key()), reference_value(id.value())});
         }
     }
     return result;
@@ -89,13 +73,14 @@ result_t store_writer_t::write_elements(const installation_t& _installation) {
     result_t result;
     for (auto i = elements.begin(); result.is_ok() && i != elements.end(); ++i) {
         result = connection.run(
-            QStringLiteral("INSERT INTO elements (id, name, type, flags, scenario, thermostat) "
-                           "VALUES (?, ?, ?, ?, ?, ?)"),
+            QStringLiteral(
+                "INSERT INTO next_elements (id, name, type, flags, scenario, thermostat) "
+                "VALUES (?, ?, ?, ?, ?, ?)"),
             {text_value(i.key()), text_value(i->name), i->type, i->flags,
              reference_value(i->scenario), reference_value(i->thermostat)});
         for (auto f = i->functions.begin(); result.is_ok() && f != i->functions.end(); ++f) {
             result = connection.run(
-                QStringLiteral("INSERT INTO functions (element, name, item) VALUES (?, ?, ?)"),
+                QStringLiteral("INSERT INTO next_functions (element, name, item) VALUES (?, ?, ?)"),
                 {i.key(), text_value(f.key()), reference_value(f.value())});
         }
     }
@@ -107,7 +92,7 @@ result_t store_writer_t::write_users(const installation_t& _installation) {
     result_t result;
     for (auto i = users.begin(); result.is_ok() && i != users.end(); ++i) {
         result = connection.run(
-            QStringLiteral("INSERT INTO users (id, username, password_hash) VALUES (?, ?, ?)"),
+            QStringLiteral("INSERT INTO next_users (id, username, password_hash) VALUES (?, ?, ?)"),
             {text_value(i.key()), text_value(i->username), text_value(i->password_hash)});
     }
     return result;
@@ -115,7 +100,7 @@ result_t store_writer_t::write_users(const installation_t& _installation) {
 
 result_t store_writer_t::write_permissions(const installation_t& _installation) {
     const QString insert =
-        QStringLiteral("INSERT INTO permissions (user, element, bits) VALUES (?, ?, ?)");
+        QStringLiteral("INSERT INTO next_permissions (user, element, bits) VALUES (?, ?, ?)");
     const auto& users = _installation.permissions;
     result_t result;
     for (auto user = users.begin(); user != users.end(); ++user) {

@@ -5,14 +5,11 @@
 
 namespace database::store {
 
-/// Writes whole values as rows. To be used inside a writing transaction.
+/// Writes a whole installation as rows of the tables that store_difference_t begins with.
 class store_writer_t {
  public:
     explicit store_writer_t(connection_t& _connection) : connection(_connection) {}
 
-    /// Deletes every row of the installation.
-    ::base::result_t clear();
-    /// Writes an installation into the empty tables.
     ::base::result_t write(const installation::installation_t& _installation);
 
  private:

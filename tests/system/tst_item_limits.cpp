@@ -63,6 +63,8 @@ void tst_item_limits::initTestCase() {
                             {"e-therm", "read"}});
     home = with(home, "permissions/u-bob", QJsonObject{{"e-therm", "readwrite"}});
     QVERIFY2(host.import(home), qPrintable(host.error()));
+    QVERIFY2(host.error().contains("Item i-win is shared by elements e-therm and e-window"),
+             qPrintable(host.error()));
     QVERIFY2(host.start(), qPrintable(host.error()));
     QVERIFY(join(alice, host, "alice"));
     QVERIFY(join(bob, host, "bob"));

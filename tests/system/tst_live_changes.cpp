@@ -30,6 +30,8 @@ class tst_live_changes : public QObject {
     void a_value_from_the_bus_side_is_pushed();
     void an_element_renamed_in_an_sql_shell_is_pushed();
     void an_import_replaces_everything();
+    void an_import_is_heard_as_what_it_changes_data();
+    void an_import_is_heard_as_what_it_changes();
     void a_broken_import_changes_nothing();
     void values_are_back_after_a_restart();
     void simulated_temperatures_drift();
@@ -93,6 +95,41 @@ void tst_live_changes::an_import_replaces_everything() {
     QVERIFY(alice->wait_for(state_topic("alice", "e-new")));
     QCOMPARE(alice->request(request_topic("alice", "get"))["data"].toObject().keys(),
              (QStringList{"e-lamp", "e-new"}));
+}
+
+void tst_live_changes::an_import_is_heard_as_what_it_changes_data() {
+    QTest::addColumn<QString>("name");
+    QTest::newRow("nothing") << "Kitchen lamp";
+    QTest::newRow("one name") << "Sink lamp";
+}
+
+void tst_live_changes::an_import_is_heard_as_what_it_changes() {
+    QFETCH(QString, name);
+    mqtt_client_t bob;
+    QVERIFY(join(bob, *host, "bob"));
+    for (auto [client, user] : {std::pair(alice.get(), "alice"), std::pair(&bob, "bob")}) {
+        client->request(request_topic(user, "get"));
+        client->forget();
+    }
+    // The password in clear text: she has it already, and stays signed in.
+    const QJsonObject alice_in_clear{{"username", "alice"}, {"password", "alice-password"}};
+    const QJsonObject home = with(small_home(), "users/u-alice", alice_in_clear);
+    QVERIFY2(host->import(with(home, "elements/e-lamp/name", name)), qPrintable(host->error()));
+    // What the import changed is heard before what is changed behind it.
+    QCOMPARE(host->control({"set", "i-lamp", "1"}), 0);
+    for (auto [client, user] : {std::pair(alice.get(), "alice"), std::pair(&bob, "bob")}) {
+        QVERIFY2(client->wait_for([](const mqtt_client_t::message_t& _message) {
+            return value_in(_message.json(), "execute") == "1";
+        }),
+                 user);
+        for (const auto& message : client->messages()) {
+            QCOMPARE(message.topic, state_topic(user, "e-lamp"));
+            QVERIFY(!message.payload.isEmpty());
+            QVERIFY(!message.retained);
+        }
+        QVERIFY(client->messages().size() <= (name == "Kitchen lamp" ? 1 : 2));
+        QVERIFY(client->is_connected());
+    }
 }
 
 void tst_live_changes::a_broken_import_changes_nothing() {

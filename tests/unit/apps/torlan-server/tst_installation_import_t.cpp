@@ -16,7 +16,7 @@ class tst_installation_import_t : public QObject {
 
     void a_file_is_written_as_a_whole() {
         installation_import_t import;
-        QCOMPARE(import.read(document(R"("type": 1)")).error, QString());
+        QCOMPARE(import.read(document(R"("type": 1)"), database()).error, QString());
         QCOMPARE(import.write(database()).error, QString());
         database::store::sqlite_store_t store;
         QVERIFY(store.open(database()).is_ok());
@@ -27,15 +27,23 @@ class tst_installation_import_t : public QObject {
 
     void a_broken_file_names_its_place_and_writes_nothing() {
         installation_import_t import;
-        const QString error = import.read(document(R"("type": "x")")).error;
+        const QString error = import.read(document(R"("type": "x")"), database()).error;
         QVERIFY2(error.contains("elements/e-lamp/type"), qPrintable(error));
         QCOMPARE(import.write(database()).error, QString());
         QVERIFY(!QFile::exists(database()));
     }
 
+    void the_same_password_keeps_its_hash() {
+        QCOMPARE(import_once(), QString());
+        const QString first = hash_of_alice();
+        QVERIFY(first.startsWith("$7$"));
+        QCOMPARE(import_once(), QString());
+        QCOMPARE(hash_of_alice(), first);
+    }
+
     void clear_text_passwords_are_known_and_hashes_are_not() {
         installation_import_t import;
-        QCOMPARE(import.read(document(R"("type": 1)")).error, QString());
+        QCOMPARE(import.read(document(R"("type": 1)"), database()).error, QString());
         QCOMPARE(import.password_of("u-a"), QStringLiteral("secret"));
         QCOMPARE(import.password_of("u-b"), QString());
         QCOMPARE(import.password_of("u-c"), QString());
@@ -43,6 +51,18 @@ class tst_installation_import_t : public QObject {
 
  private:
     QString database() const { return place->filePath("installation.db"); }
+
+    QString import_once() const {
+        installation_import_t import;
+        const QString error = import.read(document(R"("type": 1)"), database()).error;
+        return error.isEmpty() ? import.write(database()).error : error;
+    }
+
+    QString hash_of_alice() const {
+        database::store::sqlite_store_t store;
+        return store.open(database()).is_ok() ? store.read().value.users["u-a"].password_hash
+                                              : QString();
+    }
 
     QString document(const QByteArray& _type) const {
         const QString path = place->filePath("file.json");

@@ -25,6 +25,8 @@ class tst_document_reader : public QObject {
     void broken_text_is_told_with_its_line();
     void refused_document_never_shows_a_password();
     void huge_names_are_refused_and_shown_short();
+    void who_has_the_password_already_keeps_its_hash_data();
+    void who_has_the_password_already_keeps_its_hash();
 };
 
 void tst_document_reader::whole_document_is_read() {
@@ -161,6 +163,41 @@ void tst_document_reader::huge_names_are_refused_and_shown_short() {
     QCOMPARE(error_of("{\"topic\": \"home\", \"" + huge + "\": {}}"),
              "home.json: there is no such key as \"" + shown + "\"");
     QVERIFY(error_of("{\"topic\": \"" + huge + "\"}").startsWith("home.json: topic: must be"));
+}
+
+void tst_document_reader::who_has_the_password_already_keeps_its_hash_data() {
+    QTest::addColumn<QString>("id");
+    QTest::addColumn<QString>("username");
+    QTest::addColumn<QString>("password");
+    QTest::addColumn<bool>("keeps");
+    QTest::newRow("same") << "u"
+                          << "a"
+                          << "secret" << true;
+    QTest::newRow("other password") << "u"
+                                    << "a"
+                                    << "other" << false;
+    QTest::newRow("other name") << "u"
+                                << "b"
+                                << "secret" << false;
+    QTest::newRow("other user") << "v"
+                                << "a"
+                                << "secret" << false;
+}
+
+void tst_document_reader::who_has_the_password_already_keeps_its_hash() {
+    QFETCH(QString, id);
+    QFETCH(QString, username);
+    QFETCH(QString, password);
+    const QString hash = accounts::make_password_hash("secret", 10);
+    const QByteArray document =
+        R"({"topic": "x", "users": {"%1": {"username": "%2", "password": "%3"}}})";
+    const auto read =
+        read_document(QString::fromUtf8(document).arg(id, username, password).toUtf8(), "home.json",
+                      {{"u", {"a", hash}}});
+    QCOMPARE(read.error, QString());
+    const QString made = read.value.users[id].password_hash;
+    QTEST(made == hash, "keeps");
+    QVERIFY(accounts::verify_password(password, made));
 }
 
 QTEST_GUILESS_MAIN(tst_document_reader)

@@ -228,9 +228,7 @@ class tst_change_feed_t : public QObject {
         other.permissions["u-alice"].remove("e-night");
         other.users.remove("u-bob");
         other.permissions.remove("u-bob");
-        database::store::sqlite_store_t store;
-        QVERIFY(store.open(file->path()).is_ok());
-        QVERIFY(store.replace(other).is_ok());
+        import(other);
         QStringList hidden;
         connect(feed.get(), &change_feed_t::states_hidden, this,
                 [&](const QList<database::live::shown_state_t>& _states) {
@@ -260,20 +258,52 @@ class tst_change_feed_t : public QObject {
         QCOMPARE(bits("e-therm", "u-alice"), 0);
     }
 
-    void an_import_while_running_is_read_whole() {
+    void a_large_import_while_running_is_read_whole() {
         auto other = sample::installation();
         other.elements.remove("e-night");
         other.permissions["u-alice"].remove("e-night");
         other.elements["e-lamp"].name = "Lamp";
-        database::store::sqlite_store_t store;
-        QVERIFY(store.open(file->path()).is_ok());
-        QVERIFY(store.replace(other).is_ok());
+        for (int i = 0; i < database::store::sqlite_store_t::told_singly; ++i) {
+            other.elements[QStringLiteral("e-%1").arg(i)].type = 1;
+        }
+        import(other);
         notifier_log_t log(db.get(), feed.get());
         feed->check();
         QCOMPARE(log.lines,
                  QStringList({"users_changed", "database", "access_changed", "reloaded"}));
         QCOMPARE(name_of("e-lamp"), "Lamp");
         QVERIFY(!db->getPersistent()->getData()->getElements()->getObjects().contains("e-night"));
+    }
+
+    void an_import_is_announced_as_what_it_changes_data() {
+        using change_t = std::function<void(database::installation::installation_t*)>;
+        QTest::addColumn<change_t>("change");
+        QTest::addColumn<QStringList>("expected");
+        const auto row = [](const char* _title, const change_t& _change,
+                            const QStringList& _expected) {
+            QTest::newRow(_title) << _change << _expected;
+        };
+        row("nothing", [](auto*) {}, {});
+        row("name", [](auto* _w) { _w->elements["e-lamp"].name = "Lamp"; },
+            {"element e-lamp", "access_changed"});
+        row("grant", [](auto* _w) { _w->permissions["u-bob"].remove("e-lamp"); },
+            {"element e-lamp", "access_changed"});
+        row("value", [](auto* _w) { _w->items["i-lamp"].value = "1"; }, {"item i-lamp"});
+        row("limits", [](auto* _w) { _w->items["i-lamp"].limits.writable = false; }, {});
+        row("thermostat", [](auto* _w) { _w->thermostats["t-living"].ids["setpoint"] = "i-dim"; },
+            {"thermostat t-living", "element e-therm", "access_changed"});
+        row("password", [](auto* _w) { _w->users["u-bob"].password_hash = "other"; },
+            {"users_changed"});
+        row("topic", [](auto* _w) { _w->topic = "home"; }, {"database"});
+    }
+    void an_import_is_announced_as_what_it_changes() {
+        QFETCH(std::function<void(database::installation::installation_t*)>, change);
+        auto other = sample::installation();
+        change(&other);
+        import(other);
+        notifier_log_t log(db.get(), feed.get());
+        feed->check();
+        QTEST(log.lines, "expected");
     }
 
     void other_limits_count_at_once_and_are_not_announced() {
@@ -372,7 +402,8 @@ class tst_change_feed_t : public QObject {
         QVERIFY(writer->write(
             {"PRAGMA ignore_check_constraints = ON",
              "INSERT INTO elements (id, type) VALUES ('a/#', 1), (x'652d62', 1), ('e-new', 1)",
-             "INSERT INTO items (id, value) VALUES ('i b', '1')", "INSERT INTO scenarios VALUES ('', 1)",
+             "INSERT INTO items (id, value) VALUES ('i b', '1')",
+             "INSERT INTO scenarios VALUES ('', 1)",
              "INSERT INTO thermostats (id) VALUES ('request')",
              "INSERT INTO users VALUES ('u-eve', '+', 'hash'), ('u x', 'eve', 'hash')",
              "INSERT INTO permissions VALUES ('u-eve', 'e-lamp', 1), ('u-bob', 'a/#', 1)",
@@ -425,8 +456,14 @@ class tst_change_feed_t : public QObject {
         gate = std::make_unique<write_gate_t>(db.get());
         connection = std::make_unique<database::store::connection_t>();
         QCOMPARE(database::store::open_database(*connection, file->path(), 0).error, QString());
-        feed = std::make_unique<change_feed_t>(*connection, db.get(), realtime.get(), gate.get(), 2);
+        feed =
+            std::make_unique<change_feed_t>(*connection, db.get(), realtime.get(), gate.get(), 2);
         QCOMPARE(feed->load().error, QString());
+    }
+    void import(const database::installation::installation_t& _whole) {
+        database::store::sqlite_store_t store;
+        QCOMPARE(store.open(file->path()).error, QString());
+        QCOMPARE(store.replace(_whole).error, QString());
     }
     QString name_of(const QString& _id) {
         return db->getPersistent()->getData()->getElements()->list(_id)->getName();
