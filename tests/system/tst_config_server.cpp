@@ -63,6 +63,7 @@ class tst_config_server : public QObject {
     void trigger_sees_the_new_document();
     void start_that_fails_is_one_sentence_data();
     void start_that_fails_is_one_sentence();
+    void no_sentence_shows_a_value();
     void port_in_use_is_one_sentence();
     void second_server_on_a_file_is_refused();
     void without_options_port_4321_and_a_file_here_are_used();
@@ -248,6 +249,30 @@ void tst_config_server::start_that_fails_is_one_sentence() {
     QVERIFY2(ended.error.contains(names), ended.error.constData());
     QCOMPARE(ended.error.count('\n'), 1);
     QVERIFY(!QFile::exists(folder->filePath("s.json")));
+}
+
+void tst_config_server::no_sentence_shows_a_value() {
+    const QByteArray secret = "token-that-nobody-sees";
+    put_bytes(file, "{\"token\": \"" + secret + "\"");
+    const ended_t broken = run({"--file", file, "--port", "0"});
+    QCOMPARE(broken.status, 1);
+    QVERIFY(!broken.error.isEmpty());
+    QVERIFY(!(broken.output + broken.error).contains(secret));
+
+    put_bytes(file, "{\"token\": \"" + secret + "\"}");
+    config_process_t config(file);
+    const http_t http(config.url(), false);
+    QCOMPARE(http.get("token").getData(), QJsonValue(QString::fromLatin1(secret)));
+    // A body that is no value, and a value that has no keys.
+    QCOMPARE(status_of(config.port(),
+                       "PUT /token HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Length: 24"
+                       "\r\n\r\n\"" +
+                           secret + " "),
+             400);
+    QCOMPARE(http.put("token/deeper", "x").getError(), 409);
+    QCOMPARE(config.end(SIGTERM), 0);
+    QVERIFY(!config.process.readAllStandardOutput().contains(secret));
+    QVERIFY(!config.process.readAllStandardError().contains(secret));
 }
 
 void tst_config_server::port_in_use_is_one_sentence() {

@@ -1,4 +1,5 @@
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <QJsonArray>
 #include <QTcpServer>
@@ -27,6 +28,8 @@ class tst_settings : public QObject {
     void an_id_that_is_there_stays();
     void the_client_file_tells_the_broker_of_this_start();
     void the_client_file_is_readable_for_all_and_the_rest_is_not();
+    void the_cloud_api_token_reaches_no_other_user();
+    void the_cloud_api_token_stands_in_no_log();
     void a_kill_in_the_middle_of_a_put_leaves_a_document_to_start_from();
     void the_log_is_how_the_options_say_and_never_where_the_settings_say();
     void the_options_stand_in_the_log_from_the_first_line_on();
@@ -53,6 +56,10 @@ class tst_settings : public QObject {
         return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object()
                                               : QJsonObject();
     }
+    /// Settings with a secret, which nothing that the server does needs.
+    QJsonObject settings_with_token() const {
+        return with(settings("01234567"), "installation/cloud/cloud_api_token", token);
+    }
     QString clients() const { return host->data() + "/for/clients"; }
     QString client_file() const { return clients() + "/config/comunication.json"; }
     QString logs() const { return host->data() + "/logs"; }
@@ -66,6 +73,7 @@ class tst_settings : public QObject {
     }
     QString told_id() const { return read(client_file())["global"]["installation_id"].toString(); }
 
+    const QString token = QStringLiteral("token-that-is-nobody-elses");
     std::unique_ptr<host_process_t> host;
 };
 
@@ -126,6 +134,49 @@ void tst_settings::the_client_file_is_readable_for_all_and_the_rest_is_not() {
     QCOMPARE(mode(clients()), 0755);
     QCOMPARE(mode(host->settings_file()), 0600);
     QCOMPARE(mode(logs()) & 0007, 0);
+}
+
+void tst_settings::the_cloud_api_token_reaches_no_other_user() {
+    if (::geteuid() != 0) {
+        QSKIP("only root can become another user");
+    }
+    QVERIFY(QFile::setPermissions(host->data(), QFile::Permissions(0x7055)));  // anybody may enter
+    host->use_settings(settings_with_token());
+    QVERIFY2(host->start({"--log-level-file", "6"}), qPrintable(host->error()));
+    const QString address = QStringLiteral("http://127.0.0.1:%1/").arg(host->config_port());
+    QCOMPARE(http_t(address, false).get("installation/cloud/cloud_api_token").getData(),
+             QJsonValue(token));
+
+    // All that another user can read: the server's answers, files, what other processes show.
+    QProcess stranger;
+    stranger.start(
+        "setpriv",
+        {"--reuid=65534", "--regid=65534", "--clear-groups", "bash", "-c",
+         "for path in / /installation /installation/cloud/cloud_api_token; do "
+         "exec 3<>/dev/tcp/127.0.0.1/$0; printf 'GET %s HTTP/1.1\r\nHost: 127.0.0.1\r\n\r\n' "
+         "$path >&3; cat <&3; done; "
+         "find \"$1\" /run/torlan* -type f -readable -exec cat {} + 2>/dev/null; "
+         "cat /proc/[0-9]*/cmdline /proc/[0-9]*/environ 2>/dev/null; true",
+         QString::number(host->config_port()), host->data()});
+    QVERIFY(stranger.waitForFinished());
+    const QByteArray seen = stranger.readAllStandardOutput();
+    QCOMPARE(seen.count("HTTP/1.1 403"), 3);
+    QVERIFY(seen.contains("installation_id"));  // the client file is for everybody
+    QVERIFY(seen.contains("torlan-server"));
+    QVERIFY(!seen.contains(token.toUtf8()));
+}
+
+void tst_settings::the_cloud_api_token_stands_in_no_log() {
+    host->use_settings(settings_with_token());
+    QVERIFY2(host->start({"--log-level-file", "6", "--log-level-std", "6"}),
+             qPrintable(host->error()));
+    QCOMPARE(host->stop(), 0);
+    const QByteArray shown = host->start_output() + host->process().readAllStandardOutput() +
+                             host->process().readAllStandardError();
+    QVERIFY(log_lines().size() > 10);
+    QVERIFY(!log_lines().join(u'\n').contains(token));
+    QVERIFY(!shown.contains(token.toUtf8()));
+    QVERIFY(!QJsonDocument(read(client_file())).toJson().contains(token.toUtf8()));
 }
 
 void tst_settings::a_kill_in_the_middle_of_a_put_leaves_a_document_to_start_from() {

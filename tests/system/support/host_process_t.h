@@ -33,6 +33,8 @@ class host_process_t {
     void use_settings(const QJsonObject& _settings);
 
     quint16 port() const { return broker_port; }
+    /// Of its configuration server.
+    quint16 config_port() const { return config ? config->port() : 0; }
     QString data() const { return folder.path(); }
     qint64 pid() const { return server.processId(); }
     bool is_running() const { return server.state() == QProcess::Running; }
