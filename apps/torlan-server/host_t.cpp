@@ -7,6 +7,7 @@
 #include "broker/broker_rights_check_t.h"
 #include "broker/port_check.h"
 #include "chosen_log.h"
+#include "connection_topic.h"
 #include "driver_folder.h"
 #include "first_request_t.h"
 #include "logs/log_line.h"
@@ -19,9 +20,7 @@
 namespace torlan {
 
 using comunication::mqtt_endpoint_t;
-using database::live::change_feed_t;
-using database::live::refusal_teller_t;
-using database::live::write_gate_t;
+using namespace database::live;
 using utility::torlan_option_t;
 using utility::logs::classlogs;
 using utility::logs::spdlog_logger_t;
@@ -31,12 +30,6 @@ namespace {
 constexpr const char* source = "apps/torlan-server/host_t";
 constexpr QLatin1String database_name("installation.db");
 constexpr std::chrono::milliseconds connect_timeout{10'000};
-
-/// Readable by every API user; empty for an installation without a topic.
-QString connection_topic(const database::database_t& _database) {
-    const QString topic = _database.getPersistent()->getTopicbase()->getTopic();
-    return topic.isEmpty() ? QString() : QStringLiteral("local/%1/connection").arg(topic);
-}
 
 /// The settings name folders for drivers and logs, too, which whoever may change settings could
 /// turn anywhere.
@@ -167,21 +160,19 @@ base::result_t host_t::check_ports() {
 
 base::result_t host_t::open_database() {
     database = std::make_unique<database::database_t>();
-    database::live::live_database_t::options_t live_options;
+    live_database_t::options_t live_options;
     live_options.save_delay_ms = torlan_option_t::DelayToSave();
     live_options.save_iterations = torlan_option_t::DelayIterationToForceSave();
-    live = std::make_unique<database::live::live_database_t>(database.get(), live_options);
-    connect(live.get(), &database::live::live_database_t::failed, this,
-            [](const QString& _sentence) {
-                utility::log_line(_sentence, 2, "operator()", source, __LINE__);
-            });
+    live = std::make_unique<live_database_t>(database.get(), live_options);
+    connect(live.get(), &live_database_t::failed, this, [](const QString& _sentence) {
+        utility::log_line(_sentence, 2, "operator()", source, __LINE__);
+    });
     refusals = std::make_unique<refusal_teller_t>();
     connect(live->gate(), &write_gate_t::item_refused, refusals.get(), &refusal_teller_t::take);
     connect(refusals.get(), &refusal_teller_t::told, this, [](const QString& _sentence) {
         utility::log_line(_sentence, 3, "operator()", source, __LINE__);
     });
-    bus = std::make_unique<database::live::simulated_bus_t>(database.get(), live->writer(),
-                                                            live->gate());
+    bus = std::make_unique<simulated_bus_t>(database.get(), live->writer(), live->gate());
     bus->simulate(options.simulate);
     const QString file = folder.file(database_name);
     const base::result_t imported = import.write(file);
