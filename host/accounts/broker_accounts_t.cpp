@@ -16,6 +16,10 @@ namespace {
 
 constexpr const char* source = "host/accounts/broker_accounts_t";
 
+/// Attempts in vain, and time-outs, that make a broker a silent one: both, because a machine that
+/// slept finds that much time has passed, and a broker that hangs up fails fast.
+constexpr int silent_after = 5;
+
 void warn(const QString& _sentence, int _line) {
     utility::log_line(_sentence, 2, "warn", source, _line);
 }
@@ -44,6 +48,10 @@ void broker_accounts_t::set_up_connections() {
         was_reached = true;
         told_loss.clear();
         Q_EMIT effective();
+    });
+    connect(&control, &broker_control_t::heard, this, [this]() {
+        unanswered = 0;
+        last_word.start();
     });
     connect(&control, &broker_control_t::lost, this, &broker_accounts_t::on_lost);
     connect(&control, &broker_control_t::left_out, this, [](const QString& _row) {
@@ -94,6 +102,7 @@ void broker_accounts_t::on_broker_launched(qint64 _process) {
 void broker_accounts_t::on_broker_ended() {
     process_id = 0;
     was_reached = false;
+    unanswered = 0;
     pause.stop();
     control.close();
 }
@@ -103,7 +112,8 @@ void broker_accounts_t::reach() {
                   .process = process_id,
                   .account = settings.host_account,
                   .password = password,
-                  .connection_topic = settings.connection_topic});
+                  .connection_topic = settings.connection_topic,
+                  .answer_timeout = settings.answer_timeout});
 }
 
 void broker_accounts_t::on_lost(const QString& _reason) {
@@ -116,6 +126,10 @@ void broker_accounts_t::on_lost(const QString& _reason) {
              __LINE__);
     }
     pause.start(backoff.next());
+    if (was_reached && ++unanswered >= silent_after &&
+        last_word.elapsed() > silent_after * settings.answer_timeout.count()) {
+        Q_EMIT silent();
+    }
 }
 
 }  // namespace accounts

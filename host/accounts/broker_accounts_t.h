@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
 
@@ -48,6 +49,8 @@ class broker_accounts_t : public QObject {
  Q_SIGNALS:
     /// The broker lets in whom apply() told last, and has said so.
     void effective();
+    /// A broker that did has not answered for long, however often it was asked. May come again.
+    void silent();
     /// Somebody signed in, left or was refused.
     void happened(const accounts::broker_event_t& _event);
     void events_lost(qint64 _count);
@@ -66,6 +69,8 @@ class broker_accounts_t : public QObject {
     base::backoff_t backoff;
     qint64 process_id = 0;  ///< of the broker; 0: none
     bool was_reached = false;
+    int unanswered = 0;       ///< attempts since it last said something
+    QElapsedTimer last_word;  ///< since then
     QString told_loss;
     QStringList told;  ///< whom the last apply() left out
 };

@@ -34,8 +34,10 @@ control_text::change_t difference(const QHash<QString, broker_account_t>& _forme
 }  // namespace
 
 broker_control_t::broker_control_t(QObject* _parent)
-    : QObject(_parent), client(this), deleter(this), limit(this) {
+    : QObject(_parent), client(this), deleter(this), limit(this), pause(this) {
     limit.setSingleShot(true);
+    pause.setSingleShot(true);
+    connect(&pause, &QTimer::timeout, this, &broker_control_t::ask);
     connect(&client, &mosquitto_client_t::opened, this, [this]() { on_opened(); });
     connect(&client, &mosquitto_client_t::received, this, &broker_control_t::on_received);
     connect(&client, &mosquitto_client_t::closed, this,
@@ -64,6 +66,8 @@ void broker_control_t::open(const settings_t& _settings) {
 
 void broker_control_t::close() {
     limit.stop();
+    pause.stop();
+    question = 0;
     client.abandon();
     deleter.stop();
     is_told = false;
@@ -119,7 +123,18 @@ void broker_control_t::send(const QByteArray& _text, const control_text::change_
     client.publish({control_text::topic, _text, qos_t::at_least_once, false});
 }
 
+void broker_control_t::ask() {
+    // A change of nothing; what was told meanwhile is answered as well.
+    if (question == 0 && pending.isEmpty()) {
+        question = ++number;
+        limit.start(settings.answer_timeout);
+        client.publish(
+            {control_text::topic, control_text::change(question, {}), qos_t::at_least_once, false});
+    }
+}
+
 void broker_control_t::on_received(const QString& _topic, const QByteArray& _payload) {
+    Q_EMIT heard();
     if (_topic == QLatin1String(control_text::answer_topic)) {
         on_answer(_payload);
     } else if (_topic == QLatin1String(control_text::report_topic)) {
@@ -131,17 +146,22 @@ void broker_control_t::on_answer(const QByteArray& _payload) {
     const QByteArrayList lines = _payload.trimmed().split('\n');
     const QByteArrayList words = lines[0].split(' ');
     const quint64 answered = words.value(1).toULongLong();
-    if (words[0] != "done" || !pending.contains(answered)) {
+    const bool is_question = answered != 0 && answered == question;
+    if (words[0] != "done" || (!is_question && !pending.contains(answered))) {
         fail(QStringLiteral("the broker refuses what it is told: ") +
              QString::fromUtf8(words.mid(2).join(' ')));
         return;
     }
     pending.remove(answered);
+    question = is_question ? 0 : question;
     for (qsizetype i = 1; i < lines.size(); ++i) {
         Q_EMIT left_out(QString::fromUtf8(lines[i]));
     }
-    if (pending.isEmpty()) {
+    if (pending.isEmpty() && question == 0) {
         limit.stop();
+        pause.start(settings.answer_timeout);
+    }
+    if (pending.isEmpty() && !is_question) {
         Q_EMIT effective();
     }
 }

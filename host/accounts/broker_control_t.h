@@ -15,7 +15,8 @@
 namespace accounts {
 
 /// Tells the broker's plugin who the users are, and hears what happened. Whatever was told last is
-/// told again after each connection, so that a broker that was started again knows it too.
+/// told again after each connection, so that a broker that was started again knows it too. One that
+/// has nothing to say is asked whether it still answers.
 class broker_control_t : public QObject {
     Q_OBJECT
 
@@ -26,7 +27,7 @@ class broker_control_t : public QObject {
         QString account;
         QString password;
         QString connection_topic;
-        std::chrono::milliseconds answer_timeout{5'000};
+        std::chrono::milliseconds answer_timeout{5'000};  ///< and pause between questions
     };
 
     explicit broker_control_t(QObject* _parent = nullptr);
@@ -47,6 +48,8 @@ class broker_control_t : public QObject {
 
  Q_SIGNALS:
     void effective();
+    /// The broker has said something.
+    void heard();
     /// A row that the broker could not use: its user cannot sign in.
     void left_out(const QString& _row);
     /// The connection has ended, or the broker refused what was told. One phrase without secrets.
@@ -57,6 +60,7 @@ class broker_control_t : public QObject {
  private:
     void on_opened();
     void on_received(const QString& _topic, const QByteArray& _payload);
+    void ask();
     void on_answer(const QByteArray& _payload);
     void on_report(const QByteArray& _payload);
     void tell_all();
@@ -68,10 +72,12 @@ class broker_control_t : public QObject {
     comunication::mosquitto_client_t client;
     session_deleter_t deleter;
     QTimer limit;  ///< for the answers
+    QTimer pause;  ///< until the next question
     QHash<QString, broker_account_t> accounts;
     control_text::change_t owed;  ///< ended and withdrawn, while nothing could be told
     QMap<quint64, control_text::change_t> pending;  ///< told and not answered
     quint64 number = 0;
+    quint64 question = 0;  ///< number of the one that is not answered; 0: none
     quint64 reported = 0;  ///< number of the last report of this broker
     bool is_told = false;  ///< the broker knows all on this connection
 };

@@ -48,7 +48,11 @@ broker_process_t::broker_process_t(const broker_settings_t& _settings, QObject* 
     : QObject(_parent),
       settings(_settings),
       folder(QStringLiteral("broker")),
-      who_may({_settings.host_account, _settings.connection_topic, _settings.session_idle}, folder),
+      who_may({.host_account = _settings.host_account,
+               .connection_topic = _settings.connection_topic,
+               .session_idle = _settings.session_idle,
+               .answer_timeout = _settings.answer_timeout},
+              folder),
       child(this) {
     set_up_connections();
 }
@@ -74,6 +78,11 @@ void broker_process_t::set_up_connections() {
             told_port.clear();
             Q_EMIT listening();
         }
+    });
+    connect(&who_may, &broker_accounts_t::silent, this, [this]() {
+        utility::log_line(QStringLiteral("The MQTT broker has not answered for long, it is ended"),
+                          2, "operator()", source, __LINE__);
+        child.kill();
     });
     connect(&who_may, &broker_accounts_t::happened, this, &broker_process_t::happened);
     connect(&who_may, &broker_accounts_t::events_lost, this, &broker_process_t::events_lost);

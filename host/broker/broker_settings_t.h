@@ -27,6 +27,8 @@ struct broker_settings_t {
     std::chrono::seconds session_idle{7 * 24 * 3600};
     /// Of the broker's own; above, who asks for more is dropped.
     qint64 memory_bytes = 2'000'000'000;
+    /// Within which it answers the host; one that does not for five times as long is ended.
+    std::chrono::milliseconds answer_timeout{5'000};
     int descriptors = 16'384;  ///< open connections and files, as far as the system allows
 
     port_holder_t port_holder;  ///< for sentences about a port that is taken; may be null

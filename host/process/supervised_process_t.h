@@ -42,6 +42,9 @@ class supervised_process_t : public QObject {
     /// was known.
     bool set_ready();
 
+    /// Ends at once one that no longer does what it is there for; died() follows.
+    void kill() { child.kill(); }
+
     /// Ends it, blocking; bounded by the settings' stop time-out. Neither died() nor failed()
     /// follows.
     void stop();

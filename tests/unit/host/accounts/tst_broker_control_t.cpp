@@ -48,6 +48,8 @@ class tst_broker_control_t : public QObject {
     void events_are_told_once();
     void password_is_sent_to_the_broker_only();
     void broker_that_does_not_answer_is_lost();
+    void broker_with_nothing_to_say_is_asked();
+    void broker_that_stops_answering_is_lost();
 
  private:
     bool open();
@@ -264,6 +266,29 @@ void tst_broker_control_t::broker_that_does_not_answer_is_lost() {
     ::kill(pid_t(real->process.processId()), SIGCONT);
     QVERIFY(open());
     QCOMPARE(code_of({.name = "alice"}), 0);
+}
+
+void tst_broker_control_t::broker_with_nothing_to_say_is_asked() {
+    settings.answer_timeout = std::chrono::milliseconds(500);
+    QVERIFY(open());
+    QSignalSpy heard(control.get(), &broker_control_t::heard);
+    QSignalSpy effective(control.get(), &broker_control_t::effective);
+    QSignalSpy lost(control.get(), &broker_control_t::lost);
+    QTRY_VERIFY(heard.size() >= 3);
+    QVERIFY(effective.isEmpty() && lost.isEmpty());
+    QVERIFY(control->is_effective());
+    QVERIFY(set({account("alice")}));  // it still counts what it is told
+    QCOMPARE(code_of({.name = "alice"}), 0);
+}
+
+void tst_broker_control_t::broker_that_stops_answering_is_lost() {
+    settings.answer_timeout = std::chrono::milliseconds(200);
+    QVERIFY(open());
+    QSignalSpy lost(control.get(), &broker_control_t::lost);
+    ::kill(pid_t(real->process.processId()), SIGSTOP);
+    QVERIFY(lost.wait());
+    QVERIFY(!control->is_effective());
+    ::kill(pid_t(real->process.processId()), SIGCONT);
 }
 
 QTEST_GUILESS_MAIN(tst_broker_control_t)

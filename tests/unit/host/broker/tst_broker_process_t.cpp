@@ -62,6 +62,7 @@ class tst_broker_process_t : public QObject {
     void its_files_are_private_and_gone_at_the_end();
     void it_does_not_run_as_root();
     void killed_broker_is_started_again();
+    void hung_broker_is_replaced();
     void stop_ends_it_at_once();
     void it_may_be_started_again();
     void it_ends_when_its_host_is_killed();
@@ -206,6 +207,20 @@ void tst_broker_process_t::killed_broker_is_started_again() {
         QCOMPARE(died.size(), i);
         QVERIFY(broker.process.process_id() != former);
     }
+    mqtt_client_t alice;
+    QCOMPARE(alice.sign_in(broker.settings.port, "alice", "alice-password"), 0);
+}
+
+void tst_broker_process_t::hung_broker_is_replaced() {
+    auto settings = real_broker_t::make_settings();
+    settings.answer_timeout = std::chrono::milliseconds(100);
+    real_broker_t broker(settings);
+    QCOMPARE(broker.start(), QString());
+    QSignalSpy listening(&broker.process, &broker_process_t::listening);
+    const qint64 former = broker.process.process_id();
+    ::kill(pid_t(former), SIGSTOP);
+    QVERIFY(listening.wait(20'000));
+    QVERIFY(has_ended(former));
     mqtt_client_t alice;
     QCOMPARE(alice.sign_in(broker.settings.port, "alice", "alice-password"), 0);
 }
