@@ -14,11 +14,12 @@ constexpr const char* source = "host/endpoint/message_sender_t";
 /// flight than it allows, and it allows 20 unless told otherwise.
 constexpr int window = 20;
 
-/// Answers to be sent until no more is asked for: a request of another user waits behind them.
-constexpr std::size_t loaded_messages = 1'000;
+/// Answers to be sent until no more is asked for: a request of another user waits behind them, and
+/// a write may be some hundred states.
+constexpr std::size_t loaded_messages = 200;
 constexpr std::size_t loaded_bytes = 1024 * 1024;
-/// And until refusals are dropped; they are small.
-constexpr std::size_t roomy_messages = 10'000;
+/// Of the window, for refusals: an answer finds a place in it at once.
+constexpr int window_of_refusals = 5;
 
 void tell_once(bool& _told, const QString& _line) {
     if (!std::exchange(_told, true)) {
@@ -47,12 +48,12 @@ void message_sender_t::send(outgoing_t _message) {
     send_more();
 }
 
-void message_sender_t::send_if_roomy(outgoing_t _message) {
-    if (queue.size() < roomy_messages) {
-        send(std::move(_message));
-    } else {
+void message_sender_t::send_refusal(const QString& _user, outgoing_t _message) {
+    if (!is_open || !refusals.push(_user, std::move(_message))) {
         ++counts.refusals_dropped;
+        return;
     }
+    send_more();
 }
 
 bool message_sender_t::is_loaded() const {
@@ -66,8 +67,9 @@ void message_sender_t::on_delivered(bool _accepted) {
 }
 
 void message_sender_t::close() {
-    counts.dropped_disconnected += quint64(in_flight) + queue.size();
+    counts.dropped_disconnected += quint64(in_flight) + queue.size() + refusals.size();
     queue.clear();
+    refusals.clear();
     in_flight = 0;
     is_open = told_full = told_closed = false;
 }
@@ -82,6 +84,9 @@ void message_sender_t::send_more() {
             break;
         }
         hand_over(queue.pop());
+    }
+    while (is_open && in_flight < window_of_refusals && queue.is_empty() && !refusals.is_empty()) {
+        hand_over(refusals.pop());
     }
     sending = false;
     if (queue.is_empty()) {

@@ -3,6 +3,7 @@
 #include "endpoint/endpoint_counters_t.h"
 #include "endpoint/mosquitto_client_t.h"
 #include "endpoint/outgoing_queue_t.h"
+#include "endpoint/refusal_queue_t.h"
 
 namespace comunication {
 
@@ -21,8 +22,9 @@ class message_sender_t {
     /// connection or no room. A change of the status subscription has the filter as its topic.
     void send(outgoing_t _message);
 
-    /// The same, but only while there is plenty of room: it goes first when much waits.
-    void send_if_roomy(outgoing_t _message);
+    /// The same for the answer to a refused request of @p _user: sent when nothing else waits, and
+    /// dropped when too many of that user's do.
+    void send_refusal(const QString& _user, outgoing_t _message);
 
     /// So much waits that nothing more should be asked for.
     bool is_loaded() const;
@@ -37,7 +39,7 @@ class message_sender_t {
     void close();
 
     /// Nothing waits for being sent or for an answer.
-    bool is_idle() const { return in_flight == 0 && queue.is_empty(); }
+    bool is_idle() const { return in_flight == 0 && queue.is_empty() && refusals.is_empty(); }
 
  private:
     void send_more();
@@ -46,6 +48,7 @@ class message_sender_t {
     mosquitto_client_t& client;
     endpoint_counters_t& counts;
     outgoing_queue_t queue;
+    refusal_queue_t refusals;
     int in_flight = 0;  ///< handed to the library, not yet answered
     bool is_open = false;
     bool sending = false;  ///< send_more() is running

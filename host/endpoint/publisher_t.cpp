@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "base/json_text.h"
+#include "comunication/api_topic_t.h"
 #include "comunication/api_topics.h"
 #include "endpoint/request_rules.h"
 #include "logs/log_line.h"
@@ -38,8 +39,9 @@ void publisher_t::publish(const QString& _topic, const QJsonValue& _payload, uti
 }
 
 void publisher_t::refuse(const QString& _request_topic, const QJsonObject& _answer) {
-    sender.send_if_roomy({api_topics::answer(_request_topic).toUtf8(), base::json_to_text(_answer),
-                          utility::qos_t::exactly_once, false});
+    sender.send_refusal(api_topic_t::parse(_request_topic).user,
+                        {api_topics::answer(_request_topic).toUtf8(), base::json_to_text(_answer),
+                         utility::qos_t::exactly_once, false});
 }
 
 bool publisher_t::is_retainable(const QString& _topic) {

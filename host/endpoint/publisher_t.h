@@ -20,7 +20,7 @@ class publisher_t {
     void publish(const QString& _topic, const QJsonValue& _payload, utility::qos_t _qos,
                  bool _retain);
 
-    /// Of a request that was refused; the first to go when there is no room.
+    /// Of a request that was refused; goes when nothing else waits, see message_sender_t.
     void refuse(const QString& _request_topic, const QJsonObject& _answer);
 
     /// A new connection: what is refused is told anew.

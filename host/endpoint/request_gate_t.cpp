@@ -43,17 +43,24 @@ void request_gate_t::take(request_t _request) {
 }
 
 void request_gate_t::give_back() {
-    --passing;
+    if (!passing.empty()) {
+        const QString user = std::move(passing.front());
+        passing.pop_front();
+        finish(user);
+    }
+}
+
+void request_gate_t::finish(const QString& _user) {
+    lanes.release(_user);
     pass_on();
 }
 
 void request_gate_t::pass_on() {
-    while (passing < limits.at_once && !is_loaded()) {
+    while (int(passing.size()) + reading < limits.at_once && !is_loaded()) {
         const std::optional<request_t> next = lanes.pop();
         if (!next) {
             return;
         }
-        ++passing;
         read(*next);
     }
 }
@@ -61,6 +68,7 @@ void request_gate_t::pass_on() {
 void request_gate_t::read(const request_t& _request) {
     const std::optional<QJsonObject> payload = json_payload::decode(_request.payload);
     if (payload && !request_rules::is_too_large(*payload, limits)) {
+        passing.push_back(_request.levels.user);
         Q_EMIT passed(_request, *payload);
         return;
     }
@@ -71,7 +79,12 @@ void request_gate_t::read(const request_t& _request) {
         Q_EMIT refused(_request.topic, request_rules::malformed());
     }
     // Others come in between, however long it took to read.
-    QMetaObject::invokeMethod(this, &request_gate_t::give_back, Qt::QueuedConnection);
+    ++reading;
+    const auto go_on = [this, user = _request.levels.user]() {
+        --reading;
+        finish(user);
+    };
+    QMetaObject::invokeMethod(this, go_on, Qt::QueuedConnection);
 }
 
 void request_gate_t::refuse(const request_t& _request, answer_t _answer) {

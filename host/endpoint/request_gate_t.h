@@ -33,7 +33,7 @@ class request_gate_t : public QObject {
     void clear() { lanes.clear(); }
 
  public Q_SLOTS:
-    /// Drivers have worked off a request that was passed on.
+    /// Drivers have worked off the oldest request that was passed on.
     void give_back();
 
     /// Passes on what may be passed on by now; to be called when less waits for the
@@ -57,6 +57,7 @@ class request_gate_t : public QObject {
 
     allowance_t& allowance_of(const QString& _user);
     void read(const request_t& _request);
+    void finish(const QString& _user);
     void refuse(const request_t& _request, answer_t _answer);
     std::chrono::milliseconds now() const { return std::chrono::milliseconds(clock.elapsed()); }
 
@@ -66,7 +67,8 @@ class request_gate_t : public QObject {
     request_lanes_t lanes;
     QHash<QString, allowance_t> allowances;
     QElapsedTimer clock;
-    int passing = 0;  ///< passed on and not given back
+    std::deque<QString> passing;  ///< users of what was passed on and not given back
+    int reading = 0;              ///< read and refused, until others had their turn
 };
 
 }  // namespace comunication

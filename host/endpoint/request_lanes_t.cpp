@@ -15,7 +15,9 @@ bool request_lanes_t::push(request_t _request) {
         return false;
     }
     if (is_new) {
-        turns.push_back(_request.levels.user);
+        if (!served.contains(_request.levels.user)) {
+            turns.push_back(_request.levels.user);
+        }
         lane = lanes.insert(_request.levels.user, {});
     }
     lane->bytes += more;
@@ -37,10 +39,15 @@ std::optional<request_t> request_lanes_t::pop() {
     held -= next.bytes();
     if (lane->requests.empty()) {
         lanes.erase(lane);
-    } else {
-        turns.push_back(user);
     }
+    served.insert(user);
     return next;
+}
+
+void request_lanes_t::release(const QString& _user) {
+    if (served.remove(_user) && lanes.contains(_user)) {
+        turns.push_back(_user);
+    }
 }
 
 void request_lanes_t::clear() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QHash>
+#include <QSet>
 #include <QString>
 #include <deque>
 #include <optional>
@@ -10,8 +11,9 @@
 
 namespace comunication {
 
-/// Requests that wait, one bounded lane a user, served in turn: whoever fills a lane keeps nobody
-/// else waiting. Every operation takes constant time. Not thread-safe.
+/// Requests that wait, one bounded lane a user, served in turn and one of a user at a time:
+/// whoever fills a lane keeps nobody else waiting. Every operation takes constant time. Not
+/// thread-safe.
 class request_lanes_t {
  public:
     explicit request_lanes_t(const request_limits_t& _limits) : limits(_limits) {}
@@ -19,9 +21,14 @@ class request_lanes_t {
     /// False: the user's lane or the room of all is full and the request is not taken.
     bool push(request_t _request);
 
-    /// The oldest request of the user whose turn it is; nothing: none waits.
+    /// The oldest request of the user whose turn it is, who has no other turn until release();
+    /// nothing: none waits but those of users who are being served.
     std::optional<request_t> pop();
 
+    /// What pop() gave of this user is done.
+    void release(const QString& _user);
+
+    /// Forgets what waits.
     void clear();
     std::size_t bytes() const { return held; }
 
@@ -33,8 +40,9 @@ class request_lanes_t {
 
     const request_limits_t limits;
     QHash<QString, lane_t> lanes;  ///< none is empty
-    std::deque<QString> turns;     ///< the lanes' users, the next one first
-    std::size_t held = 0;          ///< bytes in all
+    std::deque<QString> turns;     ///< the lanes' users but those served, the next one first
+    QSet<QString> served;
+    std::size_t held = 0;  ///< bytes in all
 };
 
 }  // namespace comunication

@@ -46,6 +46,26 @@ class tst_request_lanes_t : public QObject {
         QVERIFY(lanes.push(request("c2")));
     }
 
+    void nobody_has_two_turns_at_a_time() {
+        request_lanes_t lanes{request_limits_t{}};
+        for (const char* each : {"a1", "a2", "b1"}) {
+            QVERIFY(lanes.push(request(each)));
+        }
+        QCOMPARE(lanes.pop()->topic, QStringLiteral("a1"));
+        QCOMPARE(lanes.pop()->topic, QStringLiteral("b1"));
+        QVERIFY(!lanes.pop());
+        QVERIFY(lanes.push(request("b2")));
+        QVERIFY(!lanes.pop());
+        lanes.release("b");
+        QCOMPARE(lanes.pop()->topic, QStringLiteral("b2"));
+        lanes.release("b");
+        QVERIFY(!lanes.pop());
+        lanes.release("a");
+        lanes.release("a");
+        QCOMPARE(lanes.pop()->topic, QStringLiteral("a2"));
+        QVERIFY(!lanes.pop());
+    }
+
     void clear_makes_room() {
         request_limits_t limits;
         limits.waiting_requests = 1;
@@ -67,7 +87,8 @@ class tst_request_lanes_t : public QObject {
                 one.levels.user = QString::number(i % _users);
                 lanes.push(one);
             }
-            while (lanes.pop()) {
+            while (const auto next = lanes.pop()) {
+                lanes.release(next->levels.user);
             }
             return clock.nsecsElapsed();
         };
@@ -91,6 +112,7 @@ class tst_request_lanes_t : public QObject {
         QStringList topics;
         while (const auto next = _lanes.pop()) {
             topics += next->topic;
+            _lanes.release(next->levels.user);
         }
         return topics;
     }
