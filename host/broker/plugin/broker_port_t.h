@@ -12,6 +12,9 @@ class broker_port_t {
     /// Ends the connections of this user; not their sessions.
     virtual void close_user(const std::string& _user) = 0;
 
+    /// Ends the connection of the client with this identifier, which has one; not its session.
+    virtual void close_client(const std::string& _id) = 0;
+
     /// Whether the broker keeps a session with this identifier. Only for one that no connected
     /// client has.
     virtual bool has_session(const std::string& _id) = 0;

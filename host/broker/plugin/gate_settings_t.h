@@ -19,7 +19,7 @@ struct gate_settings_t {
     std::size_t sessions_of_user = 32;  ///< sessions_of_user: kept without a connection
     /// publishes_per_second, bytes_per_second: what one user may publish; 0: no limit.
     unsigned int publishes_per_second = 1'000;
-    unsigned int bytes_per_second = 8 * 1024 * 1024;
+    unsigned int bytes_per_second = 2 * 1024 * 1024;
     /// at_once_ms: the longest that the broker may be busy with one password, for one part in
     /// fifty of its time; 0: never.
     std::chrono::milliseconds at_once{20};

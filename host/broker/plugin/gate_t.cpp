@@ -58,7 +58,8 @@ gate_t::entry_t gate_t::sign_in(const sign_in_t& _who) {
         return sign_in_host(_who);
     }
     if (!doorkeeper.accounts.is_told() || sessions.dismissed_count() >= most_dismissed ||
-        sessions.dismissed_count(_who.name) >= most_dismissed_of_user) {
+        sessions.dismissed_count(_who.name) >= most_dismissed_of_user ||
+        meter.is_away(_who.name, clock().steady)) {
         return entry_t::unanswered;
     }
     if (!is_account_name(_who.name) || _who.password.data() == nullptr) {
@@ -136,9 +137,12 @@ bool gate_t::may(client_key_t _client, access_t _access, std::string_view _topic
         return is_valid && may_read(session->user, _topic, connection_topic);
     }
     const bool is_write = _access == access_t::write;
+    if (is_write && !is_within_measure(*session, _topic, _bytes)) {
+        return false;
+    }
     if (is_valid && (is_write ? may_write(session->user, _topic, _retain)
                               : may_subscribe(session->user, _topic, connection_topic))) {
-        return !is_write || is_within_measure(*session, _topic, _bytes);
+        return true;
     }
     events.note(is_write ? event_kind_t::write_refused : event_kind_t::subscribe_refused,
                 session->visitor(), _topic, clock().wall);
@@ -151,6 +155,8 @@ bool gate_t::is_within_measure(const session_t& _session, std::string_view _topi
     const auto verdict = meter.take(_session.user, _bytes, now.steady);
     if (verdict == publish_meter_t::verdict_t::stopped_and_told) {
         events.note(event_kind_t::flooding, _session.visitor(), _topic, now.wall);
+    } else if (verdict == publish_meter_t::verdict_t::sent_away) {
+        flooders.insert(_session.client);
     }
     return verdict == publish_meter_t::verdict_t::passes;
 }
@@ -206,6 +212,7 @@ void gate_t::departed(client_key_t _client) {
 
 void gate_t::tick() {
     reloading = false;
+    send_away();
     const moment_t now = clock();
     doorkeeper.settle(now);
     if (std::exchange(unsettled, false) || now.steady - aged >= look_for_age) {
@@ -215,6 +222,15 @@ void gate_t::tick() {
     }
     if (link.is_free()) {
         report();
+    }
+}
+
+void gate_t::send_away() {
+    for (const client_key_t client : std::exchange(flooders, {})) {
+        const session_t* const session = sessions.find(client);
+        if (session != nullptr && session->state == session_t::state_t::online) {
+            port->close_client(std::string(session->id));
+        }
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -66,6 +67,7 @@ class gate_t {
     bool is_known(const sign_in_t& _who);
     void report();
     bool is_within_measure(const session_t& _session, std::string_view _topic, std::size_t _bytes);
+    void send_away();
 
     const gate_settings_t settings;
     broker_port_t* const port;
@@ -74,6 +76,7 @@ class gate_t {
     doorkeeper_t doorkeeper;
     session_table_t sessions;
     publish_meter_t meter;
+    std::set<client_key_t> flooders;  ///< to be sent away; the broker is still busy with them
     host_link_t link;
     std::string connection_topic;
     std::uint64_t asked = 0;             ///< the host was asked to delete sessions up to this one

@@ -12,6 +12,10 @@ void mosquitto_port_t::close_user(const std::string& _user) {
     mosquitto_kick_client_by_username(_user.c_str(), false);
 }
 
+void mosquitto_port_t::close_client(const std::string& _id) {
+    mosquitto_kick_client_by_clientid(_id.c_str(), false);
+}
+
 bool mosquitto_port_t::has_session(const std::string& _id) {
     // The only call that tells. With "true" it changes nothing for a session without a connection
     // but subscriptions that are not permitted; with "false" versions 2.0.11 to 2.0.21 crash.

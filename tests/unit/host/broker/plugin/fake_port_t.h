@@ -23,6 +23,7 @@ class fake_port_t : public broker::plugin::broker_port_t {
             on_close(_user);
         }
     }
+    void close_client(const std::string& _id) override { closed_clients.push_back(_id); }
     bool has_session(const std::string& _id) override {
         ++questions;
         return kept.count(_id) != 0;
@@ -32,7 +33,8 @@ class fake_port_t : public broker::plugin::broker_port_t {
         sent.push_back({_id, _topic, _text});
     }
 
-    std::vector<std::string> closed;
+    std::vector<std::string> closed;          ///< users
+    std::vector<std::string> closed_clients;  ///< by identifier
     std::vector<sent_t> sent;
     std::set<std::string> kept;  ///< sessions
     std::function<void(const std::string&)> on_close;

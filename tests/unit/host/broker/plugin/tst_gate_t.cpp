@@ -52,6 +52,8 @@ class tst_gate_t : public QObject {
     void user_with_too_many_deletions_waits_and_nobody_else_does();
     void reports_tell_what_happened();
     void who_publishes_too_much_is_stopped_and_told_once();
+    void who_floods_is_sent_away_and_comes_in_later();
+    void what_is_refused_is_measured_too();
     void reports_wait_for_the_host();
     void reload_lets_everybody_stay_until_the_next_tick();
     void reload_lets_no_stranger_in();
@@ -480,6 +482,36 @@ void tst_gate_t::who_publishes_too_much_is_stopped_and_told_once() {
                                        QByteArray(own_request)}));
     now.steady += 1s;
     QVERIFY(gate->may(objects, access_t::write, own_request, false, 10));
+}
+
+void tst_gate_t::who_floods_is_sent_away_and_comes_in_later() {
+    tell_both();
+    enter("alice", "phone");
+    enter("alice", "tablet", 1);
+    enter("bob", "pad", 2);
+    for (int i = 0; i < 6'000; ++i) {
+        gate->may(objects, access_t::write, own_request, false, 10);
+    }
+    QVERIFY(port.closed_clients.empty());  // the broker is busy with it
+    gate->tick();
+    QCOMPARE(port.closed_clients, std::vector<std::string>{"phone"});
+    leave(0);
+    gate->tick();
+    QCOMPARE(port.closed_clients.size(), 1u);
+    QCOMPARE(enter("alice", "phone"), entry_t::unanswered);
+    QCOMPARE(enter("bob", "phone-2", 3), entry_t::open);
+    now.steady += 5s;
+    QCOMPARE(enter("alice", "phone"), entry_t::open);
+}
+
+void tst_gate_t::what_is_refused_is_measured_too() {
+    tell_both();
+    enter("alice", "phone");
+    for (int i = 0; i < 6'000; ++i) {
+        QVERIFY(!gate->may(objects, access_t::write, "local/api/v1/bob/pad/request/x", false, 10));
+    }
+    gate->tick();
+    QCOMPARE(port.closed_clients, std::vector<std::string>{"phone"});
 }
 
 void tst_gate_t::reports_wait_for_the_host() {
