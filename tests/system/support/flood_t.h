@@ -5,10 +5,12 @@
 #include <atomic>
 #include <thread>
 
+#include "kit/raw_mqtt_t.h"
+
 namespace support {
 
 /// One user who sends one request over and over, as fast as the broker takes it, QoS 0, from a
-/// thread of its own, until this object goes.
+/// thread of its own, until this object goes. Comes again when the broker ends the connection.
 class flood_t {
  public:
     struct plan_t {
@@ -27,6 +29,8 @@ class flood_t {
 
  private:
     void run(quint16 _port, const plan_t& _plan);
+    /// One connection's time; false: there was none.
+    bool flood(quint16 _port, const plan_t& _plan, const kit::raw_connect_t& _as);
 
     enum class state_t { starting, running, ended };
 

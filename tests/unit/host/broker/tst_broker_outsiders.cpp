@@ -2,10 +2,10 @@
 
 #include <QElapsedTimer>
 #include <QFile>
-#include <QTcpSocket>
 #include <QTest>
 
 #include "kit/real_broker_t.h"
+#include "kit/strangers_t.h"
 
 using namespace kit;
 
@@ -24,11 +24,6 @@ int resident_mib(qint64 _process) {
     return -1;
 }
 
-/// A CONNECT that says it is 4 MiB long, without its last bytes.
-QByteArray unfinished_connect() {
-    return QByteArray("\x10\xf0\xff\xff\x01", 5) + QByteArray((4 << 20) - 100, 'x');
-}
-
 }  // namespace
 
 /// What somebody without an account can do before the plugin is asked: bounded by options of the
@@ -42,12 +37,6 @@ class tst_broker_outsiders : public QObject {
     void unfinished_packets_end_at_the_memory_limit();
 
  private:
-    std::unique_ptr<QTcpSocket> connection(quint16 _port) const {
-        auto made = std::make_unique<QTcpSocket>();
-        made->connectToHost(QHostAddress(QHostAddress::LocalHost), _port);
-        made->waitForConnected(5'000);
-        return made;
-    }
     static int entering_ms(const real_broker_t& _broker) {
         QElapsedTimer clock;
         clock.start();
@@ -70,11 +59,8 @@ void tst_broker_outsiders::initTestCase() {
 void tst_broker_outsiders::silent_sockets_beyond_the_usual_limit_lock_nobody_out() {
     real_broker_t broker;
     QCOMPARE(broker.start(), QString());
-    std::vector<std::unique_ptr<QTcpSocket>> silent;
-    for (int i = 0; i < 1'300; ++i) {
-        silent.push_back(connection(broker.settings.port));
-        QCOMPARE(silent.back()->state(), QAbstractSocket::ConnectedState);
-    }
+    const strangers_t silent(broker.settings.port, 1'300);
+    QCOMPARE(silent.connected(), 1'300);
     const int took = entering_ms(broker);
     qInfo("with 1,300 silent sockets a user is in after %d ms", took);
     QVERIFY(took >= 0);
@@ -89,29 +75,17 @@ void tst_broker_outsiders::unfinished_packets_end_at_the_memory_limit() {
     QCOMPARE(bob.sign_in(broker.settings.port, "bob", "bob-password"), 0);
     const int before = resident_mib(broker.process.process_id());
     const qint64 process = broker.process.process_id();
-    const QByteArray packet = unfinished_connect();
-    std::vector<std::unique_ptr<QTcpSocket>> strangers;
-    for (int i = 0; i < 40; ++i) {
-        strangers.push_back(connection(broker.settings.port));
-        QTcpSocket& one = *strangers.back();
-        one.write(packet);
-        while (one.bytesToWrite() > 0 && one.waitForBytesWritten(5'000)) {
-        }
-    }
-    const auto dropped = [&strangers]() {
-        return std::count_if(strangers.begin(), strangers.end(), [](const auto& _one) {
-            return _one->state() == QAbstractSocket::UnconnectedState;
-        });
-    };
+    auto strangers =
+        std::make_unique<strangers_t>(broker.settings.port, 40, strangers_t::unfinished_connect());
+    const auto dropped = [&strangers]() { return 40 - strangers->connected(); };
     // Each of them would be 4 MiB.
     QTRY_VERIFY(dropped() >= 40 - 32 / 4);
     const int grown = resident_mib(process) - before;
-    qInfo("40 unfinished packets of 4 MiB: broker +%d MiB, %d of them dropped", grown,
-          int(dropped()));
+    qInfo("40 unfinished packets of 4 MiB: broker +%d MiB, %d of them dropped", grown, dropped());
     QVERIFY(grown < 64);
     QCOMPARE(broker.process.process_id(), process);
     QCOMPARE(bob.publish("local/api/v1/bob/me/request/x", "{}"), 0);
-    strangers.clear();
+    strangers.reset();
     QTRY_VERIFY(entering_ms(broker) >= 0);
 }
 

@@ -1,47 +1,12 @@
 #include <QElapsedTimer>
 #include <QTest>
 #include <algorithm>
-#include <atomic>
 #include <thread>
-#include <vector>
 
+#include "kit/guessers_t.h"
 #include "unit/host/broker/plugin/plugin_broker_t.h"
 
 using namespace kit;
-
-namespace {
-
-/// Eight sockets that try one wrong password after the other, for a known name and for others.
-class flood_t {
- public:
-    explicit flood_t(const plugin_broker_t* _broker) {
-        for (int socket = 0; socket < 8; ++socket) {
-            threads.emplace_back([this, _broker, socket]() {
-                for (int i = 0; !over; ++i, ++tries) {
-                    const QByteArray number = QByteArray::number(socket * 1'000'000 + i);
-                    raw_mqtt_t(raw_mqtt_t::way_t::tcp, QString::number(_broker->port))
-                        .connect({.name = i % 4 == 0 ? "name" + number : QByteArray("carol"),
-                                  .password = "guess" + number,
-                                  .id = "flood" + number});
-                }
-            });
-        }
-    }
-    ~flood_t() {
-        over = true;
-        for (std::thread& thread : threads) {
-            thread.join();
-        }
-    }
-
-    std::atomic<int> tries = 0;
-
- private:
-    std::atomic<bool> over = false;
-    std::vector<std::thread> threads;
-};
-
-}  // namespace
 
 /// Users while others try wrong passwords.
 class tst_plugin_flood : public QObject {
@@ -112,7 +77,7 @@ void tst_plugin_flood::others_are_served() {
     QCOMPARE(code, 0);
     const QList<qint64> quiet = round_trips(alice.get());
 
-    const flood_t flood(broker.get());
+    const guessers_t flood(broker->port, "carol");
     while (flood.tries < 100) {
         std::this_thread::yield();
     }
