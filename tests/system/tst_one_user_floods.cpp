@@ -40,6 +40,7 @@ void tst_one_user_floods::others_are_answered_and_memory_stays() {
     QFETCH(int, index);
     victim_t victim(&host, "user1");
     QVERIFY(victim.sign_in());
+    const waits_t quiet = victim.ask(20);
     // Each time another one: who was sent away stays out for some seconds.
     const auto flood =
         floods_of_a_user("user" + QByteArray::number(index + 2))[std::size_t(index)].begin(host);
@@ -48,7 +49,7 @@ void tst_one_user_floods::others_are_answered_and_memory_stays() {
     qInfo("median %.1f ms, longest %.1f ms, server %d MiB, broker %d MiB", waits.median,
           waits.longest, waits.server, waits.broker);
     QCOMPARE(waits.unanswered, 0);
-    QVERIFY(waits.longest < 2'000);
+    QVERIFY(waits.longest < std::max(2'000.0, 10 * quiet.longest));
 #if !defined(__SANITIZE_ADDRESS__)
     QVERIFY(waits.server + waits.broker < 300);
 #endif
