@@ -150,11 +150,15 @@ raw_mqtt_t::packet_t raw_mqtt_t::wait_for(int _type) {
         if (packet.type == _type || packet.type == 0) {
             return packet;
         }
-        if (packet.type == 3) {
-            take_message(packet);
-        } else if (packet.type == 6 && acknowledges) {
-            acknowledge(0x70, read16(packet.body, 0));
-        }
+        take(packet);
+    }
+}
+
+void raw_mqtt_t::take(const packet_t& _packet) {
+    if (_packet.type == 3) {
+        take_message(_packet);
+    } else if (_packet.type == 6 && acknowledges) {
+        acknowledge(0x70, read16(_packet.body, 0));
     }
 }
 
@@ -250,29 +254,32 @@ void raw_mqtt_t::vanish() {
     }
 }
 
-QList<QByteArray> raw_mqtt_t::payloads_until(const QByteArray& _topic, const QByteArray& _fence) {
-    QList<QByteArray> found;
+bool raw_mqtt_t::wait_for_message(const std::function<bool(const raw_message_t&)>& _fits) {
     qsizetype looked_at = 0;
     while (true) {
         for (; looked_at < messages.size(); ++looked_at) {
-            const raw_message_t& message = messages[looked_at];
-            if (message.topic == _topic && message.payload == _fence) {
-                return found;
-            }
-            if (message.topic == _topic) {
-                found.append(message.payload);
+            if (_fits(messages[looked_at])) {
+                return true;
             }
         }
         const packet_t packet = read_packet();
         if (packet.type == 0) {
-            return found + QList<QByteArray>{"the fence did not come"};
+            return false;
         }
-        if (packet.type == 3) {
-            take_message(packet);
-        } else if (packet.type == 6 && acknowledges) {
-            acknowledge(0x70, read16(packet.body, 0));
-        }
+        take(packet);
     }
+}
+
+QList<QByteArray> raw_mqtt_t::payloads_until(const QByteArray& _topic, const QByteArray& _fence) {
+    QList<QByteArray> found;
+    const bool met = wait_for_message([&](const raw_message_t& _message) {
+        const bool is_fence = _message.topic == _topic && _message.payload == _fence;
+        if (_message.topic == _topic && !is_fence) {
+            found.append(_message.payload);
+        }
+        return is_fence;
+    });
+    return met ? found : found + QList<QByteArray>{"the fence did not come"};
 }
 
 const QList<raw_message_t>& raw_mqtt_t::received() {

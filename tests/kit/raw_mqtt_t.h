@@ -3,33 +3,14 @@
 #include <QByteArray>
 #include <QList>
 #include <QString>
+#include <functional>
 #include <memory>
+
+#include "kit/raw_connect_t.h"
 
 class QIODevice;
 
 namespace kit {
-
-/// A last will.
-struct raw_will_t {
-    QByteArray topic{};  ///< empty: none
-    QByteArray payload = "will";
-    int qos = 1;
-    bool retain = false;
-    quint32 delay = 0;
-};
-
-/// How a client introduces itself.
-struct raw_connect_t {
-    QByteArray name{};      ///< empty: none is sent
-    QByteArray password{};  ///< null: none is sent
-    QByteArray id = "client";
-    int version = 5;
-    bool clean = true;
-    quint32 expiry = 0;  ///< of the session; MQTT 5
-    quint16 receive_maximum = 0;
-    QByteArray auth_method{};
-    raw_will_t will{};
-};
 
 struct raw_message_t {
     QByteArray topic;
@@ -68,6 +49,12 @@ class raw_mqtt_t {
     /// Ends the connection without a word.
     void vanish();
 
+    /// Waits until a message fits, among those that are here and those to come; false: the
+    /// connection ended, or nothing comes any more.
+    bool wait_for_message(const std::function<bool(const raw_message_t&)>& _fits);
+    /// What has come and was read so far.
+    const QList<raw_message_t>& so_far() const { return messages; }
+    void forget() { messages.clear(); }
     /// Payloads that came on @p _topic until @p _fence came on it or the connection ended.
     QList<QByteArray> payloads_until(const QByteArray& _topic, const QByteArray& _fence);
     /// Everything that has come up to an answer to a ping.
@@ -90,6 +77,8 @@ class raw_mqtt_t {
     packet_t read_packet();
     /// Handles what comes until a packet of this type.
     packet_t wait_for(int _type);
+    /// Handles a message, or the broker's half of a handshake.
+    void take(const packet_t& _packet);
     void take_message(const packet_t& _packet);
     void acknowledge(int _head, quint16 _id);
     bool fill(qsizetype _size);
