@@ -1,12 +1,9 @@
 #include <QElapsedTimer>
-#include <QSqlDatabase>
-#include <QSqlQuery>
 #include <QtTest>
-#include <atomic>
-#include <thread>
 
 #include "kit/lamps_home.h"
 #include "system/support/api_user.h"
+#include "system/support/item_storm_t.h"
 
 using namespace kit;
 using namespace support;
@@ -20,50 +17,6 @@ constexpr int limit_ms = 1'000;
 #else
 constexpr int limit_ms = 5'000;  // and with sanitizers; less than the drivers' 10 s
 #endif
-
-/// Another program on the database.
-class shell_t {
- public:
-    explicit shell_t(const QString& _file) : name(QStringLiteral("shell-%1").arg(++made)) {
-        QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", name);
-        database.setDatabaseName(_file);
-        database.open();
-        run("PRAGMA busy_timeout = 10000");
-        run("PRAGMA foreign_keys = ON");
-    }
-    ~shell_t() { QSqlDatabase::removeDatabase(name); }
-
-    bool run(const QString& _sql) const {
-        return QSqlQuery(QSqlDatabase::database(name)).exec(_sql);
-    }
-
- private:
-    static inline std::atomic<int> made{0};
-    const QString name;
-};
-
-/// Changes 65 items 20 times a second, as a bus driver or a script does, until it goes.
-class storm_t {
- public:
-    explicit storm_t(const QString& _file)
-        : thread([this, _file]() {
-              const shell_t shell(_file);
-              while (!ends) {
-                  shell.run(
-                      "UPDATE items SET value = CAST(value AS INTEGER) + 1 WHERE id IN "
-                      "(SELECT id FROM items LIMIT 65)");
-                  std::this_thread::sleep_for(std::chrono::milliseconds(50));
-              }
-          }) {}
-    ~storm_t() {
-        ends = true;
-        thread.join();
-    }
-
- private:
-    std::atomic<bool> ends{false};
-    std::thread thread;
-};
 
 }  // namespace
 
@@ -88,8 +41,8 @@ class tst_revokes : public QObject {
         QTest::newRow("storm") << true;
     }
     QString file() const { return host->data() + "/installation.db"; }
-    std::unique_ptr<storm_t> begin(bool _storm) const {
-        return _storm ? std::make_unique<storm_t>(file()) : nullptr;
+    std::unique_ptr<item_storm_t> begin(bool _storm) const {
+        return _storm ? std::make_unique<item_storm_t>(file()) : nullptr;
     }
     /// The retained states that a new subscription of this user meets.
     int retained(const QString& _user) const;
@@ -121,7 +74,7 @@ void tst_revokes::all_grants_withdrawn_end_reads_writes_and_pushes() {
     QVERIFY(join(bob, *host, "bob"));
     QVERIFY(bob.request(request_topic("bob", "get")).contains("data"));
     const auto running = begin(storm);
-    const shell_t shell(file());
+    const database_shell_t shell(file());
     QElapsedTimer clock;
     QVERIFY(shell.run("DELETE FROM permissions WHERE user = 'u-bob'"));
     clock.start();
@@ -149,7 +102,7 @@ void tst_revokes::states_are_pushed_while_bulk_changes_go_on() {
     QVERIFY(join(alice, *host, "alice"));
     alice.request(request_topic("alice", "get"));
     alice.forget();
-    const storm_t storm(file());
+    const item_storm_t storm(file());
     for (int i = 0; i < 3; ++i) {
         QVERIFY(alice.wait_for(
             [](const mqtt_client_t::message_t& _message) {
@@ -164,7 +117,7 @@ void tst_revokes::what_was_retained_goes_within_the_drivers_debounce() {
     QFETCH(bool, storm);
     QTRY_COMPARE_WITH_TIMEOUT(retained("bob"), element_count, 20'000);
     const auto running = begin(storm);
-    const shell_t shell(file());
+    const database_shell_t shell(file());
     // A change of access starts the drivers' debounce; what follows within it deletes nothing.
     QVERIFY(shell.run("DELETE FROM permissions WHERE user = 'u-bob' AND element = 'e-1'"));
     QTRY_COMPARE_WITH_TIMEOUT(retained("bob"), element_count - 1, limit_ms);
@@ -180,7 +133,7 @@ void tst_revokes::grants_of_one_leave_the_states_of_others_alone() {
     QTRY_COMPARE_WITH_TIMEOUT(retained("bob"), element_count, 20'000);
     alice.request(request_topic("alice", "get"));
     alice.forget();
-    const shell_t shell(file());
+    const database_shell_t shell(file());
     QVERIFY(shell.run("DELETE FROM permissions WHERE user = 'u-bob' AND element < 'e-2'"));
     const int withdrawn = 12;  // e-0, e-1, e-10 to e-19
     QTRY_COMPARE_WITH_TIMEOUT(retained("bob"), element_count - withdrawn, limit_ms);
