@@ -4,6 +4,7 @@ include(CheckCXXCompilerFlag)
 
 option(TORLAN_WERROR "Warnings are errors" OFF)
 option(TORLAN_SLOTS_ALONE "Every slot of a test runs in a process of its own" OFF)
+option(TORLAN_PROOFS "Proofs that take minutes and a machine of their own" OFF)
 option(TORLAN_FUZZ "Fuzzers look for new inputs; needs clang and sanitizers" OFF)
 set(TORLAN_SANITIZE "" CACHE STRING "Sanitizers for every target, e.g. address,undefined")
 
@@ -212,6 +213,23 @@ function(add_torlan_test _source)
         LABELS "${_kind};${arg_LABELS}"
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;${arg_ENVIRONMENT}"
         RUN_SERIAL ${arg_SERIAL})
+endfunction()
+
+# add_torlan_proof(<target of a test> <seconds>)
+# With TORLAN_PROOFS: the same program again, alone and with TORLAN_PROOF set, which asks for its long
+# form, as the test proof/<target>; label proof. The target proofs builds them all.
+function(add_torlan_proof _target _seconds)
+    if(NOT TORLAN_PROOFS)
+        return()
+    endif()
+    add_test(NAME proof/${_target} COMMAND ${_target})
+    set_tests_properties(proof/${_target} PROPERTIES
+        LABELS proof RUN_SERIAL ON TIMEOUT ${_seconds}
+        ENVIRONMENT "TORLAN_PROOF=1;QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+    if(NOT TARGET proofs)
+        add_custom_target(proofs)
+    endif()
+    add_dependencies(proofs ${_target})
 endfunction()
 
 # add_torlan_fuzzer(<name> LINK ...)
