@@ -255,8 +255,9 @@ void raw_mqtt_t::vanish() {
 }
 
 bool raw_mqtt_t::wait_for_message(const std::function<bool(const raw_message_t&)>& _fits) {
+    const QDeadlineTimer deadline(limit);
     qsizetype looked_at = 0;
-    while (true) {
+    while (!deadline.hasExpired()) {
         for (; looked_at < messages.size(); ++looked_at) {
             if (_fits(messages[looked_at])) {
                 return true;
@@ -268,6 +269,7 @@ bool raw_mqtt_t::wait_for_message(const std::function<bool(const raw_message_t&)
         }
         take(packet);
     }
+    return false;
 }
 
 QList<QByteArray> raw_mqtt_t::payloads_until(const QByteArray& _topic, const QByteArray& _fence) {

@@ -50,7 +50,7 @@ class raw_mqtt_t {
     void vanish();
 
     /// Waits until a message fits, among those that are here and those to come; false: the
-    /// connection ended, or nothing comes any more.
+    /// connection ended, or none came within some seconds.
     bool wait_for_message(const std::function<bool(const raw_message_t&)>& _fits);
     /// What has come and was read so far.
     const QList<raw_message_t>& so_far() const { return messages; }

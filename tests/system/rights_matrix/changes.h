@@ -10,4 +10,7 @@ namespace matrix {
 /// The statements that make a change of a user, all in one commit.
 QStringList statements_for(change_t _change, const QString& _user);
 
+/// Every right on every element.
+QString all_granted(const QString& _user);
+
 }  // namespace matrix

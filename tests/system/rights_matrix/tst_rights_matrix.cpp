@@ -1,5 +1,6 @@
 #include <QElapsedTimer>
 #include <QTest>
+#include <algorithm>
 
 #include "kit/free_port.h"
 #include "kit/password_of.h"
@@ -43,6 +44,15 @@ QList<change_t> changes() {
     return all;
 }
 
+qint64 middle(QList<qint64> _times) {
+    std::sort(_times.begin(), _times.end());
+    return _times.value(_times.size() / 2, -1);
+}
+
+qint64 worst(const QList<qint64>& _times) {
+    return _times.isEmpty() ? -1 : *std::max_element(_times.begin(), _times.end());
+}
+
 QString weather_name(bool _storm) {
     return QLatin1String(_storm ? ", storm" : ", quiet");
 }
@@ -60,6 +70,8 @@ class tst_rights_matrix : public QObject {
     void rights_are_what_was_granted();
     void rights_end_with_a_change_data() { weathers(); }
     void rights_end_with_a_change();
+    void revokes_are_fast_again_and_again_data() { weathers(); }
+    void revokes_are_fast_again_and_again();
     void all_cells_were_tried();
     void no_cell_leaks() { QCOMPARE(tally.leaked(), QStringList()); }
     void nobody_is_shut_out() { QCOMPARE(tally.shut_out(), QStringList()); }
@@ -68,12 +80,17 @@ class tst_rights_matrix : public QObject {
 
  private:
     using victims_t = std::vector<std::unique_ptr<victim_t>>;
+    /// Of many revokes, by weather.
+    struct series_t {
+        QList<qint64> effective, delivered, gone;
+    };
 
     static void weathers();
     QString file() const { return host.data() + "/installation.db"; }
     std::unique_ptr<item_storm_t> begin(bool _storm) const;
     void change_rights_of(victim_t* _victim, const QString& _weather);
     void judge_later(const victims_t& _victims, const QString& _weather);
+    static void verify(const victim_t::times_t& _times, const QString& _name);
     void note_times(const victim_t& _victim, const victim_t::times_t& _times,
                     const QString& _weather);
 
@@ -82,7 +99,7 @@ class tst_rights_matrix : public QObject {
     std::unique_ptr<warden_t> guard;
     tally_t tally;
     QStringList times;
-    QMap<QString, QList<qint64>> delivered;  ///< by weather
+    QMap<QString, series_t> series;
 };
 
 void tst_rights_matrix::weathers() {
@@ -185,10 +202,33 @@ void tst_rights_matrix::note_times(const victim_t& _victim, const victim_t::time
                  .arg(_times.effective, 10)
                  .arg(_times.last_delivered, 15)
                  .arg(_times.retained_gone, 14);
-    delivered[_weather].append(_times.last_delivered);
-    QVERIFY2(_times.effective >= 0 && _times.effective <= limit_ms, qPrintable(times.last()));
-    QVERIFY2(_times.retained_gone >= 0 && _times.retained_gone <= limit_ms,
-             qPrintable(times.last()));
+    verify(_times, name);
+}
+
+void tst_rights_matrix::verify(const victim_t::times_t& _times, const QString& _name) {
+    QVERIFY2(_times.effective >= 0 && _times.effective <= limit_ms, qPrintable(_name));
+    QVERIFY2(_times.retained_gone >= 0 && _times.retained_gone <= limit_ms, qPrintable(_name));
+}
+
+void tst_rights_matrix::revokes_are_fast_again_and_again() {
+    QFETCH(bool, storm);
+    victim_t victim(change_t::withdrawn, storm, ports, doors().mid(0, 1), guard.get(), &tally);
+    const database_shell_t shell(file());
+    const auto running = begin(storm);
+    QVERIFY(victim.prepare());
+    series_t& found = series[weather_name(storm)];
+    for (int round = 0; round < (is_whole() ? 20 : 3); ++round) {
+        QVERIFY(shell.run_together({all_granted(victim.user)}));
+        QVERIFY(victim.wait_until_granted());
+        QElapsedTimer clock;
+        clock.start();
+        QVERIFY(shell.run_together(statements_for(victim.change, victim.user)));
+        const victim_t::times_t seen = victim.watch(clock, limit_ms);
+        verify(seen, victim.user);
+        found.effective.append(seen.effective);
+        found.delivered.append(seen.last_delivered);
+        found.gone.append(seen.retained_gone);
+    }
 }
 
 void tst_rights_matrix::all_cells_were_tried() {
@@ -202,10 +242,13 @@ void tst_rights_matrix::cleanupTestCase() {
     for (const QString& line : times) {
         qInfo("%s", qPrintable(line));
     }
-    for (auto each = delivered.begin(); each != delivered.end(); ++each) {
-        std::sort(each->begin(), each->end());
-        qInfo("last delivered byte%s: median %lld ms, worst %lld ms", qPrintable(each.key()),
-              each->at(each->size() / 2), each->last());
+    for (auto each = series.begin(); each != series.end(); ++each) {
+        const qsizetype count = each->effective.size();
+        const QString name = QStringLiteral("median of %1").arg(count) + each.key();
+        qInfo("%-28s %10lld %15lld %14lld", qPrintable(name), middle(each->effective),
+              middle(each->delivered), middle(each->gone));
+        qInfo("%-28s %10lld %15lld %14lld", qPrintable("worst" + each.key()),
+              worst(each->effective), worst(each->delivered), worst(each->gone));
     }
     guard.reset();
 }

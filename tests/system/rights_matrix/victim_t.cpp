@@ -1,5 +1,6 @@
 #include "system/rights_matrix/victim_t.h"
 
+#include <QDeadlineTimer>
 #include <algorithm>
 
 #include "kit/password_of.h"
@@ -99,10 +100,28 @@ bool victim_t::is_effective(kit::raw_mqtt_t& _client) const {
     if (answers.constLast().isEmpty()) {
         return !signs_in(right) || change == change_t::recreated;
     }
-    const bool reads = !answers[0].value(QLatin1String("data")).toObject().isEmpty();
+    const QJsonObject list = answers[0].value(QLatin1String("data")).toObject();
+    const bool reads =
+        std::any_of(elements().begin(), elements().end(),
+                    [&](const element_t& each) { return list.contains(QLatin1String(each.id)); });
     const bool writes =
         answers[1].value(QLatin1String("data")).toObject().contains(QLatin1String("functions"));
     return reads == may_read(right) && writes == may_write(right);
+}
+
+bool victim_t::wait_until_granted() {
+    kit::raw_mqtt_t& client = *olds.front().connection;
+    const QDeadlineTimer limit(20'000);
+    while (!limit.hasExpired()) {
+        client.forget();
+        const QJsonObject list = ask(client, {{request_topic(user, "get")}}).constFirst();
+        if (list.value(QLatin1String("data"))
+                .toObject()
+                .contains(QLatin1String(elements().constFirst().id))) {
+            return true;
+        }
+    }
+    return false;
 }
 
 victim_t::times_t victim_t::watch(const QElapsedTimer& _clock, int _limit_ms) {

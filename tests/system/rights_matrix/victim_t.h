@@ -26,6 +26,8 @@ class victim_t {
 
     /// Before the change. False: something was not let in.
     bool prepare();
+    /// After another grant: until he may do everything again. False: he never may.
+    bool wait_until_granted();
     /// What is due after the change, in seconds: to be left right before it.
     void leave_wills(int _seconds);
     /// From the commit on, which @p _clock counts from, until the change is effective, but no
