@@ -225,7 +225,7 @@ function(add_torlan_proof _target _seconds)
     add_test(NAME proof/${_target} COMMAND ${_target})
     set_tests_properties(proof/${_target} PROPERTIES
         LABELS proof RUN_SERIAL ON TIMEOUT ${_seconds}
-        ENVIRONMENT "TORLAN_PROOF=1;QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
+        ENVIRONMENT "TORLAN_PROOF=1;QTEST_FUNCTION_TIMEOUT=${_seconds}000;QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
     if(NOT TARGET proofs)
         add_custom_target(proofs)
     endif()

@@ -43,8 +43,11 @@ QJsonObject grants(const char* _word, bool _storm) {
 }
 
 void add_lamps(QJsonObject* _items, QJsonObject* _elements) {
-    _items->insert("i-fence", QJsonObject{{"value", "0"}});
-    _elements->insert(fence_lamp, lamp("i-fence"));
+    for (const char* const id : {fence_lamp, will_lamp}) {
+        const QString item = QStringLiteral("i-of-") + QLatin1String(id);
+        _items->insert(item, QJsonObject{{"value", "0"}});
+        _elements->insert(QLatin1String(id), lamp(item));
+    }
     for (int index = 0; index < storm_lamps; ++index) {
         const QString item = QStringLiteral("i-storm-%1").arg(index);
         _items->insert(item, QJsonObject{{"value", "0"}});
@@ -67,6 +70,7 @@ class people_t {
         }
         QJsonObject everything = grants("readwrite", true);
         everything.insert(fence_lamp, "readwrite");
+        everything.insert(will_lamp, "readwrite");
         add(warden(), everything);
     }
 

@@ -19,10 +19,11 @@ inline QString warden() {
 }
 
 /// The sample's own elements, one of each kind, items without a direction or a range: rights alone
-/// decide. Besides, a lamp that fences are made of, and lamps for a storm, which the warden and the
+/// decide. Besides, lamps that fences are made of, and lamps for a storm, which the warden and the
 /// victims of a storm may read and write.
 QJsonObject matrix_home(const QString& _sample_file);
 
 constexpr const char* fence_lamp = "e-fence";
+constexpr const char* will_lamp = "e-will";  ///< for a fence by a last will
 
 }  // namespace matrix

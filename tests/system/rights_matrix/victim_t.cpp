@@ -74,11 +74,19 @@ bool victim_t::prepare() {
 }
 
 void victim_t::leave_wills(int _seconds) {
+    int wills = 0;
     for (old_t& old : olds) {
         if (old.visitor->plan.door.version != 5) {
             continue;
         }
+        // Every other element: of two writes at once the first one may never show.
         old.will = warden.new_mark();
+        for (qsizetype index = 0; index < elements().size(); ++index) {
+            if (index % 2 != wills % 2) {
+                old.will.remove(elements()[index].id);
+            }
+        }
+        ++wills;
         const auto leaving =
             old.visitor->device(old.visitor->new_id("leaving"),
                                 {.expiry = 1'000,
@@ -213,7 +221,7 @@ void victim_t::judge_wills(const QString& _moment) {
         const QSet<QByteArray> reached = warden.reached_by(old.will);
         for (const element_t& element : elements()) {
             // A switch may have been set to the same by others meanwhile.
-            if (element.takes_writes && !element.is_switch) {
+            if (old.will.contains(element.id) && element.takes_writes && !element.is_switch) {
                 note(right, old.visitor->plan.door, _moment, path_t::old_will, element,
                      reached.contains(element.id) ? outcome_t::allowed : outcome_t::silent);
             }

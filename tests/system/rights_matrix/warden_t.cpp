@@ -73,7 +73,7 @@ void warden_t::absorb() {
         if (!message.topic.endsWith("objects_list/" + id)) {
             continue;
         }
-        if (id == fence_lamp) {
+        if (id == fence_lamp || id == will_lamp) {
             shown[id].insert(fence_value(message));
         }
         for (const element_t& element : elements()) {
@@ -101,8 +101,10 @@ mark_t warden_t::new_mark() {
 QJsonObject warden_t::list_write(const mark_t& _mark) {
     QJsonObject data;
     for (const element_t& element : elements()) {
-        data.insert(QLatin1String(element.id),
-                    functions_of(element.function, _mark.value(element.id)));
+        if (_mark.contains(element.id)) {
+            data.insert(QLatin1String(element.id),
+                        functions_of(element.function, _mark.value(element.id)));
+        }
     }
     return {{QStringLiteral("data"), data}};
 }
@@ -145,10 +147,10 @@ void warden_t::read_each() {
     absorb();
 }
 
-bool warden_t::wait_for_fence(const QString& _value) {
-    return shown[fence_lamp].contains(_value) ||
+bool warden_t::wait_for_fence(const char* _lamp, const QString& _value) {
+    return shown[_lamp].contains(_value) ||
            client->wait_for_message([&](const kit::raw_message_t& message) {
-               return is_state(message, warden(), fence_lamp) && fence_value(message) == _value;
+               return is_state(message, warden(), _lamp) && fence_value(message) == _value;
            });
 }
 
@@ -156,7 +158,7 @@ bool warden_t::fence() {
     const QString value = QString::number(++last_number);
     ask(*client, {{request_topic(warden(), "set", fence_lamp),
                    {{QStringLiteral("data"), functions_of("execute", value)}}}});
-    return wait_for_fence(value);
+    return wait_for_fence(fence_lamp, value);
 }
 
 QSet<QByteArray> warden_t::reached_by(const mark_t& _mark) {
@@ -168,8 +170,9 @@ QSet<QByteArray> warden_t::reached_by(const mark_t& _mark) {
         const QString mark = _mark.value(element.id);
         const bool has_changed = !is_equal(element, before.value(element.id), mark);
         const bool is_there = is_equal(element, values.value(element.id), mark);
-        if (element.takes_writes && ((has_changed && is_there) ||
-                                     (!element.is_switch && shown[element.id].contains(mark)))) {
+        if (_mark.contains(element.id) && element.takes_writes &&
+            ((has_changed && is_there) ||
+             (!element.is_switch && shown[element.id].contains(mark)))) {
             reached.insert(element.id);
         }
     }
@@ -189,7 +192,7 @@ bool warden_t::has_heard(const QByteArray& _text) {
 void warden_t::leave_will(int _seconds) {
     will_value = QString::number(++last_number);
     const auto leaving =
-        come({.topic = request_topic(warden(), "set", fence_lamp),
+        come({.topic = request_topic(warden(), "set", will_lamp),
               .payload = text_of({{QStringLiteral("data"), functions_of("execute", will_value)}}),
               .delay = quint32(_seconds)},
              "warden-will");
@@ -199,7 +202,7 @@ void warden_t::leave_will(int _seconds) {
 }
 
 bool warden_t::wait_for_will() {
-    return wait_for_fence(will_value);
+    return wait_for_fence(will_lamp, will_value);
 }
 
 }  // namespace matrix

@@ -42,13 +42,13 @@ class warden_t {
     /// Waits for it: those that others left before are done, too.
     bool wait_for_will();
 
-    /// {"data": {id: {"functions": ...}}} of all elements that are not hidden.
+    /// {"data": {id: {"functions": ...}}} of the elements in the mark.
     static QJsonObject list_write(const mark_t& _mark);
 
  private:
     /// A change of the fence lamp, behind all that was asked for before.
     bool fence();
-    bool wait_for_fence(const QString& _value);
+    bool wait_for_fence(const char* _lamp, const QString& _value);
     void refresh();
     void absorb();
     std::unique_ptr<kit::raw_mqtt_t> come(const kit::raw_will_t& _will, const QByteArray& _id);
