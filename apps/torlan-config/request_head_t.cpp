@@ -61,8 +61,9 @@ std::optional<request_head_t> request_head_t::parse(const QByteArray& _head) {
 }
 
 QByteArray request_head_t::without_expectation(const QByteArray& _head) {
-    QByteArray rest;
-    for (qsizetype start = 0, end = 0; start < _head.size(); start = end) {
+    // Whatever the request line begins with, it is no header.
+    QByteArray rest = _head.left(_head.indexOf('\n') + 1);
+    for (qsizetype start = rest.size(), end = 0; start < _head.size(); start = end) {
         const qsizetype line_end = _head.indexOf('\n', start);
         end = line_end < 0 ? _head.size() : line_end + 1;
         const QByteArray line = _head.sliced(start, end - start);

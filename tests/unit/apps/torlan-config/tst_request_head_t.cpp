@@ -56,6 +56,8 @@ void tst_request_head_t::expectation_is_taken_out_data() {
     row("twice", "GET / HTTP/1.1\nExpect: a\nExpect: b\n\r\n\r\n", "GET / HTTP/1.1\n\r\n\r\n");
     row("other names and values", "GET / HTTP/1.1\r\nA: expect:\r\nExpected: b\r\n",
         "GET / HTTP/1.1\r\nA: expect:\r\nExpected: b\r\n");
+    row("in the request line", "expect:GET / HTTP/1.1\r\nA: b\r\n",
+        "expect:GET / HTTP/1.1\r\nA: b\r\n");
     row("nothing", "", "");
 }
 
