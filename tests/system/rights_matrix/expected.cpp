@@ -48,9 +48,9 @@ constexpr row_t rows[] = {
     // It is judged when it is due, and its user has gone then.
     {path_t::foreign_will,     "foreign will",     "SSSSSRR"},
     {path_t::old_connection,   "old connection",   "AASSSRR"},
-    // A user who may do less has no session left, nor what waited of elements that he may still read.
-    {path_t::old_session,      "old session",      "ASSSSRR"},
-    {path_t::old_will,         "old will",         "ASASSSS"},
+    // Who may read less has no session left, nor a last will in one.
+    {path_t::old_session,      "old session",      "AASSSRR"},
+    {path_t::old_will,         "old will",         "ASSSSSS"},
 };
 // clang-format on
 

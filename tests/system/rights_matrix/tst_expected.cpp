@@ -61,8 +61,8 @@ void tst_expected::what_reads_needs_read_and_what_writes_needs_write_data() {
                               path_t::own_group, path_t::resumed_session, path_t::old_connection}) {
         QTest::newRow(name_of(path)) << path << true;
     }
-    for (const path_t path : {path_t::write_one, path_t::write_many, path_t::will,
-                              path_t::delayed_will, path_t::old_will}) {
+    for (const path_t path :
+         {path_t::write_one, path_t::write_many, path_t::will, path_t::delayed_will}) {
         QTest::newRow(name_of(path)) << path << false;
     }
 }
