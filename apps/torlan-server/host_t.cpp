@@ -188,6 +188,8 @@ base::result_t host_t::start_broker() {
     given.lock = former_broker.descriptor();
     given.port_holder = port_holder;
     given.session_idle = std::chrono::hours(options.session_hours);
+    given.publishes_per_second = options.limits.publishes_per_second;
+    given.publish_bytes_per_second = options.limits.publish_bytes_per_second;
     broker = std::make_unique<broker::broker_process_t>(given);
     accounts = std::make_unique<account_keeper_t>(broker.get(), live.get());
     door_log = std::make_unique<door_log_t>();

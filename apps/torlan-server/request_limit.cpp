@@ -39,6 +39,8 @@ constexpr std::array limits{
     limit<&limits_t::requests_per_second>("requests-per-second", 0, 1'000'000),
     limit<&limits_t::refused_bytes_per_second>("refused-bytes-per-second", 0, gigabyte),
     limit<&limits_t::at_once>("at-once", 1, 1'000),
+    limit<&limits_t::publishes_per_second>("publishes-per-second", 0, 1'000'000),
+    limit<&limits_t::publish_bytes_per_second>("publish-bytes-per-second", 0, 1'000'000'000),
 };
 
 }  // namespace

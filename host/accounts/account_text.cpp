@@ -58,7 +58,10 @@ QByteArray plugin_lines(const account_settings_t& _settings, const plugin_text_t
            "\nplugin_opt_host_account " + _settings.host_account.toUtf8() +
            "\nplugin_opt_host_address " + _text.socket + "\nplugin_opt_host_hash " +
            _text.host_hash.toUtf8() + "\nplugin_opt_idle_seconds " +
-           QByteArray::number(qint64(_settings.session_idle.count())) + "\n";
+           QByteArray::number(qint64(_settings.session_idle.count())) +
+           "\nplugin_opt_publishes_per_second " +
+           QByteArray::number(_settings.publishes_per_second) + "\nplugin_opt_bytes_per_second " +
+           QByteArray::number(_settings.publish_bytes_per_second) + "\n";
 }
 
 }  // namespace accounts

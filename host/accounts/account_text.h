@@ -18,6 +18,9 @@ struct account_settings_t {
     QString connection_topic;
     /// How long the broker keeps the session of a user without a connection.
     std::chrono::seconds session_idle{7 * 24 * 3600};
+    /// What one user may publish; 0: no limit.
+    int publishes_per_second = 1'000;
+    int publish_bytes_per_second = 2 * 1024 * 1024;
     /// Within which the broker answers what it is told, and how often it is asked whether it does.
     std::chrono::milliseconds answer_timeout{5'000};
 };

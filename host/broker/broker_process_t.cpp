@@ -51,6 +51,8 @@ broker_process_t::broker_process_t(const broker_settings_t& _settings, QObject* 
       who_may({.host_account = _settings.host_account,
                .connection_topic = _settings.connection_topic,
                .session_idle = _settings.session_idle,
+               .publishes_per_second = _settings.publishes_per_second,
+               .publish_bytes_per_second = _settings.publish_bytes_per_second,
                .answer_timeout = _settings.answer_timeout},
               folder),
       child(this) {

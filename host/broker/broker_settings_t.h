@@ -27,6 +27,9 @@ struct broker_settings_t {
     std::chrono::seconds session_idle{7 * 24 * 3600};
     /// Of the broker's own; above, who asks for more is dropped.
     qint64 memory_bytes = 2'000'000'000;
+    /// What one user may publish; 0: no limit.
+    int publishes_per_second = 1'000;
+    int publish_bytes_per_second = 2 * 1024 * 1024;
     /// Within which it answers the host; one that does not for five times as long is ended.
     std::chrono::milliseconds answer_timeout{5'000};
     int descriptors = 16'384;  ///< open connections and files, as far as the system allows

@@ -22,6 +22,11 @@ struct request_limits_t {
     /// Refusals answered a second, in bytes of what is refused: to find a request's uuid it has to
     /// be read. What is above is refused without a word.
     double refused_bytes_per_second = 1024 * 1024;
+
+    /// What one user may publish, judged by the broker: what is above goes no further, and who goes
+    /// on is sent away. Bytes may come in bursts of four seconds' worth. 0: no limit.
+    int publishes_per_second = 1'000;
+    int publish_bytes_per_second = 2 * 1024 * 1024;
 };
 
 }  // namespace comunication

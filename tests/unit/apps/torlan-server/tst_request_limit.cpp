@@ -14,7 +14,8 @@ class tst_request_limit : public QObject {
         for (const char* text :
              {"request-bytes=256", "filter-entries=2", "value-bytes=3", "waiting-requests=4",
               "waiting-bytes=257", "waiting-bytes-of-all=258", "requests-per-second=7",
-              "refused-bytes-per-second=8", "at-once=9"}) {
+              "refused-bytes-per-second=8", "at-once=9", "publishes-per-second=10",
+              "publish-bytes-per-second=11"}) {
             QCOMPARE(set_request_limit(text, &limits).error, QString());
         }
         QCOMPARE(limits.request_bytes, std::size_t(256));
@@ -26,6 +27,8 @@ class tst_request_limit : public QObject {
         QCOMPARE(limits.requests_per_second, 7.0);
         QCOMPARE(limits.refused_bytes_per_second, 8.0);
         QCOMPARE(limits.at_once, 9);
+        QCOMPARE(limits.publishes_per_second, 10);
+        QCOMPARE(limits.publish_bytes_per_second, 11);
     }
 
     void what_makes_no_sense_is_one_sentence_that_names_it_data() {

@@ -12,6 +12,8 @@ plugin_opt_host_account @torlan
 plugin_opt_host_address /run/x/own/host
 plugin_opt_host_hash $7$a hash
 plugin_opt_idle_seconds 90
+plugin_opt_publishes_per_second 10
+plugin_opt_bytes_per_second 11
 )";
 
 const QString hash = "$7$101$" + QString(16, 'A') + "$" + QString(86, 'B') + "==";
@@ -31,7 +33,8 @@ class tst_account_text : public QObject {
 };
 
 void tst_account_text::plugin_is_configured_as_written_down() {
-    const account_settings_t settings{"@torlan", "home/1/connection", std::chrono::seconds(90)};
+    const account_settings_t settings{"@torlan", "home/1/connection", std::chrono::seconds(90), 10,
+                                      11};
     QCOMPARE(plugin_lines(settings, {"/proc/self/fd/7", "/run/x/own/host", "$7$a hash"}),
              expected_lines);
 }
