@@ -9,11 +9,13 @@
 #include "dpt_commands.h"
 #include "installation/document_reader.h"
 #include "installation/document_writer.h"
+#include "installation/keep_users.h"
+#include "installation/password_error.h"
 #include "installation/shared_items.h"
 #include "installation/tidy.h"
-#include "password_input.h"
-#include "private_file.h"
 #include "program/file_reader_t.h"
+#include "program/password_input.h"
+#include "program/private_file.h"
 #include "program/say.h"
 #include "program/standard_streams.h"
 #include "store/database_check.h"
@@ -70,19 +72,30 @@ result_t edit(const QString& _data, edit_t _edit) {
     return _edit(editor);
 }
 
-result_t import_file(const QString& _data, const QStringList& _arguments) {
+enum class users_t { replaced, kept };
+
+result_t import_document(const QString& _data, const QStringList& _arguments, users_t _users) {
     const auto bytes = file_reader_t(_arguments[0], max_document_bytes).read();
     if (!bytes.is_ok()) {
         return bytes;
     }
     const QString database = database_file(_data);
-    const auto document =
+    auto document =
         read_document(bytes.value, _arguments[0], database::store::stored_users(database, 5000));
     if (!document.is_ok()) {
         return document;
     }
     sqlite_store_t store;
     const result_t opened = open(store, _data, missing_t::create);
+    if (opened.is_ok() && _users == users_t::kept) {
+        const auto former = store.read();
+        if (!former.is_ok()) {
+            return former;
+        }
+        for (const QString& sentence : keep_users(former.value, &document.value)) {
+            say(stderr, sentence);
+        }
+    }
     const result_t replaced = opened.is_ok() ? store.replace(document.value) : opened;
     if (replaced.is_ok()) {
         tell_notes(store);
@@ -91,6 +104,14 @@ result_t import_file(const QString& _data, const QStringList& _arguments) {
         }
     }
     return replaced;
+}
+
+result_t import_file(const QString& _data, const QStringList& _arguments) {
+    return import_document(_data, _arguments, users_t::replaced);
+}
+
+result_t import_but_users(const QString& _data, const QStringList& _arguments) {
+    return import_document(_data, _arguments, users_t::kept);
 }
 
 base::result_of_t<QByteArray> exported(const QString& _data, passwords_t _passwords) {
@@ -141,7 +162,7 @@ result_t grant(const QString& _data, const QStringList& _arguments) {
 /// Reads a password and hands its hash on.
 template <typename use_t>
 result_t with_password_hash(use_t _use) {
-    const auto password = read_password();
+    const auto password = read_password(password_error, QStringLiteral("Password: "));
     if (!password.is_ok()) {
         return password;
     }
@@ -181,6 +202,8 @@ result_t set_item(const QString& _data, const QStringList& _arguments) {
 
 const QList<command_t>& commands() {
     static const QList<command_t> table{
+        {"import --keep-users", "FILE",
+         "put it there, but keep the users, with their passwords and grants", import_but_users},
         {"import", "FILE", "put the installation in FILE in the place of what is there",
          import_file},
         {"export --with-passwords", "FILE",

@@ -15,6 +15,7 @@ class tst_import_export : public QObject {
     void import_replaces_what_was_there();
     void import_names_what_elements_share();
     void import_of_the_same_file_changes_nothing();
+    void import_keeps_users_when_it_is_asked_to();
     void refused_import_writes_nothing();
     void first_import_that_is_refused_makes_no_database();
     void import_reads_from_a_pipe();
@@ -157,6 +158,27 @@ void tst_import_export::import_of_the_same_file_changes_nothing() {
     QCOMPARE(torlanctl({"import", SAMPLE}).status, 0);
     QVERIFY(torlanctl.stored() == before);
     QCOMPARE(shell.value("SELECT count(*) FROM changes").value.toInt(), 0);
+}
+
+void tst_import_export::import_keeps_users_when_it_is_asked_to() {
+    const torlanctl_t torlanctl;
+    QJsonObject home = kit::small_home();
+    const auto write = [&] { return torlanctl.write("h", QJsonDocument(home).toJson()); };
+    // Into an empty folder it is like any other import.
+    QCOMPARE(torlanctl({"import", "--keep-users", write()}).error, QString());
+    QCOMPARE(torlanctl({"grant", "alice", "e-lamp", "deny"}).error, QString());
+    const auto before = torlanctl.stored();
+    QJsonObject users = home["users"].toObject();
+    users.remove("u-bob");
+    home["users"] = users;
+    QJsonObject permissions = home["permissions"].toObject();
+    permissions.remove("u-bob");
+    home["permissions"] = permissions;
+    home["topic"] = "installation/0002";
+    QCOMPARE(torlanctl({"import", "--keep-users", write()}).error, QString());
+    QVERIFY(torlanctl.stored().users == before.users);
+    QVERIFY(torlanctl.stored().permissions == before.permissions);
+    QCOMPARE(torlanctl.stored().topic, "installation/0002");
 }
 
 void tst_import_export::refused_import_writes_nothing() {

@@ -1,4 +1,4 @@
-#include "password_input.h"
+#include "program/password_input.h"
 
 #include <poll.h>
 #include <termios.h>
@@ -8,7 +8,7 @@
 #include <array>
 #include <csignal>
 
-#include "installation/password_error.h"
+#include "program/file_reader_t.h"
 #include "program/standard_streams.h"
 
 namespace torlan {
@@ -55,10 +55,9 @@ class silent_terminal_t {
 };
 
 /// A terminal hands over one whole line; nothing when it was interrupted.
-QByteArray terminal_line() {
+QByteArray terminal_line(const QString& _question) {
     const silent_terminal_t silent;
-    write_text(stderr,
-               QStringLiteral("Password: "));  // not before: what was typed until now is dropped
+    write_text(stderr, _question);  // not before: what was typed until now is dropped
     std::array<char, max_line_bytes> buffer;
     const ssize_t count =
         silent.wait_for_line() ? ::read(STDIN_FILENO, buffer.data(), buffer.size()) : 0;
@@ -78,18 +77,35 @@ QByteArray without_line_end(QByteArray _line) {
     return _line;
 }
 
-}  // namespace
-
-base::result_of_t<QString> read_password() {
-    const QByteArray line = without_line_end(isatty(STDIN_FILENO) ? terminal_line() : piped_line());
+base::result_of_t<QString> password_in(const QByteArray& _line, password_rule_t _rule) {
     QStringDecoder decoder(QStringDecoder::Utf8);
-    const QString password = decoder(line);
+    const QString password = decoder(without_line_end(_line));
     if (decoder.hasError()) {
         return base::result_t::failed(QStringLiteral("The password must be UTF-8 text."));
     }
-    const QString error = database::installation::password_error(password);
+    const QString error = _rule(password);
     if (!error.isEmpty()) {
         return base::result_t::failed(QStringLiteral("The password %1.").arg(error));
+    }
+    return password;
+}
+
+}  // namespace
+
+base::result_of_t<QString> read_password(password_rule_t _rule, const QString& _question) {
+    return password_in(isatty(STDIN_FILENO) ? terminal_line(_question) : piped_line(), _rule);
+}
+
+base::result_of_t<QString> read_password_file(const QString& _path, password_rule_t _rule) {
+    constexpr qint64 max_bytes = 1 << 20;
+    const auto bytes = file_reader_t(_path, max_bytes).read();
+    if (!bytes.is_ok()) {
+        return bytes;
+    }
+    const qsizetype end = bytes.value.indexOf('\n');
+    const auto password = password_in(end < 0 ? bytes.value : bytes.value.left(end + 1), _rule);
+    if (!password.is_ok()) {
+        return base::result_t::failed(_path + QStringLiteral(": ") + password.error);
     }
     return password;
 }
