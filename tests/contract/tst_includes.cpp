@@ -119,6 +119,7 @@ const QList<row_t> rows{
      "host/endpoint/mosquitto_client_t"},
     {"host/broker", "base/|contract/(logs|comunication)/|host/(accounts|endpoint|process)/"},
     {"host/broker/plugin", "base/token_bucket_t"},
+    {"host/ets", "base/|contract/database/name_rules|knx/(group_address_t|data_point_types)"},
     {"host/installation",
      "base/|contract/database/(element_type|name_rules|permission)|host/accounts/broker_hash"},
     {"host/store", "base/|contract/database/name_rules|host/installation/"},
@@ -126,6 +127,9 @@ const QList<row_t> rows{
     {"host/loader", "base/|contract/|server/drivers/driver/|host/process/trusted_path"},
     {"apps/program", "base/"},
     {"apps/torlan-config", "base/|http/|apps/program/|host/process/(file_lock_t|holder_text)"},
+    {"apps/torlan-ets",
+     "base/|contract/database/name_rules|host/ets/|host/installation/password_error|"
+     "host/accounts/broker_hash|apps/program/"},
     {"apps/torlan-run", "base/|apps/program/|host/process/"},
     {"apps/torlan-server",
      "base/|http/|apps/program/|contract/(comunication/(protoserver_t|api_topics)|database/"
