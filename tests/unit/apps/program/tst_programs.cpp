@@ -89,6 +89,7 @@ class tst_programs : public QObject {
         };
         row(TORLAN_CONFIG, "torlan-config", "torlan-config", 1, "--trigger");
         row(TORLAN_SERVER, "torlan-server", "torlan", 2, "--ws-port");
+        row(TORLAN_ETS, "torlan-ets", "torlan-ets", 2, "--user-password-file");
         row(TORLANCTL, "torlanctl", "torlanctl", 2, "--data");
     }
 
