@@ -38,11 +38,11 @@ base::result_t driver_set_t::load(const QString& _folder) {
 }
 
 base::result_t driver_set_t::init(database::database_t* _database,
-                                  comunication::protoserver_t* _endpoint) {
+                                  comunication::protoserver_t* _endpoint, bus::bus_port_t* _bus) {
     std::vector<loader::loaded_driver_t> taken;
     QString refused;
     for (loader::loaded_driver_t& driver : drivers) {
-        if (driver.init(_database, _endpoint)) {
+        if (driver.init(_database, _endpoint, _bus)) {
             taken.push_back(std::move(driver));
             continue;
         }
@@ -53,31 +53,36 @@ base::result_t driver_set_t::init(database::database_t* _database,
     return drivers.empty() ? base::result_t::failed(refused) : base::result_t();
 }
 
-void driver_set_t::start() {
-    started = true;
+void driver_set_t::start_or_stop(which_t _which, bool _start) const {
     for (const loader::loaded_driver_t& driver : drivers) {
-        driver.get_driver()->start(true);
+        if (_which == which_t::all || driver.uses_endpoint() == (_which == which_t::of_endpoint)) {
+            driver.get_driver()->start(_start);
+        }
     }
 }
 
+void driver_set_t::start() {
+    started = true;
+    start_or_stop(which_t::all, true);
+}
+
 void driver_set_t::stop() {
-    restarting = false;
-    if (!std::exchange(started, false)) {
-        return;
-    }
-    for (const loader::loaded_driver_t& driver : drivers) {
-        driver.get_driver()->start(false);
+    const bool are_stopped = std::exchange(restarting, false);
+    if (std::exchange(started, false)) {
+        start_or_stop(are_stopped ? which_t::others : which_t::all, false);
     }
 }
 
 void driver_set_t::restart(comunication::protoserver_t* _endpoint) {
-    stop();
+    if (started && !restarting) {
+        start_or_stop(which_t::of_endpoint, false);
+    }
     restarting = true;
     // A driver ends its routes on the endpoint's thread and forgets its states on its own after
     // that. A start right behind the stop would overtake it, and nothing would be published.
     const auto start_here = [this]() {
         if (std::exchange(restarting, false)) {
-            start();
+            start_or_stop(which_t::of_endpoint, true);
         }
     };
     const auto turn_back = [this, start_here]() {

@@ -11,6 +11,10 @@ namespace comunication {
 class protoserver_t;
 }
 
+namespace bus {
+class bus_port_t;
+}
+
 namespace torlan {
 
 /// The host's drivers through their life: load, initialise, start, stop, gone. Host thread only;
@@ -26,24 +30,28 @@ class driver_set_t : public QObject {
     /// none at all.
     base::result_t load(const QString& _folder);
 
-    /// Hands out the database and the endpoint. A driver that does not take them is logged and
-    /// dropped; a failure when none is left.
-    base::result_t init(database::database_t* _database, comunication::protoserver_t* _endpoint);
+    /// Hands out the database, the endpoint and the bus, null: none. A driver that does not take
+    /// them is logged and dropped; a failure when none is left.
+    base::result_t init(database::database_t* _database, comunication::protoserver_t* _endpoint,
+                        bus::bus_port_t* _bus);
 
     void start();
     /// Nothing when they are not started.
     void stop();
-    /// Stops, and starts when the stop has gone through the endpoint's thread and back; so every
-    /// state is published again.
+    /// Stops the drivers of the endpoint, and starts them when the stop has gone through its thread
+    /// and back; so every state is published again. The others, a bus's, go on.
     void restart(comunication::protoserver_t* _endpoint);
 
     /// Deletes the drivers.
     void clear() { drivers.clear(); }
 
  private:
+    enum class which_t { all, of_endpoint, others };
+    void start_or_stop(which_t _which, bool _start) const;
+
     std::vector<loader::loaded_driver_t> drivers;
     bool started = false;
-    bool restarting = false;  ///< stopped, and a start is on its way
+    bool restarting = false;  ///< those of the endpoint are stopped, and a start is on its way
 };
 
 }  // namespace torlan

@@ -97,6 +97,7 @@ void host_t::stop() {
     accounts.reset();
     broker.reset();
     bus.reset();
+    knx.reset();
     refusals.reset();
     live.reset();
     database.reset();
@@ -173,10 +174,37 @@ base::result_t host_t::open_database() {
         utility::log_line(_sentence, 3, "operator()", source, __LINE__);
     });
     bus = std::make_unique<simulated_bus_t>(database.get(), live->writer(), live->gate());
+    open_bus();
     bus->simulate(options.simulate);
     const QString file = folder.file(database_name);
     const base::result_t imported = import.write(file);
-    return imported.is_ok() ? live->open(file) : imported;
+    const base::result_t opened = imported.is_ok() ? live->open(file) : imported;
+    if (opened.is_ok()) {
+        read_bus_data();
+    }
+    return opened;
+}
+
+void host_t::open_bus() {
+    if (options.knx.url.isEmpty()) {
+        return;
+    }
+    knx = std::make_unique<database::live::live_bus_port_t>(database.get(), live->writer(),
+                                                            live->gate(), options.knx);
+    bus->leave_to(knx.get());
+    connect(live->feed(), &change_feed_t::bus_data_changed, this, &host_t::read_bus_data);
+}
+
+void host_t::read_bus_data() {
+    if (!knx) {
+        return;
+    }
+    const auto read = live->read_bus_data();
+    if (!read.is_ok()) {
+        utility::log_line(read.error, 2, "read_bus_data", source, __LINE__);
+        return;
+    }
+    knx->set_points(read.value.item_buses, read.value.scenario_buses);
 }
 
 base::result_t host_t::start_broker() {
@@ -220,6 +248,7 @@ base::result_t host_t::connect_endpoint() {
     given.username = broker::broker_settings_t().host_account;
     given.password = broker->host_password();
     given.connection_topic = connection_topic(*database);
+    given.tells_bus = knx != nullptr;
     given.requests = options.limits;
     given.packet_bytes = std::size_t(broker::broker_settings_t().packet_bytes);
     endpoint = std::make_unique<comunication::endpoint_thread_t>(given);
@@ -251,7 +280,7 @@ void host_t::on_new_broker() {
 }
 
 base::result_t host_t::start_drivers() {
-    base::result_t taken = drivers.init(database.get(), endpoint->endpoint());
+    base::result_t taken = drivers.init(database.get(), endpoint->endpoint(), knx.get());
     if (taken.is_ok()) {
         set_up_connections();
         drivers.start();
@@ -283,6 +312,10 @@ void host_t::set_up_connections() {
     connect(&sweep, &retained_sweep_t::due, mqtt, [mqtt]() {
         mqtt->subscription_status_api(comunication::utility::subscribe_t::subscribe);
     });
+    if (knx) {
+        connect(knx.get(), &database::live::live_bus_port_t::link_changed, mqtt,
+                &mqtt_endpoint_t::set_bus);
+    }
     connect(mqtt, &mqtt_endpoint_t::connected, this, [this, mqtt](bool _again) {
         // The private broker has lost what was retained.
         if (_again) {

@@ -13,6 +13,7 @@
 #include "former_broker_t.h"
 #include "hidden_states_t.h"
 #include "installation_import_t.h"
+#include "live/live_bus_port_t.h"
 #include "live/live_database_t.h"
 #include "live/refusal_teller_t.h"
 #include "live/simulated_bus_t.h"
@@ -71,6 +72,8 @@ class host_t : public QObject {
     base::result_t ask_api();
     void set_up_connections();
     void on_new_broker();
+    void open_bus();
+    void read_bus_data();
 
     const options_t options;
     utility::logs::early_logger_t* const early;
@@ -84,6 +87,7 @@ class host_t : public QObject {
     std::unique_ptr<database::database_t> database;
     std::unique_ptr<database::live::live_database_t> live;
     std::unique_ptr<database::live::refusal_teller_t> refusals;
+    std::unique_ptr<database::live::live_bus_port_t> knx;  ///< null: there is no bus
     std::unique_ptr<database::live::simulated_bus_t> bus;
     std::unique_ptr<broker::broker_process_t> broker;
     std::unique_ptr<account_keeper_t> accounts;

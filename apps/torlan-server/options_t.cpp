@@ -2,6 +2,7 @@
 
 #include <QCommandLineParser>
 #include <QDir>
+#include <QRegularExpression>
 
 #include "program/standard_options.h"
 #include "program/supervisor_link_t.h"
@@ -39,6 +40,15 @@ void describe(QCommandLineParser* _parser) {
          QStringLiteral("Change a limit of each API user; may be given more than once: ") +
              request_limit_names() + QLatin1Char('.'),
          QStringLiteral("NAME=N")},
+        {QStringLiteral("knx"),
+         QStringLiteral("KNX bus, knxd at URL: local:PATH or ip:HOST[:PORT] (default: none)."),
+         QStringLiteral("URL")},
+        {QStringLiteral("knx-rate"),
+         QStringLiteral("Telegrams a second that are sent at most, 1 to 100 (default: 25)."),
+         QStringLiteral("N")},
+        {QStringLiteral("knx-read"),
+         QStringLiteral("on (default) or off: ask the bus for values when it is there."),
+         QStringLiteral("WORD")},
         {QStringLiteral("simulate"), QStringLiteral("Let temperatures drift.")},
         {QStringLiteral("log-level-std"),
          QStringLiteral("Highest level on standard output, 0 to 6 (default: 4)."),
@@ -116,6 +126,32 @@ base::result_t check_ports(const options_t& _options) {
                : base::result_t();
 }
 
+bool is_bus_url(const QString& _url) {
+    static const QRegularExpression form(
+        QStringLiteral("\\A(?:local:/?[^:]+|ip:[^:/\\s]+(?::[1-9][0-9]{0,4})?)\\z"));
+    return form.match(_url).hasMatch() && _url.section(QLatin1Char(':'), 2).toUInt() <= 65535;
+}
+
+base::result_t read_bus(const QCommandLineParser& _parser, bus::bus_settings_t* _bus) {
+    const QString read = _parser.isSet(QStringLiteral("knx-read"))
+                             ? _parser.value(QStringLiteral("knx-read"))
+                             : QStringLiteral("on");
+    if (read != QLatin1String("on") && read != QLatin1String("off")) {
+        return base::result_t::failed(
+            QStringLiteral("--knx-read takes on or off, not \"%1\".").arg(read));
+    }
+    _bus->read = read == QLatin1String("on");
+    if (!_parser.isSet(QStringLiteral("knx"))) {
+        return {};
+    }
+    _bus->url = _parser.value(QStringLiteral("knx"));
+    return is_bus_url(_bus->url)
+               ? base::result_t()
+               : base::result_t::failed(
+                     QStringLiteral("--knx takes local:PATH or ip:HOST[:PORT], not \"%1\".")
+                         .arg(_bus->url));
+}
+
 base::result_t read_numbers(const QCommandLineParser& _parser, options_t* _options) {
     numbers_t numbers(_parser);
     numbers.take("port", 1, 65535, &_options->port);
@@ -126,6 +162,7 @@ base::result_t read_numbers(const QCommandLineParser& _parser, options_t* _optio
     numbers.take("log-level-file", 0, 6, &_options->file_level);
     numbers.take("log-size", 1, 1024, &_options->log_size);
     numbers.take("log-rotate", 0, 1000, &_options->log_rotate);
+    numbers.take("knx-rate", 1, 100, &_options->knx.telegrams_per_second);
     numbers.take("session-hours", 1, 8'760, &_options->session_hours);
     return numbers.result.is_ok() ? check_ports(*_options) : numbers.result;
 }
@@ -139,6 +176,9 @@ base::result_of_t<options_t> read(const QCommandLineParser& _parser) {
         if (const base::result_t set = set_request_limit(limit, &options.limits); !set.is_ok()) {
             return set;
         }
+    }
+    if (const base::result_t bus = read_bus(_parser, &options.knx); !bus.is_ok()) {
+        return bus;
     }
     options.data = QDir(_parser.value(QStringLiteral("data"))).absolutePath();
     options.plugins = _parser.value(QStringLiteral("plugins"));

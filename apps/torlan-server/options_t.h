@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "base/result_t.h"
+#include "bus/bus_settings_t.h"
 #include "endpoint/request_limits_t.h"
 
 namespace torlan {
@@ -20,6 +21,7 @@ struct options_t {
     QString plugins;             ///< folder of drivers; empty: beside the program
     QString logs;                ///< folder of the log; empty: in the data folder
     bool simulate = false;
+    bus::bus_settings_t knx;                ///< without an address: no bus
     comunication::request_limits_t limits;  ///< of each API user
     // As shipped when nothing is given.
     std::optional<unsigned> stdout_level;  ///< 0 to 6

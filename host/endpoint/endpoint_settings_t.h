@@ -22,6 +22,7 @@ struct endpoint_settings_t {
     QString ca_file;  ///< certificate authorities (PEM); empty: no TLS
     /// Retained {"state":"online"} or {"state":"offline"}; empty: not told.
     QString connection_topic;
+    bool tells_bus = false;  ///< whether the connection message says if the bus is there
 
     std::chrono::milliseconds reconnect_shortest{200};
     std::chrono::milliseconds reconnect_longest{30'000};

@@ -98,6 +98,14 @@ void mqtt_endpoint_t::set_broker(qint64 _process, const QString& _password) {
     }
 }
 
+void mqtt_endpoint_t::set_bus(bool _online) {
+    bus_online = _online;
+    const bool is_told = state == state_t::subscribing || state == state_t::connected;
+    if (is_told && settings.tells_bus && !settings.connection_topic.isEmpty()) {
+        sender.send(connection_message("online"));
+    }
+}
+
 void mqtt_endpoint_t::stop() {
     if (state == state_t::stopping) {
         return;
@@ -285,8 +293,12 @@ void mqtt_endpoint_t::publish_delete(const QString& _topic, utility::qos_t _qos,
 }
 
 outgoing_t mqtt_endpoint_t::connection_message(const QByteArray& _word) const {
-    return {settings.connection_topic.toUtf8(), "{\"state\":\"" + _word + "\"}",
-            utility::qos_t::at_least_once, true};
+    QByteArray text = "{\"state\":\"" + _word + '"';
+    if (settings.tells_bus) {
+        const bool is_there = bus_online && _word == "online";
+        text += QByteArray(",\"bus\":\"") + (is_there ? "online" : "offline") + '"';
+    }
+    return {settings.connection_topic.toUtf8(), text + '}', utility::qos_t::at_least_once, true};
 }
 
 }  // namespace comunication

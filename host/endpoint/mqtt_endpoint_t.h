@@ -42,6 +42,9 @@ class mqtt_endpoint_t : public protoserver_t {
     /// client_settings_t::process. What waits for the next attempt waits no longer.
     void set_broker(qint64 _process, const QString& _password);
 
+    /// The bus is there or not; told at once. Nothing unless the settings say that there is one.
+    void set_bus(bool _online);
+
     /// Sends what is queued, tells "offline" and disconnects; bounded by the settings' stop
     /// time-out. stopped() follows, perhaps before this returns.
     void stop();
@@ -98,6 +101,7 @@ class mqtt_endpoint_t : public protoserver_t {
     QTimer limit;        ///< of an attempt, or of a stop
     int request_id = 0;  ///< of the pending subscription of requests
     state_t state = state_t::stopped;
+    bool bus_online = false;
     bool ever_connected = false;  ///< connected() was emitted once
     bool enabled = false;         ///< api_message is emitted
     bool wants_status = false;

@@ -2,6 +2,7 @@
 
 #include "accounts/broker_hash.h"
 #include "database/permission.h"
+#include "installation/bus_data.h"
 #include "installation/installation_rules.h"
 #include "installation/json_text.h"
 #include "installation/password_error.h"
@@ -59,6 +60,19 @@ QMap<QString, int> grants(const QJsonValue& _value) {
     });
 }
 
+/// "knx" of the entries that have it; what is wrong with it is told by check_bus_data().
+QMap<QString, bus::bus_data_t> buses(const QJsonValue& _section, bus_role_t _role) {
+    QMap<QString, bus::bus_data_t> found;
+    const QJsonObject object = _section.toObject();
+    for (auto it = object.begin(); it != object.end(); ++it) {
+        const QJsonValue knx = it.value()[QLatin1String("knx")];
+        if (!knx.isUndefined()) {
+            found.insert(it.key(), read_bus_data(knx, _role).data);
+        }
+    }
+    return found;
+}
+
 /// Users come without their hashes: those are made when everything else is known to be right.
 installation_t unsecured(const QJsonObject& _document) {
     installation_t whole;
@@ -67,6 +81,8 @@ installation_t unsecured(const QJsonObject& _document) {
     whole.scenarios = read_section<bool>(
         _document[QLatin1String("scenarios")],
         [](const QJsonValue& _scenario) { return _scenario[QLatin1String("execution")].toBool(); });
+    whole.item_buses = buses(_document[QLatin1String("items")], bus_role_t::item);
+    whole.scenario_buses = buses(_document[QLatin1String("scenarios")], bus_role_t::scenario);
     whole.thermostats =
         read_section<thermostat_t>(_document[QLatin1String("thermostats")], thermostat);
     whole.elements = read_section<element_t>(_document[QLatin1String("elements")], element);
@@ -77,6 +93,20 @@ installation_t unsecured(const QJsonObject& _document) {
     whole.permissions =
         read_section<QMap<QString, int>>(_document[QLatin1String("permissions")], grants);
     return whole;
+}
+
+void check_bus_data(const QString& _section, const QJsonObject& _document, bus_role_t _role,
+                    problems_t& _problems) {
+    const QJsonObject object = _document[_section].toObject();
+    for (auto it = object.begin(); it != object.end(); ++it) {
+        const QJsonValue knx = it.value()[QLatin1String("knx")];
+        const read_bus_data_t read =
+            knx.isUndefined() ? read_bus_data_t() : read_bus_data(knx, _role);
+        if (!read.is_ok()) {
+            _problems.add(QStringList{_section, it.key(), QStringLiteral("knx")} + read.place,
+                          read.error);
+        }
+    }
 }
 
 void check_secret(const QString& _id, const QJsonValue& _user, problems_t& _problems) {
@@ -100,6 +130,8 @@ problems_t check_document(const QJsonObject& _document, const installation_t& _w
     for (auto it = users.begin(); it != users.end(); ++it) {
         check_secret(it.key(), it.value(), problems);
     }
+    check_bus_data(QStringLiteral("items"), _document, bus_role_t::item, problems);
+    check_bus_data(QStringLiteral("scenarios"), _document, bus_role_t::scenario, problems);
     return problems;
 }
 

@@ -5,6 +5,7 @@
 
 #include "database/element_type.h"
 #include "database/permission.h"
+#include "installation/bus_data.h"
 
 namespace database::installation {
 
@@ -102,13 +103,29 @@ QJsonObject permissions(const QMap<QString, QMap<QString, int>>& _permissions) {
     return section;
 }
 
+QJsonObject with_bus_data(QJsonObject _section, const QMap<QString, bus::bus_data_t>& _buses,
+                          bus_role_t _role) {
+    for (auto it = _buses.begin(); it != _buses.end(); ++it) {
+        if (!_section.contains(it.key())) {
+            continue;
+        }
+        QJsonObject entry = _section[it.key()].toObject();
+        entry.insert(QStringLiteral("knx"), write_bus_data(it.value(), _role));
+        _section.insert(it.key(), entry);
+    }
+    return _section;
+}
+
 }  // namespace
 
 QByteArray write_document(const installation_t& _installation, passwords_t _passwords) {
     const QJsonObject document{
         {QStringLiteral("topic"), _installation.topic},
-        {QStringLiteral("items"), write_section(_installation.items, item)},
-        {QStringLiteral("scenarios"), write_section(_installation.scenarios, scenario)},
+        {QStringLiteral("items"), with_bus_data(write_section(_installation.items, item),
+                                                _installation.item_buses, bus_role_t::item)},
+        {QStringLiteral("scenarios"),
+         with_bus_data(write_section(_installation.scenarios, scenario),
+                       _installation.scenario_buses, bus_role_t::scenario)},
         {QStringLiteral("thermostats"), write_section(_installation.thermostats, thermostat)},
         {QStringLiteral("elements"), write_section(_installation.elements, element)},
         {QStringLiteral("users"),

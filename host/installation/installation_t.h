@@ -3,6 +3,7 @@
 #include <QMap>
 #include <QString>
 
+#include "bus/bus_data_t.h"
 #include "installation/item_limits_t.h"
 
 namespace database::installation {
@@ -50,6 +51,8 @@ struct installation_t {
     QMap<QString, element_t> elements;              ///< by element id
     QMap<QString, user_t> users;                    ///< by user id
     QMap<QString, QMap<QString, int>> permissions;  ///< user id -> element id -> bits
+    QMap<QString, bus::bus_data_t> item_buses;      ///< by item id; of those that have it
+    QMap<QString, bus::bus_data_t> scenario_buses;  ///< by scenario id; the same
     bool operator==(const installation_t&) const = default;
 };
 

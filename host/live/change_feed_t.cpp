@@ -109,6 +109,7 @@ result_t change_feed_t::absorb(model_changes_t* _changes) {
     } else {
         batch.drop_unnamed();
         *_changes = model.apply(batch, part);
+        _changes->buses = batch.buses;
     }
     return {};
 }
@@ -129,6 +130,9 @@ void change_feed_t::announce(const model_changes_t& _changes) {
     } else {
         announce_users_and_elements(_changes);
         announce_realtime(_changes);
+    }
+    if (_changes.everything || _changes.buses) {
+        Q_EMIT bus_data_changed();
     }
     if (!_changes.hidden.isEmpty()) {
         Q_EMIT states_hidden(_changes.hidden);

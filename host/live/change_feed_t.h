@@ -41,6 +41,8 @@ class change_feed_t : public QObject {
  Q_SIGNALS:
     /// User names or passwords changed, users came or went: the broker's accounts are out of date.
     void users_changed();
+    /// What the bus has to do with items or scenarios is another.
+    void bus_data_changed();
     /// These users, by id, may read something no longer; before the notifiers, too.
     void reading_withdrawn(const QStringList& _users);
     /// What users could read before and cannot now, behind the notifiers: retained packets of it

@@ -68,4 +68,15 @@ result_t live_database_t::flush() {
     return part.users;
 }
 
+::base::result_of_t<installation::installation_t> live_database_t::read_bus_data() {
+    installation::installation_t part;
+    store::store_reader_t reader(connection);
+    const result_t result = reader.read_buses(&part);
+    if (!result.is_ok()) {
+        return result;
+    }
+    changes.tell_notes(reader.notes());
+    return part;
+}
+
 }  // namespace database::live

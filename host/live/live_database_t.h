@@ -35,6 +35,9 @@ class live_database_t : public QObject {
     /// Reads the users with their password hashes, by user id: what the broker's files are made of.
     ::base::result_of_t<QMap<QString, installation::user_t>> read_users();
 
+    /// Reads what the bus has to do with items and scenarios; the rest of the value is empty.
+    ::base::result_of_t<installation::installation_t> read_bus_data();
+
     /// Where bus drivers set values.
     realtime_writer_t* writer() { return &realtime; }
     /// Through which requests for values come to bus drivers.

@@ -16,6 +16,7 @@ struct model_changes_t {
     bool everything = false;
     bool topic = false;
     bool accounts = false;
+    bool buses = false;
     QStringList items, scenarios, thermostats, elements, users;
     QStringList withdrawn;        ///< ids of users who may read some element no longer
     QList<shown_state_t> hidden;  ///< what users could read before and cannot now

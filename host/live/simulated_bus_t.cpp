@@ -9,12 +9,19 @@ using persistent::ps_requests_t;
 simulated_bus_t::simulated_bus_t(database_t* _database, realtime_writer_t* _realtime,
                                  const write_gate_t* _gate, QObject* _parent)
     : QObject(_parent), database(_database), realtime(_realtime) {
-    connect(
-        _gate, &write_gate_t::item_asked, this,
-        [this](const QString& _id, const QString& _value) { realtime->write_item(_id, _value); });
+    connect(_gate, &write_gate_t::item_asked, this,
+            [this](const QString& _id, const QString& _value) {
+                if (real == nullptr || !real->owns_item(_id)) {
+                    realtime->write_item(_id, _value);
+                }
+            });
     connect(
         _database->getPersistent()->getRequests(), &ps_requests_t::scenaryExecutionRequested, this,
-        [this](const QString& _id, bool _execution) { realtime->write_scenario(_id, _execution); },
+        [this](const QString& _id, bool _execution) {
+            if (real == nullptr || !real->owns_scenario(_id)) {
+                realtime->write_scenario(_id, _execution);
+            }
+        },
         Qt::QueuedConnection);
     connect(&timer, &QTimer::timeout, this, &simulated_bus_t::step);
 }
@@ -36,7 +43,8 @@ void simulated_bus_t::step() {
         const auto* item = database->getRealtime()->getItems()->list(id);
         // Not a distribution of the library: those differ between compilers.
         const int direction = int(random() % 3) - 1;
-        if (item != nullptr && direction != 0) {
+        const bool is_ours = real == nullptr || !real->owns_item(id);
+        if (item != nullptr && is_ours && direction != 0) {
             const double next = item->getValue().toDouble() + 0.1 * direction;
             realtime->write_item(id, QString::number(std::clamp(next, 10.0, 35.0), 'f', 1));
         }

@@ -5,6 +5,7 @@
 #include <functional>
 #include <random>
 
+#include "live/live_bus_port_t.h"
 #include "live/realtime_writer_t.h"
 #include "live/write_gate_t.h"
 
@@ -30,6 +31,9 @@ class simulated_bus_t : public QObject {
                     QObject* _parent = nullptr);
     ~simulated_bus_t() override;
 
+    /// Leaves the requests for what a real bus owns to it; their values do not drift either.
+    void leave_to(const live_bus_port_t* _bus) { real = _bus; }
+
     /// Starts (again) or stops the drift.
     void simulate(bool _enable, const drift_t& _drift = {});
 
@@ -39,6 +43,7 @@ class simulated_bus_t : public QObject {
 
     QPointer<database_t> database;
     realtime_writer_t* const realtime;
+    const live_bus_port_t* real = nullptr;  ///< null: there is none
     drift_t drift;
     std::mt19937 random;
     QTimer timer;

@@ -10,6 +10,10 @@ namespace comunication {
 class protoserver_t;
 }
 
+namespace bus {
+class bus_port_t;
+}
+
 namespace loader {
 
 /// A loaded driver. Owns the driver object and deletes it; the library itself stays in memory,
@@ -27,9 +31,14 @@ class loaded_driver_t {
     /// Never null unless somebody else has deleted the object.
     interfaces::plugin_driver_interface_t* get_driver() const;
 
-    /// Hands out the database, then the endpoint to a driver that uses one. False when the driver
-    /// does not take them; it has logged why. Neither is owned.
-    bool init(database::database_t* _database, comunication::protoserver_t* _endpoint) const;
+    /// Hands out the database, then the endpoint to a driver that uses one, then the bus, null:
+    /// there is none, to one that moves values on it. False when the driver does not take them; it
+    /// has logged why. None is owned.
+    bool init(database::database_t* _database, comunication::protoserver_t* _endpoint,
+              bus::bus_port_t* _bus) const;
+
+    /// Whether what the driver does hangs on the endpoint.
+    bool uses_endpoint() const;
 
  private:
     QString file;

@@ -13,6 +13,7 @@ struct change_batch_t {
     qint64 last_sequence = 0;  ///< the last row read
     bool everything = false;   ///< a bulk row: read the whole installation again
     bool topic = false;
+    bool buses = false;     ///< what the bus has to do with items or scenarios
     bool accounts = false;  ///< a user name or a password changed, users came or went
     std::set<QString> items, scenarios, thermostats, elements, users;
     std::set<QString> limits;  ///< items of which clients may write something else

@@ -15,6 +15,8 @@ void add(const QString& _tab, const QString& _key, change_batch_t* _batch) {
         _batch->items.insert(_key);
     } else if (_tab == QLatin1String("limits")) {
         _batch->limits.insert(_key);
+    } else if (_tab == QLatin1String("knx")) {
+        _batch->buses = true;
     } else if (_tab == QLatin1String("scenarios")) {
         _batch->scenarios.insert(_key);
     } else if (_tab == QLatin1String("thermostats")) {

@@ -64,7 +64,8 @@ result_t complete_layout_2(connection_t& _connection) {
 const QList<step_t>& steps() {
     static const QList<step_t> list{
         {1, {QStringLiteral("set_aside")}, mend_layout_1, complete_layout_2},
-        {2, {}, nullptr, nullptr}};
+        {2, {}, nullptr, nullptr},
+        {3, {}, nullptr, nullptr}};
     return list;
 }
 

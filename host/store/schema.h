@@ -8,7 +8,7 @@ namespace database::store {
 
 /// Version of the layout in schema.sql; to be raised with every change of it, and migration.cpp
 /// gets a step.
-inline constexpr int schema_version = 3;
+inline constexpr int schema_version = 4;
 
 /// Marks a file as an installation database (PRAGMA application_id).
 inline constexpr int application_id = 0x746f7264;

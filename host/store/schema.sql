@@ -1,4 +1,4 @@
--- The installation on disk, layout 3. Statements are separated by empty lines.
+-- The installation on disk, layout 4. Statements are separated by empty lines.
 --
 -- Who writes does not matter: the triggers note every change in "changes", one row for each
 -- affected item, scenario, thermostat, element or user, in the writer's own transaction. They also
@@ -28,6 +28,7 @@ CREATE TABLE meta (
                AND value || '/' NOT GLOB 'api/*')));
 
 -- What clients may write: nothing (writable 0), numbers from min to max, in whole steps; NULL: any.
+-- knx: as the installation's document has it, JSON; NULL: nothing to do with the bus.
 CREATE TABLE items (
     id TEXT NOT NULL PRIMARY KEY
         CONSTRAINT "id must be 1 to 64 of the characters 0-9 a-z A-Z . _ -, without request"
@@ -43,6 +44,8 @@ CREATE TABLE items (
         CHECK (max IS NULL OR (typeof(max) = 'real' AND abs(max) < 9e999)),
     step REAL CONSTRAINT "step must be a number above 0"
         CHECK (step IS NULL OR (typeof(step) = 'real' AND step > 0 AND step < 9e999)),
+    knx TEXT CONSTRAINT "knx must be text without NUL"
+        CHECK (knx IS NULL OR (typeof(knx) = 'text' AND instr(knx, char(0)) = 0)),
     CONSTRAINT "min must not be above max" CHECK (min <= max));
 
 CREATE TABLE scenarios (
@@ -50,7 +53,9 @@ CREATE TABLE scenarios (
         CONSTRAINT "id must be 1 to 64 of the characters 0-9 a-z A-Z . _ -, without request"
         CHECK (typeof(id) = 'text' AND length(id) BETWEEN 1 AND 64 AND instr(id, char(0)) = 0
                AND id NOT GLOB '*[^0-9a-zA-Z._-]*' AND instr(id, 'request') = 0),
-    execution INTEGER NOT NULL DEFAULT 0 CHECK (execution IN (0, 1)));
+    execution INTEGER NOT NULL DEFAULT 0 CHECK (execution IN (0, 1)),
+    knx TEXT CONSTRAINT "knx must be text without NUL"
+        CHECK (knx IS NULL OR (typeof(knx) = 'text' AND instr(knx, char(0)) = 0)));
 
 CREATE TABLE thermostats (
     id TEXT NOT NULL PRIMARY KEY
@@ -154,6 +159,20 @@ WHEN OLD.writable IS NOT NEW.writable OR OLD.min IS NOT NEW.min OR OLD.max IS NO
     INSERT INTO changes (tab, key) VALUES ('limits', NEW.id);
 END;
 
+-- What the bus has to do with items is read again as a whole.
+CREATE TRIGGER items_knx AFTER UPDATE ON items
+WHEN OLD.knx IS NOT NEW.knx OR (NEW.knx IS NOT NULL AND OLD.id IS NOT NEW.id) BEGIN
+    INSERT INTO changes (tab, key) VALUES ('knx', NEW.id);
+END;
+
+CREATE TRIGGER items_knx_inserted AFTER INSERT ON items WHEN NEW.knx IS NOT NULL BEGIN
+    INSERT INTO changes (tab, key) VALUES ('knx', NEW.id);
+END;
+
+CREATE TRIGGER items_knx_deleted AFTER DELETE ON items WHEN OLD.knx IS NOT NULL BEGIN
+    INSERT INTO changes (tab, key) VALUES ('knx', OLD.id);
+END;
+
 CREATE TRIGGER items_renamed AFTER UPDATE OF id ON items WHEN OLD.id IS NOT NEW.id BEGIN
     INSERT INTO changes (tab, key) VALUES ('items', OLD.id), ('items', NEW.id);
 END;
@@ -173,6 +192,19 @@ END;
 CREATE TRIGGER scenarios_updated AFTER UPDATE ON scenarios
 WHEN OLD.execution IS NOT NEW.execution BEGIN
     INSERT INTO changes (tab, key) VALUES ('scenarios', NEW.id);
+END;
+
+CREATE TRIGGER scenarios_knx AFTER UPDATE ON scenarios
+WHEN OLD.knx IS NOT NEW.knx OR (NEW.knx IS NOT NULL AND OLD.id IS NOT NEW.id) BEGIN
+    INSERT INTO changes (tab, key) VALUES ('knx', NEW.id);
+END;
+
+CREATE TRIGGER scenarios_knx_inserted AFTER INSERT ON scenarios WHEN NEW.knx IS NOT NULL BEGIN
+    INSERT INTO changes (tab, key) VALUES ('knx', NEW.id);
+END;
+
+CREATE TRIGGER scenarios_knx_deleted AFTER DELETE ON scenarios WHEN OLD.knx IS NOT NULL BEGIN
+    INSERT INTO changes (tab, key) VALUES ('knx', OLD.id);
 END;
 
 CREATE TRIGGER scenarios_renamed AFTER UPDATE OF id ON scenarios WHEN OLD.id IS NOT NEW.id BEGIN

@@ -23,8 +23,8 @@ struct table_t {
 
 /// Each behind those that it refers to.
 constexpr std::array tables{
-    table_t{"items", "id, value, writable, min, max, step", 1, 1},
-    table_t{"scenarios", "id, execution", 1, 1},
+    table_t{"items", "id, value, writable, min, max, step, knx", 1, 1},
+    table_t{"scenarios", "id, execution, knx", 1, 1},
     table_t{"thermostats", "id, id_actual, id_windows_contact", 1, 1},
     table_t{"thermostat_ids", "thermostat, key, item", 2, 2},
     table_t{"elements", "id, name, type, flags, scenario, thermostat", 1, 1},

@@ -3,7 +3,9 @@
 #include <QSqlQuery>
 #include <limits>
 
+#include "base/json_text.h"
 #include "database/name_rules.h"
+#include "installation/place_text.h"
 #include "installation/tidy.h"
 
 namespace database::store {
@@ -49,9 +51,44 @@ result_t store_reader_t::read_all(installation_t* _target) {
             return result;
         }
     }
-    const result_t result = read_topic(_target);
+    result_t result = read_buses(_target);
+    if (result.is_ok()) {
+        result = read_topic(_target);
+    }
     tidy(_target);
     return result;
+}
+
+result_t store_reader_t::read_buses(installation_t* _target) {
+    using installation::bus_role_t;
+    const result_t items = read_bus_column("items", bus_role_t::item, &_target->item_buses);
+    return items.is_ok()
+               ? read_bus_column("scenarios", bus_role_t::scenario, &_target->scenario_buses)
+               : items;
+}
+
+result_t store_reader_t::read_bus_column(const char* _table, installation::bus_role_t _role,
+                                         QMap<QString, bus::bus_data_t>* _target) {
+    return connection.each(
+        QStringLiteral("SELECT id, knx FROM %1 WHERE knx IS NOT NULL").arg(QLatin1String(_table)),
+        {}, [this, _table, _role, _target](const QSqlQuery& _row) {
+            const QString id = _row.value(0).toString();
+            const auto json = ::base::json_from_text(_row.value(1).toString().toUtf8());
+            const installation::read_bus_data_t read =
+                installation::read_bus_data(json.value_or(QJsonValue()), _role);
+            if (!identifier_error(id).isEmpty()) {
+                return;
+            }
+            if (read.is_ok()) {
+                _target->insert(id, read.data);
+                return;
+            }
+            note({QStringLiteral("%1 is left out: %2")
+                      .arg(installation::place_text(
+                               QStringList{QLatin1String(_table), id, QStringLiteral("knx")} +
+                               read.place),
+                           read.error)});
+        });
 }
 
 result_t store_reader_t::read_accounts(installation_t* _target) {

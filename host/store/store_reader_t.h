@@ -2,6 +2,7 @@
 
 #include <QStringList>
 
+#include "installation/bus_data.h"
 #include "installation/installation_t.h"
 #include "store/change_batch_t.h"
 #include "store/connection_t.h"
@@ -16,6 +17,8 @@ class store_reader_t {
 
     /// Adds the whole installation to @p _target.
     ::base::result_t read_all(installation::installation_t* _target);
+    /// Adds what the bus has to do with items and scenarios, alone.
+    ::base::result_t read_buses(installation::installation_t* _target);
     /// Adds the users alone.
     ::base::result_t read_accounts(installation::installation_t* _target);
     /// Adds what the batch's keys stand for; a key that is not in the store any more stays out.
@@ -33,6 +36,8 @@ class store_reader_t {
         QVariantList values;
     };
 
+    ::base::result_t read_bus_column(const char* _table, installation::bus_role_t _role,
+                                     QMap<QString, bus::bus_data_t>* _target);
     ::base::result_t read_topic(installation::installation_t* _target);
     ::base::result_t read_items(const filter_t& _filter, installation::installation_t* _target);
     ::base::result_t read_scenarios(const filter_t& _filter, installation::installation_t* _target);

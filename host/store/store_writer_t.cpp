@@ -1,11 +1,25 @@
 #include "store/store_writer_t.h"
 
+#include "base/json_text.h"
+#include "installation/bus_data.h"
+
 namespace database::store {
 
 using ::base::result_t;
 using installation::installation_t;
 
 namespace {
+
+using installation::bus_role_t;
+
+/// Null: nothing to do with the bus.
+QVariant bus_value(const QMap<QString, bus::bus_data_t>& _buses, const QString& _id,
+                   bus_role_t _role) {
+    const auto found = _buses.constFind(_id);
+    return found == _buses.constEnd() ? QVariant()
+                                      : QVariant(QString::fromUtf8(::base::json_to_text(
+                                            installation::write_bus_data(*found, _role))));
+}
 
 QVariant limit_value(const std::optional<double>& _limit) {
     return _limit ? QVariant(*_limit) : QVariant();
@@ -30,10 +44,11 @@ result_t store_writer_t::write_items(const installation_t& _installation) {
     for (auto i = _installation.items.begin(); result.is_ok() && i != _installation.items.end();
          ++i) {
         result = connection.run(
-            QStringLiteral("INSERT INTO next_items (id, value, writable, min, max, step) "
-                           "VALUES (?, ?, ?, ?, ?, ?)"),
+            QStringLiteral("INSERT INTO next_items (id, value, writable, min, max, step, knx) "
+                           "VALUES (?, ?, ?, ?, ?, ?, ?)"),
             {text_value(i.key()), text_value(i->value), int(i->limits.writable),
-             limit_value(i->limits.min), limit_value(i->limits.max), limit_value(i->limits.step)});
+             limit_value(i->limits.min), limit_value(i->limits.max), limit_value(i->limits.step),
+             bus_value(_installation.item_buses, i.key(), bus_role_t::item)});
     }
     return result;
 }
@@ -43,8 +58,9 @@ result_t store_writer_t::write_scenarios(const installation_t& _installation) {
     result_t result;
     for (auto i = scenarios.begin(); result.is_ok() && i != scenarios.end(); ++i) {
         result = connection.run(
-            QStringLiteral("INSERT INTO next_scenarios (id, execution) VALUES (?, ?)"),
-            {text_value(i.key()), int(i.value())});
+            QStringLiteral("INSERT INTO next_scenarios (id, execution, knx) VALUES (?, ?, ?)"),
+            {text_value(i.key()), int(i.value()),
+             bus_value(_installation.scenario_buses, i.key(), bus_role_t::scenario)});
     }
     return result;
 }

@@ -121,9 +121,10 @@ const QList<row_t> rows{
     {"host/broker/plugin", "base/token_bucket_t"},
     {"host/ets", "base/|contract/database/name_rules|knx/(group_address_t|data_point_types)"},
     {"host/installation",
-     "base/|contract/database/(element_type|name_rules|permission)|host/accounts/broker_hash"},
+     "base/|contract/(bus/bus_data_t|database/(element_type|name_rules|permission))|"
+     "host/accounts/broker_hash|knx/(data_point_types|group_address_t)"},
     {"host/store", "base/|contract/database/name_rules|host/installation/"},
-    {"host/live", "base/|contract/database/|host/(installation|store)/"},
+    {"host/live", "base/|contract/(bus|database)/|host/(installation|store)/"},
     {"host/loader", "base/|contract/|server/drivers/driver/|host/process/trusted_path"},
     {"apps/program", "base/"},
     {"apps/torlan-config", "base/|http/|apps/program/|host/process/(file_lock_t|holder_text)"},
@@ -132,7 +133,8 @@ const QList<row_t> rows{
      "host/accounts/broker_hash|apps/program/"},
     {"apps/torlan-run", "base/|apps/program/|host/process/"},
     {"apps/torlan-server",
-     "base/|http/|apps/program/|contract/(comunication/(protoserver_t|api_topics)|database/"
+     "base/|http/|apps/program/|contract/(bus/bus_settings_t|comunication/"
+     "(protoserver_t|api_topics)|database/"
      "database_t|"
      "logs/)|host/(accounts|broker|endpoint|installation|live|loader|logs|process|store)/|"
      "server/utility/(cnfserver|http_read_config_server_t|torlan_option_t|utility_t)\\.h"},

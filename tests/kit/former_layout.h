@@ -53,10 +53,10 @@ class former_layout_t {
     void fill(const database::installation::installation_t& _whole) {
         run("INSERT INTO meta VALUES ('topic', ?)", {_whole.topic});
         for (auto i = _whole.items.begin(); i != _whole.items.end(); ++i) {
-            run("INSERT INTO items VALUES (?, ?)", {i.key(), i->value});
+            run("INSERT INTO items (id, value) VALUES (?, ?)", {i.key(), i->value});
         }
         for (auto i = _whole.scenarios.begin(); i != _whole.scenarios.end(); ++i) {
-            run("INSERT INTO scenarios VALUES (?, ?)", {i.key(), int(*i)});
+            run("INSERT INTO scenarios (id, execution) VALUES (?, ?)", {i.key(), int(*i)});
         }
         for (auto i = _whole.thermostats.begin(); i != _whole.thermostats.end(); ++i) {
             run("INSERT INTO thermostats VALUES (?, ?, ?)",

@@ -98,7 +98,7 @@ void tst_startup::a_home_of_the_former_layout_is_served_and_told() {
     QString told;
     QTRY_VERIFY(
         (told += QString::fromUtf8(log.readAll())).contains("items/my-request is set aside: "));
-    QVERIFY2(told.contains(path + " had layout 1 and has layout 3 now; what it was is kept in " +
+    QVERIFY2(told.contains(path + " had layout 1 and has layout 4 now; what it was is kept in " +
                            host.data() + "/installation.layout-1.db."),
              qPrintable(told));
     mqtt_client_t alice;

@@ -119,7 +119,7 @@ void tst_import_export::a_database_of_the_former_layout_is_migrated_and_told_onc
     const call_t first = torlanctl({"set", "i-lamp", "0"});
     QCOMPARE(first.status, 0);
     QCOMPARE(first.error, "torlanctl: The database " + path +
-                              " had layout 1 and has layout 3 now; what it was is kept in " +
+                              " had layout 1 and has layout 4 now; what it was is kept in " +
                               torlanctl.data() + "/installation.layout-1.db.");
     QCOMPARE(torlanctl({"export"}).error, QString());
     QVERIFY(torlanctl.stored() == sample::installation());

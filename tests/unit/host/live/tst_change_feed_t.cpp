@@ -403,7 +403,7 @@ class tst_change_feed_t : public QObject {
             {"PRAGMA ignore_check_constraints = ON",
              "INSERT INTO elements (id, type) VALUES ('a/#', 1), (x'652d62', 1), ('e-new', 1)",
              "INSERT INTO items (id, value) VALUES ('i b', '1')",
-             "INSERT INTO scenarios VALUES ('', 1)",
+             "INSERT INTO scenarios (id, execution) VALUES ('', 1)",
              "INSERT INTO thermostats (id) VALUES ('request')",
              "INSERT INTO users VALUES ('u-eve', '+', 'hash'), ('u x', 'eve', 'hash')",
              "INSERT INTO permissions VALUES ('u-eve', 'e-lamp', 1), ('u-bob', 'a/#', 1)",

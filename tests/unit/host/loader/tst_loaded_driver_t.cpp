@@ -65,7 +65,7 @@ class tst_loaded_driver_t : public QObject {
         const loaded_driver_t loaded("file", {}, new driver_t(&script));
         database::database_t database;
         fakes::scripted_endpoint_t endpoint;
-        QTEST(loaded.init(&database, &endpoint), "taken");
+        QTEST(loaded.init(&database, &endpoint, nullptr), "taken");
         const QList<const void*> all{&database, &endpoint};
         QFETCH(int, handed);
         QCOMPARE(script.handed, all.first(handed));
@@ -76,7 +76,7 @@ class tst_loaded_driver_t : public QObject {
         auto* const driver = new driver_t(&script);
         const loaded_driver_t loaded("file", {}, driver);
         delete driver;
-        QVERIFY(!loaded.init(nullptr, nullptr));
+        QVERIFY(!loaded.init(nullptr, nullptr, nullptr));
     }
 
     void the_driver_goes_with_it_and_moves_with_it() {

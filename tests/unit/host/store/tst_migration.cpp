@@ -38,7 +38,7 @@ class tst_migration : public QObject {
         QFETCH(int, layout);
         const sample::old_home_t home({}, layout);
         QCOMPARE(home.migrate(),
-                 QStringList(QStringLiteral("The database %1 had layout %2 and has layout 3 now; "
+                 QStringList(QStringLiteral("The database %1 had layout %2 and has layout 4 now; "
                                             "what it was is kept in %3.")
                                  .arg(home.path, QString::number(layout), home.copy)));
         QVERIFY(home.installation() == sample::installation());
@@ -197,7 +197,7 @@ class tst_migration : public QObject {
         first.join();
         second.join();
         QCOMPARE((notes[0] + notes[1]).size(), 1);
-        QVERIFY((notes[0] + notes[1]).constFirst().contains(" has layout 3 now; "));
+        QVERIFY((notes[0] + notes[1]).constFirst().contains(" has layout 4 now; "));
     }
 
     void every_older_layout_lacks_what_came_later() {
@@ -205,6 +205,7 @@ class tst_migration : public QObject {
         QVERIFY(!tables_of_layout(1).contains("set_aside"));
         QCOMPARE(tables_of_layout(1).size(), table_names().size() - 1);
         QCOMPARE(tables_of_layout(2), table_names());
+        QCOMPARE(tables_of_layout(3), table_names());
     }
 
  private:

@@ -47,12 +47,12 @@ class tst_open_database : public QObject {
     void a_newer_layout_is_refused() {
         const sample::file_t file;
         sample::foreign_writer_t writer(file.path());
-        QVERIFY(writer.write({"PRAGMA user_version = 4"}));
+        QVERIFY(writer.write({"PRAGMA user_version = 5"}));
         connection_t connection;
         QCOMPARE(open_database(connection, file.path(), 0).error,
-                 QStringLiteral("The database %1 has layout 4, but this program knows up to 3.")
+                 QStringLiteral("The database %1 has layout 5, but this program knows up to 4.")
                      .arg(file.path()));
-        QCOMPARE(writer.read("PRAGMA user_version"), "4");
+        QCOMPARE(writer.read("PRAGMA user_version"), "5");
     }
 
     void a_damaged_file_is_refused_and_left_alone_data() {

@@ -24,6 +24,35 @@ class tst_sqlite_store_t : public QObject {
         QVERIFY(whole.elements["e-lamp"].functions["spare"].isNull());
     }
 
+    void bus_data_is_read_back_and_what_a_shell_broke_is_left_out() {
+        installation_t written = sample::installation();
+        const bus::bus_data_t lamp{
+            .dpt = "1.001", .write = "1/1/1", .status = {"1/1/2"}, .read = true};
+        const bus::bus_data_t scene{.dpt = "17.001", .write = "0/7/1", .status = {}, .scene = 3};
+        written.item_buses = {{"i-lamp", lamp}, {"i-dim", lamp}};
+        written.scenario_buses = {{"s-night", scene}};
+        const sample::file_t file(written);
+        QCOMPARE(file.error, QString());
+        sqlite_store_t store;
+        QVERIFY(store.open(file.path()).is_ok());
+        QVERIFY(store.read().value == written);
+        sample::foreign_writer_t shell(file.path());
+        QVERIFY(
+            shell.write({"UPDATE items SET knx = '{\"dpt\": \"9\", \"write\": \"1/9/1\"}' "
+                         "WHERE id = 'i-dim'",
+                         "UPDATE scenarios SET knx = 'x' WHERE id = 's-night'"}));
+        const installation_t whole = store.read().value;
+        QCOMPARE(whole.item_buses.keys(), QStringList({"i-lamp"}));
+        QCOMPARE(whole.scenario_buses.keys(), QStringList());
+        QCOMPARE(whole.items, written.items);
+        const QStringList notes = store.take_notes();
+        QCOMPARE(notes.size(), 2);
+        QVERIFY2(notes[0].contains("items/i-dim/knx/write is left out: must be a group address"),
+                 qPrintable(notes[0]));
+        QVERIFY2(notes[1].contains("scenarios/s-night/knx is left out: must be an object"),
+                 qPrintable(notes[1]));
+    }
+
     void flags_keep_their_sign_and_their_top_bit() {
         const sample::file_t file;
         sqlite_store_t store;
