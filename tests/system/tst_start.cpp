@@ -2,6 +2,7 @@
 #include <QtTest>
 
 #include "http/http_t.h"
+#include "kit/end_with_test.h"
 #include "kit/free_port.h"
 #include "kit/has_ended.h"
 #include "system/support/api_user.h"
@@ -43,6 +44,7 @@ class tst_start : public QObject {
     }
     void begin(const QStringList& _arguments) {
         process = std::make_unique<QProcess>();
+        kit::end_with_test(process.get());
         process->start(TORLAN_RUN, _arguments);
     }
     bool is_ready() {
@@ -221,6 +223,7 @@ void tst_start::a_program_that_dies_is_started_again() {
 // As "./run 2>&1 | head -3".
 void tst_start::a_reader_that_goes_away_changes_nothing() {
     process = std::make_unique<QProcess>();
+    kit::end_with_test(process.get());
     process->setProcessChannelMode(QProcess::MergedChannels);
     process->start(TORLAN_RUN, arguments());
     QVERIFY(is_ready());

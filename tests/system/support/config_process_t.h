@@ -5,6 +5,8 @@
 #include <QProcess>
 #include <QStringList>
 
+#include "kit/end_with_test.h"
+
 namespace support {
 
 constexpr int process_timeout_ms = 20000;
@@ -14,6 +16,7 @@ class config_process_t {
  public:
     explicit config_process_t(const QString& _file, const QStringList& _more = {}) {
         process.setProcessChannelMode(QProcess::SeparateChannels);
+        kit::end_with_test(&process);
         process.start(QStringLiteral(TORLAN_CONFIG),
                       QStringList{QStringLiteral("--file"), _file, QStringLiteral("--port"),
                                   QStringLiteral("0")} +

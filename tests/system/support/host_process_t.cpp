@@ -5,6 +5,7 @@
 #include <QJsonDocument>
 #include <QTimer>
 
+#include "kit/end_with_test.h"
 #include "kit/free_port.h"
 
 namespace support {
@@ -15,7 +16,9 @@ constexpr int tool_timeout_ms = 60000;
 constexpr int stop_timeout_ms = 15000;
 }  // namespace
 
-host_process_t::host_process_t() : broker_port(kit::free_port()) {}
+host_process_t::host_process_t() : broker_port(kit::free_port()) {
+    kit::end_with_test(&server);
+}
 
 host_process_t::~host_process_t() {
     stop();
