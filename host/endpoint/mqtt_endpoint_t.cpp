@@ -3,8 +3,8 @@
 #include <QMetaMethod>
 #include <utility>
 
-#include "base/random_hex.h"
 #include "comunication/api_topics.h"
+#include "endpoint/endpoint_connection.h"
 #include "endpoint/incoming_t.h"
 #include "logs/log_line.h"
 
@@ -13,23 +13,6 @@ namespace comunication {
 namespace {
 
 constexpr const char* source = "host/endpoint/mqtt_endpoint_t";
-
-QString unguessable_id() {
-    return QStringLiteral("torlan-") + base::random_hex();
-}
-
-client_settings_t connection_of(const endpoint_settings_t& _settings) {
-    client_settings_t made;
-    made.host = _settings.host;
-    made.port = _settings.port;
-    made.client_id = _settings.client_id.isEmpty() ? unguessable_id() : _settings.client_id;
-    made.username = _settings.username;
-    made.password = _settings.password;
-    made.ca_file = _settings.ca_file;
-    made.keep_alive = _settings.keep_alive;
-    made.process = _settings.broker_process;
-    return made;
-}
 
 }  // namespace
 
@@ -78,6 +61,10 @@ void mqtt_endpoint_t::set_up_connections() {
     connect(&gate, &request_gate_t::refused, this,
             [this](const QString& _topic, const QJsonObject& _answer) {
                 publisher.refuse(_topic, _answer);
+            });
+    connect(&gate, &request_gate_t::turned_away, this,
+            [this](const request_t& _request, const QJsonObject& _answer) {
+                tell(exchange_t{_request.levels, _request.topic, {}, _answer, true});
             });
 }
 
@@ -270,6 +257,7 @@ void mqtt_endpoint_t::clear_retained_request(const QString& _topic) {
 
 void mqtt_endpoint_t::pass_request(const request_t& _request, const QJsonObject& _payload) {
     const api_topic_t& levels = _request.levels;
+    exchanges.pass(_request, _payload);
     Q_EMIT api_message(levels.version, levels.user, levels.client, levels.type, _request.topic,
                        _payload, false);
     if (isSignalConnected(QMetaMethod::fromSignal(&mqtt_endpoint_t::request_passed))) {
@@ -280,12 +268,22 @@ void mqtt_endpoint_t::pass_request(const request_t& _request, const QJsonObject&
 }
 
 void mqtt_endpoint_t::request_done() {
+    tell(exchanges.done());
     gate.give_back();
+}
+
+void mqtt_endpoint_t::tell(const std::optional<exchange_t>& _exchange) {
+    if (_exchange) {
+        Q_EMIT exchanged(*_exchange);
+    }
 }
 
 void mqtt_endpoint_t::publish(const QString& _topic, const QJsonValue& _payload,
                               utility::qos_t _qos, bool _retain, bool /*_reserved*/) {
-    publisher.publish(_topic, _payload, _qos, _retain);
+    const QJsonValue sent = publisher.publish(_topic, _payload, _qos, _retain);
+    if (!_retain) {
+        tell(exchanges.answer(_topic, sent));
+    }
 }
 
 void mqtt_endpoint_t::publish_delete(const QString& _topic, utility::qos_t _qos, bool _retain) {

@@ -6,6 +6,7 @@
 #include "comunication/protoserver_t.h"
 #include "endpoint/endpoint_counters_t.h"
 #include "endpoint/endpoint_settings_t.h"
+#include "endpoint/exchanges_t.h"
 #include "endpoint/message_sender_t.h"
 #include "endpoint/mosquitto_client_t.h"
 #include "endpoint/publisher_t.h"
@@ -57,6 +58,9 @@ class mqtt_endpoint_t : public protoserver_t {
     /// request_done(), and no more than a few are passed on before that.
     void request_passed();
 
+    /// What became of a request; whoever listens does little and is called on this thread.
+    void exchanged(const comunication::exchange_t& exchange);
+
     /// The broker has accepted the connection and the subscription of requests. @p again: not
     /// for the first time, so that a broker without memory has lost what was retained.
     void connected(bool again);
@@ -84,6 +88,7 @@ class mqtt_endpoint_t : public protoserver_t {
                      quint32 _subscription);
     void clear_retained_request(const QString& _topic);
     void pass_request(const request_t& _request, const QJsonObject& _payload);
+    void tell(const std::optional<exchange_t>& _exchange);
     void log_outage(const QString& _reason);
     outgoing_t connection_message(const QByteArray& _word) const;
     void finish_stop();
@@ -96,6 +101,7 @@ class mqtt_endpoint_t : public protoserver_t {
     message_sender_t sender;
     publisher_t publisher;
     request_gate_t gate;
+    exchanges_t exchanges;
     base::backoff_t backoff;
     QTimer reconnect;    ///< until the next attempt
     QTimer limit;        ///< of an attempt, or of a stop

@@ -23,19 +23,19 @@ publisher_t::publisher_t(message_sender_t& _sender, endpoint_counters_t& _counts
                          std::size_t _packet_bytes)
     : sender(_sender), counts(_counts), packet_bytes(_packet_bytes) {}
 
-void publisher_t::publish(const QString& _topic, const QJsonValue& _payload, utility::qos_t _qos,
-                          bool _retain) {
+QJsonValue publisher_t::publish(const QString& _topic, const QJsonValue& _payload,
+                                utility::qos_t _qos, bool _retain) {
     // Nothing to say would delete what is retained.
     if (_payload.isUndefined() || (_retain && !is_retainable(_topic))) {
         ++counts.refused;
-        return;
+        return QJsonValue::Undefined;
     }
     outgoing_t message{_topic.toUtf8(), base::json_to_text(_payload), _qos, _retain};
     if (is_too_large(message)) {
-        replace_too_large(message, _payload);
-    } else {
-        sender.send(std::move(message));
+        return replace_too_large(message, _payload);
     }
+    sender.send(std::move(message));
+    return _payload;
 }
 
 void publisher_t::refuse(const QString& _request_topic, const QJsonObject& _answer) {
@@ -60,7 +60,7 @@ bool publisher_t::is_too_large(const outgoing_t& _message) const {
     return packet_bytes != 0 && size + packet_overhead > packet_bytes;
 }
 
-void publisher_t::replace_too_large(const outgoing_t& _message, const QJsonValue& _payload) {
+QJsonValue publisher_t::replace_too_large(const outgoing_t& _message, const QJsonValue& _payload) {
     ++counts.too_large;
     if (!std::exchange(told_size, true)) {
         ::utility::log_line(
@@ -68,13 +68,14 @@ void publisher_t::replace_too_large(const outgoing_t& _message, const QJsonValue
                 .arg(QString::fromUtf8(_message.topic)),
             2, "replace_too_large", source, __LINE__);
     }
-    if (!_message.retain) {
-        const QString uuid = _payload.toObject().value(QLatin1String("uuid")).toString();
-        sender.send({_message.topic,
-                     base::json_to_text(request_rules::too_large_an_answer(
-                         std::size_t(uuid.size()) < packet_bytes / 8 ? uuid : QString())),
-                     _message.qos, false});
+    if (_message.retain) {
+        return QJsonValue::Undefined;
     }
+    const QString uuid = _payload.toObject().value(QLatin1String("uuid")).toString();
+    const QJsonObject answer = request_rules::too_large_an_answer(
+        std::size_t(uuid.size()) < packet_bytes / 8 ? uuid : QString());
+    sender.send({_message.topic, base::json_to_text(answer), _message.qos, false});
+    return answer;
 }
 
 }  // namespace comunication

@@ -16,9 +16,9 @@ class publisher_t {
     publisher_t(message_sender_t& _sender, endpoint_counters_t& _counts, std::size_t _packet_bytes);
 
     /// Nothing to say is refused, and so is a state under a topic that could not be taken back. An
-    /// answer above the broker's limit is replaced with an error.
-    void publish(const QString& _topic, const QJsonValue& _payload, utility::qos_t _qos,
-                 bool _retain);
+    /// answer above the broker's limit is replaced with an error. What is sent; undefined: nothing.
+    QJsonValue publish(const QString& _topic, const QJsonValue& _payload, utility::qos_t _qos,
+                       bool _retain);
 
     /// Of a request that was refused; goes when nothing else waits, see message_sender_t.
     void refuse(const QString& _request_topic, const QJsonObject& _answer);
@@ -29,7 +29,7 @@ class publisher_t {
  private:
     bool is_retainable(const QString& _topic);
     bool is_too_large(const outgoing_t& _message) const;
-    void replace_too_large(const outgoing_t& _message, const QJsonValue& _payload);
+    QJsonValue replace_too_large(const outgoing_t& _message, const QJsonValue& _payload);
 
     message_sender_t& sender;
     endpoint_counters_t& counts;

@@ -77,6 +77,7 @@ void request_gate_t::read(const request_t& _request) {
     } else {
         ++counts.malformed_answered;
         Q_EMIT refused(_request.topic, request_rules::malformed());
+        Q_EMIT turned_away(_request, request_rules::malformed());
     }
     // Others come in between, however long it took to read.
     ++reading;
@@ -96,11 +97,15 @@ void request_gate_t::refuse(const request_t& _request, answer_t _answer) {
                             3, "refuse", source, __LINE__);
     }
     const qsizetype cost = std::max(_request.payload.size(), least_refused_bytes);
-    if (allowance.refusals.take(double(cost), now())) {
-        Q_EMIT refused(_request.topic, _answer(request_rules::uuid_of(_request.payload)));
+    const bool is_answered = allowance.refusals.take(double(cost), now());
+    const QJsonObject answer =
+        _answer(is_answered ? request_rules::uuid_of(_request.payload) : QString());
+    if (is_answered) {
+        Q_EMIT refused(_request.topic, answer);
     } else {
         ++counts.refusals_dropped;
     }
+    Q_EMIT turned_away(_request, answer);
 }
 
 request_gate_t::allowance_t& request_gate_t::allowance_of(const QString& _user) {

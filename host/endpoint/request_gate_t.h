@@ -45,6 +45,8 @@ class request_gate_t : public QObject {
     void passed(const comunication::request_t& request, const QJsonObject& payload);
     /// To be answered with @p answer and to be forgotten first when there is no room for it.
     void refused(const QString& topic, const QJsonObject& answer);
+    /// Each refused one, also where there was no room for an answer.
+    void turned_away(const comunication::request_t& request, const QJsonObject& answer);
 
  private:
     /// What one user may do within a time.

@@ -26,6 +26,7 @@ class tst_mqtt_endpoint_t : public QObject {
     void init();
     void cleanup();
     void request_and_answer_make_a_round_trip();
+    void what_became_of_a_request_is_told();
     void messages_are_emitted_only_while_enabled();
     void own_status_is_not_echoed();
     void subscribing_again_brings_retained_status_again();
@@ -93,6 +94,34 @@ void tst_mqtt_endpoint_t::request_and_answer_make_a_round_trip() {
     QCOMPARE(messages->first(), (QVariantList{"v1", "alice", "phone", "request", request,
                                               QJsonObject{{"a", 1}}, false}));
     QCOMPARE(endpoint->counters().received.load(), quint64(1));
+}
+
+void tst_mqtt_endpoint_t::what_became_of_a_request_is_told() {
+    QList<comunication::exchange_t> told;
+    connect(endpoint.get(), &mqtt_endpoint_t::exchanged, this,
+            [&told](const comunication::exchange_t& _exchange) { told.append(_exchange); });
+    const auto driver =
+        connect(endpoint.get(), &mqtt_endpoint_t::api_message, this,
+                [this](const QString&, const QString&, const QString&, const QString&,
+                       const QString&, const QJsonObject& _payload) {
+                    publish("local/api/v1/alice/status/e-1", {}, true);  // a state, no answer
+                    publish(answer, _payload);
+                });
+    QCOMPARE(alice->publish(request, R"({"uuid":"1"})"), 0);
+    QTRY_COMPARE(told.size(), 1);
+    QVERIFY(told[0].is_answered);
+    QCOMPARE(told[0].topic, request);
+    QCOMPARE(told[0].levels.user, QString("alice"));
+    QCOMPARE(told[0].answer["uuid"], QJsonValue("1"));
+    disconnect(driver);
+    QCOMPARE(alice->publish(request, R"({"uuid":"2"})"), 0);
+    QTRY_COMPARE(told.size(), 2);
+    QVERIFY(!told[1].is_answered);
+    QCOMPARE(told[1].request["uuid"], QJsonValue("2"));
+    QCOMPARE(alice->publish(request, "[]"), 0);
+    QTRY_COMPARE(told.size(), 3);
+    QCOMPARE(told[2].answer["error"], QJsonValue(400));
+    QCOMPARE(told[2].bytes, qint64(0));
 }
 
 void tst_mqtt_endpoint_t::messages_are_emitted_only_while_enabled() {

@@ -31,7 +31,9 @@ class tst_publisher_t : public QObject {
         QFETCH(QJsonValue, payload);
         QFETCH(bool, retain);
         QFETCH(bool, sent);
-        publisher.publish(topic, payload, utility::qos_t::exactly_once, retain);
+        const QJsonValue said =
+            publisher.publish(topic, payload, utility::qos_t::exactly_once, retain);
+        QCOMPARE(said.isUndefined(), !sent);
         QCOMPARE(counts.dropped_disconnected == 1, sent);
         QCOMPARE(counts.refused == 1, !sent);
     }
@@ -44,6 +46,15 @@ class tst_publisher_t : public QObject {
         publisher.publish("to", QString(81, 'x'), utility::qos_t::exactly_once, true);
         QCOMPARE(counts.too_large, quint64(1));
         QCOMPARE(counts.dropped_disconnected, quint64(1));
+    }
+
+    void what_is_sent_in_the_end_is_told() {
+        const auto say = [this](const QString& _text) {
+            return publisher.publish("to", QJsonObject{{"x", _text}}, utility::qos_t::exactly_once,
+                                     false);
+        };
+        QCOMPARE(say("y"), QJsonValue(QJsonObject{{"x", "y"}}));
+        QCOMPARE(say(QString(90, 'y')).toObject()["error"], QJsonValue(413));
     }
 
     void init() {

@@ -103,6 +103,27 @@ class tst_request_gate_t : public QObject {
         QCOMPARE(counts.refusals_dropped + quint64(refused.size()), quint64(1001));
     }
 
+    void each_refused_one_is_told_also_without_an_answer() {
+        limits.waiting_requests = 0;
+        limits.refused_bytes_per_second = 10 * 1024;
+        start();
+        for (int i = 0; i < 1000; ++i) {
+            gate->take(request("a1", R"({"uuid":"u"})"));
+        }
+        QCOMPARE(turned_away.size(), 1000);
+        QCOMPARE(turned_away.first()["uuid"], QJsonValue("u"));
+        // Found only where somebody is answered: it has to be read.
+        QCOMPARE(turned_away.last(),
+                 (QJsonObject{{"error", 429}, {"message", "Too many requests"}}));
+    }
+
+    void one_without_an_object_is_told_too() {
+        start();
+        gate->take(request("a1", "[]"));
+        QCOMPARE(turned_away.size(), 1);
+        QCOMPARE(turned_away[0]["error"], QJsonValue(400));
+    }
+
     void what_waits_can_be_forgotten() {
         start();
         for (const char* name : {"a1", "a2", "a3"}) {
@@ -138,6 +159,7 @@ class tst_request_gate_t : public QObject {
         passed.clear();
         refused.clear();
         answers.clear();
+        turned_away.clear();
         gate = std::make_unique<request_gate_t>(limits, counts, [this]() { return loaded; });
         connect(gate.get(), &request_gate_t::passed, this,
                 [this](const request_t& _request) { passed += _request.topic; });
@@ -146,6 +168,8 @@ class tst_request_gate_t : public QObject {
                     refused += _topic;
                     answers += _answer;
                 });
+        connect(gate.get(), &request_gate_t::turned_away, this,
+                [this](const request_t&, const QJsonObject& _answer) { turned_away += _answer; });
     }
 
     /// The user is the first letter; the topic is @p _name.
@@ -164,6 +188,7 @@ class tst_request_gate_t : public QObject {
     QStringList passed;
     QStringList refused;
     QList<QJsonObject> answers;
+    QList<QJsonObject> turned_away;
 };
 
 QTEST_GUILESS_MAIN(tst_request_gate_t)
