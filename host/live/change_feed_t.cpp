@@ -137,6 +137,9 @@ void change_feed_t::announce(const model_changes_t& _changes) {
     if (!_changes.hidden.isEmpty()) {
         Q_EMIT states_hidden(_changes.hidden);
     }
+    if (!_changes.grants.isEmpty()) {
+        Q_EMIT grants_changed(_changes.grants);
+    }
     if (_changes.everything || !_changes.users.isEmpty() || !_changes.elements.isEmpty()) {
         Q_EMIT access_changed();
     }

@@ -48,6 +48,8 @@ class change_feed_t : public QObject {
     /// What users could read before and cannot now, behind the notifiers: retained packets of it
     /// may be left.
     void states_hidden(const QList<database::live::shown_state_t>& _states);
+    /// These grants are others now.
+    void grants_changed(const QList<database::live::grant_change_t>& _changes);
     /// Grants, users or elements may have changed: retained packets may have to go.
     void access_changed();
     /// Everything was read again.

@@ -7,6 +7,7 @@
 #include "database/permission.h"
 #include "database/persistent/objects/psoe_scenario.h"
 #include "database/persistent/objects/psoe_thermo_logic.h"
+#include "live/grant_changes.h"
 #include "live/shown_states.h"
 #include "live/table_writer_t.h"
 
@@ -54,6 +55,7 @@ model_changes_t model_t::fill(const installation_t& _installation) {
     model_changes_t changes;
     changes.everything = true;
     changes.hidden = hidden_by(*database, _installation);
+    changes.grants = grant_changes(*database, _installation);
     table_writer_t(database).clear();
     realtime->clear_unsaved();
     gate->clear();
@@ -100,7 +102,7 @@ void model_t::replace(const store::change_batch_t& _batch, const installation_t&
     apply_thermostats(_batch.thermostats, _part);
     changes.thermostats = to_list(_batch.thermostats);
     apply_elements(_batch.elements, _part);
-    changes.withdrawn = apply_grants(_batch.elements, _part);
+    apply_grants(_batch.elements, _part, &changes);
     apply_users(_batch.users, _part);
     changes.users = to_list(_batch.users);
 
@@ -195,13 +197,13 @@ void model_t::apply_elements(const std::set<QString>& _ids, const installation_t
     }
 }
 
-QStringList model_t::apply_grants(const std::set<QString>& _ids, const installation_t& _part) {
+void model_t::apply_grants(const std::set<QString>& _ids, const installation_t& _part,
+                           model_changes_t* _changes) {
     const table_writer_t tables(database);
     const auto bits_of = [this](const QString& _element, const QString& _user) {
         return database->getPersistent()->getData()->check_permission_element_by_userid(
             _element, _user, objects::ps_object_user_t::PermissionFlag::element);
     };
-    QStringList withdrawn;
     // The users of before and of now: a user that is gone still has its grants in memory.
     const QStringList before = database->getPersistent()->getData()->getUsers()->getUsersAPI(true);
     std::set<QString> users(before.begin(), before.end());
@@ -211,15 +213,25 @@ QStringList model_t::apply_grants(const std::set<QString>& _ids, const installat
         bool is_withdrawn = false;
         for (const QString& id : _ids) {
             const int bits = grants.value(id, 0);
+            const int before_bits = bits_of(id, user);
             is_withdrawn = is_withdrawn || ((bits & permission::read_bit) == 0 &&
-                                            (bits_of(id, user) & permission::read_bit) != 0);
+                                            (before_bits & permission::read_bit) != 0);
+            if (bits != before_bits) {
+                _changes->grants.append({name_of(user, _part), id, before_bits, bits});
+            }
             tables.set_permission(id, user, bits);
         }
         if (is_withdrawn) {
-            withdrawn.append(user);
+            _changes->withdrawn.append(user);
         }
     }
-    return withdrawn;
+}
+
+QString model_t::name_of(const QString& _user, const installation_t& _part) const {
+    const auto* known = database->getPersistent()->getData()->getUsers()->list(_user);
+    const QString name =
+        known != nullptr ? known->getUsername() : _part.users.value(_user).username;
+    return name.isEmpty() ? _user : name;
 }
 
 void model_t::apply_users(const std::set<QString>& _ids, const installation_t& _part) {

@@ -4,6 +4,7 @@
 #include <QStringList>
 
 #include "installation/installation_t.h"
+#include "live/grant_change_t.h"
 #include "live/realtime_writer_t.h"
 #include "live/shown_state_t.h"
 #include "live/write_gate_t.h"
@@ -20,6 +21,7 @@ struct model_changes_t {
     QStringList items, scenarios, thermostats, elements, users;
     QStringList withdrawn;        ///< ids of users who may read some element no longer
     QList<shown_state_t> hidden;  ///< what users could read before and cannot now
+    QList<grant_change_t> grants;
 };
 
 /// Makes the objects in memory hold what values from the store say. Emits nothing.
@@ -28,7 +30,7 @@ class model_t {
     model_t(database_t* _database, realtime_writer_t* _realtime, write_gate_t* _gate);
 
     /// Replaces everything; unsaved realtime values give way to the store's. Only what is hidden by
-    /// it is told.
+    /// it is told, and the grants that are others.
     model_changes_t fill(const installation::installation_t& _installation);
 
     /// Replaces the objects of the batch's keys; a key that @p _part lacks is taken out.
@@ -49,9 +51,11 @@ class model_t {
     void apply_thermostats(const std::set<QString>& _ids,
                            const installation::installation_t& _part);
     void apply_elements(const std::set<QString>& _ids, const installation::installation_t& _part);
-    /// The users who may read one of the elements no longer.
-    QStringList apply_grants(const std::set<QString>& _ids,
-                             const installation::installation_t& _part);
+    /// Tells the grants that are others, and the users who may read one of the elements no longer.
+    void apply_grants(const std::set<QString>& _ids, const installation::installation_t& _part,
+                      model_changes_t* _changes);
+    /// The name as it was; of a new user as it will be.
+    QString name_of(const QString& _user, const installation::installation_t& _part) const;
     void apply_users(const std::set<QString>& _ids, const installation::installation_t& _part);
 
     /// Ids of the elements that stand for one of the thermostats.

@@ -112,6 +112,49 @@ class tst_change_feed_t : public QObject {
         QVERIFY(withdrawn.isEmpty() || !told_late);
     }
 
+    void changed_grants_are_told_data() {
+        using grants_t = QList<grant_change_t>;
+        QTest::addColumn<QStringList>("sql");
+        QTest::addColumn<grants_t>("expected");
+        QTest::newRow("changed")
+            << QStringList(
+                   "UPDATE permissions SET bits = 1 WHERE user = 'u-alice' AND element = "
+                   "'e-night'")
+            << grants_t{{"alice", "e-night", 3, 1}};
+        QTest::newRow("gone")
+            << QStringList("DELETE FROM permissions WHERE user = 'u-alice' AND element = 'e-night'")
+            << grants_t{{"alice", "e-night", 3, 0}};
+        QTest::newRow("new user") << QStringList(
+                                         {"INSERT INTO users VALUES ('u-eve', 'eve', 'hash')",
+                                          "INSERT INTO permissions VALUES ('u-eve', 'e-therm', 1)"})
+                                  << grants_t{{"eve", "e-therm", 0, 1}};
+        QTest::newRow("user gone") << QStringList("DELETE FROM users WHERE id = 'u-bob'")
+                                   << grants_t{{"bob", "e-lamp", 1, 0}, {"bob", "e-therm", 2, 0}};
+        QTest::newRow("element gone") << QStringList("DELETE FROM elements WHERE id = 'e-night'")
+                                      << grants_t{{"alice", "e-night", 3, 0}};
+        QTest::newRow("by an import")
+            << QStringList({"UPDATE permissions SET bits = 1 WHERE user = 'u-alice' AND element = "
+                            "'e-night'",
+                            "INSERT INTO changes (tab, key) VALUES ('bulk', '')"})
+            << grants_t{{"alice", "e-night", 3, 1}};
+        QTest::newRow("name of an element")
+            << QStringList("UPDATE elements SET name = 'x'") << grants_t{};
+        QTest::newRow("password") << QStringList("UPDATE users SET password_hash = 'x'")
+                                  << grants_t{};
+        QTest::newRow("everything, and nothing is another")
+            << QStringList("INSERT INTO changes (tab, key) VALUES ('bulk', '')") << grants_t{};
+    }
+    void changed_grants_are_told() {
+        QFETCH(QStringList, sql);
+        QFETCH(QList<grant_change_t>, expected);
+        QList<grant_change_t> told;
+        connect(feed.get(), &change_feed_t::grants_changed, this,
+                [&told](const QList<grant_change_t>& _changes) { told += _changes; });
+        QVERIFY2(writer->write(sql), qPrintable(writer->error));
+        feed->check();
+        QVERIFY(told == expected);
+    }
+
     void all_objects_are_new_before_the_first_signal() {
         notifier_log_t log(db.get(), feed.get());
         QStringList wrong;
