@@ -117,6 +117,10 @@ const QList<row_t> rows{
     {"host/accounts",
      "base/|contract/(database/name_rules|logs/)|host/process/private_folder_t|"
      "host/endpoint/mosquitto_client_t"},
+    {"host/audit",
+     "base/|contract/(comunication/api_topic_t|database/(name_rules|permission))|"
+     "host/(accounts/broker_(account|event)_t|endpoint/exchange_t|live/grant_change_t|"
+     "process/trusted_path)"},
     {"host/broker", "base/|contract/(logs|comunication)/|host/(accounts|endpoint|process)/"},
     {"host/broker/plugin", "base/token_bucket_t"},
     {"host/ets", "base/|contract/database/name_rules|knx/(group_address_t|data_point_types)"},
@@ -127,7 +131,9 @@ const QList<row_t> rows{
     {"host/live", "base/|contract/(bus|database)/|host/(installation|store)/"},
     {"host/loader", "base/|contract/|server/drivers/driver/|host/process/trusted_path"},
     {"apps/program", "base/"},
-    {"apps/torlan-config", "base/|http/|apps/program/|host/process/(file_lock_t|holder_text)"},
+    {"apps/torlan-config",
+     "base/|http/|apps/program/|host/process/(file_lock_t|holder_text)|"
+     "host/audit/(audit_log_t|entry_t|file_name|operations)"},
     {"apps/torlan-ets",
      "base/|contract/database/name_rules|host/ets/|host/installation/password_error|"
      "host/accounts/broker_hash|apps/program/"},
@@ -136,11 +142,12 @@ const QList<row_t> rows{
      "base/|http/|apps/program/|contract/(bus/bus_settings_t|comunication/"
      "(protoserver_t|api_topics)|database/"
      "database_t|"
-     "logs/)|host/(accounts|broker|endpoint|installation|live|loader|logs|process|store)/|"
+     "logs/)|host/(accounts|audit|broker|endpoint|installation|live|loader|logs|process|store)/|"
      "server/utility/(cnfserver|http_read_config_server_t|torlan_option_t|utility_t)\\.h"},
     {"apps/torlanctl",
      "base/|contract/database/(name_rules|permission)|host/(installation|store)/|"
-     "host/accounts/broker_hash|apps/program/|knx/data_point_(type|types|value)"},
+     "host/accounts/broker_hash|host/audit/(audit_reader_t|file_name|filter_t|people_text)|"
+     "apps/program/|knx/data_point_(type|types|value)"},
     {"bench", "contract/|host/|server/drivers/driver/|tests/fakes/"},
 };
 
