@@ -47,7 +47,19 @@ base::result_t account_keeper_t::start_broker() {
 }
 
 void account_keeper_t::update() {
-    hand_over(read(), {});
+    const QList<accounts::broker_account_t> before = known_users();
+    const base::result_t known = read();
+    hand_over(known, {});
+    if (known.is_ok()) {
+        Q_EMIT users_read(before, known_users());
+    }
+}
+
+QList<accounts::broker_account_t> account_keeper_t::known_users() const {
+    QList<accounts::broker_account_t> known = users;
+    known.removeIf(
+        [this](const accounts::broker_account_t& _user) { return _user.name == account; });
+    return known;
 }
 
 void account_keeper_t::withdraw(const QStringList& _users) {

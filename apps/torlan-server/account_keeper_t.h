@@ -43,9 +43,13 @@ class account_keeper_t : public QObject {
  Q_SIGNALS:
     /// Somebody, other than the start's own checks, signed in at the broker, left or was refused.
     void happened(const accounts::broker_event_t& _event);
+    /// The users were read again; without the checks' account.
+    void users_read(const QList<accounts::broker_account_t>& _before,
+                    const QList<accounts::broker_account_t>& _after);
 
  private:
     base::result_t read();
+    QList<accounts::broker_account_t> known_users() const;
     void hand_over(const base::result_t& _read, const QSet<QString>& _withdrawn);
     bool is_check(const accounts::broker_event_t& _event) const;
 

@@ -15,6 +15,7 @@
 #include "ready_probe_t.h"
 #include "start_broken_off.h"
 #include "store/database_check.h"
+#include "tell_other_folder.h"
 #include "utility/torlan_option_t.h"
 
 namespace torlan {
@@ -30,16 +31,6 @@ namespace {
 constexpr const char* source = "apps/torlan-server/host_t";
 constexpr QLatin1String database_name("installation.db");
 constexpr std::chrono::milliseconds connect_timeout{10'000};
-
-/// The settings name folders for drivers and logs, too, which whoever may change settings could
-/// turn anywhere.
-void tell_other_folder(const QString& _what, const QString& _used, const QString& _settings) {
-    if (!_settings.isEmpty() && QDir::cleanPath(_settings) != QDir::cleanPath(_used)) {
-        utility::log_line(
-            QStringLiteral("%1 in %2, not in the settings' folder %3").arg(_what, _used, _settings),
-            3, "tell_other_folder", source, __LINE__);
-    }
-}
 
 }  // namespace
 
@@ -101,6 +92,7 @@ void host_t::stop() {
     refusals.reset();
     live.reset();
     database.reset();
+    trail.close();
     classlogs::setInstance(nullptr);
     logger.reset();
 }
@@ -142,7 +134,7 @@ base::result_t host_t::open_log() {
     early->hand_over(logger.get());
     torlan_option_t::print();
     tell_other_folder(QStringLiteral("The log is"), log.folder, torlan_option_t::LogsFolder());
-    return {};
+    return trail.open(log.folder);
 }
 
 base::result_t host_t::load_drivers() {
@@ -224,6 +216,7 @@ base::result_t host_t::start_broker() {
     connect(accounts.get(), &account_keeper_t::happened, door_log.get(), &door_log_t::tell);
     connect(broker.get(), &broker::broker_process_t::events_lost, door_log.get(),
             &door_log_t::tell_lost);
+    trail.follow(*accounts, *broker);
     return accounts->start_broker();
 }
 
@@ -254,6 +247,7 @@ base::result_t host_t::connect_endpoint() {
     endpoint = std::make_unique<comunication::endpoint_thread_t>(given);
 
     connect(broker.get(), &broker::broker_process_t::listening, this, &host_t::on_new_broker);
+    trail.follow(*endpoint->endpoint(), accounts->check_account());
 
     base::result_t result =
         base::result_t::failed(QStringLiteral("The broker did not let the host in in time."));
@@ -306,6 +300,7 @@ void host_t::set_up_connections() {
     connect(live->feed(), &change_feed_t::users_changed, accounts.get(), &account_keeper_t::update);
     connect(live->feed(), &change_feed_t::reading_withdrawn, accounts.get(),
             &account_keeper_t::withdraw);
+    trail.follow(*live->feed());
     hidden = std::make_unique<hidden_states_t>(database.get(), mqtt);
     connect(live->feed(), &change_feed_t::states_hidden, hidden.get(), &hidden_states_t::take);
     connect(live->feed(), &change_feed_t::access_changed, &sweep, &retained_sweep_t::trigger);

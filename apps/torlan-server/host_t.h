@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "account_keeper_t.h"
+#include "audit_trail_t.h"
 #include "base/result_t.h"
 #include "broker/broker_process_t.h"
 #include "data_folder_t.h"
@@ -84,6 +85,7 @@ class host_t : public QObject {
     settings_t settings;
     // What stands above outlives what stands below.
     std::unique_ptr<utility::logs::spdlog_logger_t> logger;
+    audit_trail_t trail;
     std::unique_ptr<database::database_t> database;
     std::unique_ptr<database::live::live_database_t> live;
     std::unique_ptr<database::live::refusal_teller_t> refusals;
