@@ -43,6 +43,8 @@ config_server_t::config_server_t(const QString& _trigger, QObject* _parent)
     // An address as last argument matches the rest of the path, slashes included.
     http.route(QStringLiteral("/<arg>"),
                [this](const QUrl&, const QHttpServerRequest& request) { return answer(request); });
+    connect(listener, &gated_listener_t::stranger_refused, this,
+            [this](std::optional<uid_t> _user) { audit.note_stranger(_user); });
 }
 
 config_server_t::~config_server_t() = default;
@@ -54,6 +56,9 @@ base::result_t config_server_t::start(const QString& _file, quint16 _port) {
                                           .arg(QString::number(_port), listener->errorString()));
     }
     base::result_t opened = file.open(_file);
+    if (opened.is_ok()) {
+        opened = audit.open(file.path());
+    }
     if (opened.is_ok()) {
         static_cast<void>(http.bind(listener));
     }
@@ -78,6 +83,7 @@ QHttpServerResponse config_server_t::answer(const QHttpServerRequest& _request) 
 settings_service_t::answer_t config_server_t::put(const settings_path_t& _path,
                                                   const QHttpServerRequest& _request) {
     const settings_service_t::answer_t result = service.put(_path, _request.body());
+    audit.note_put(_request.url().path(), result.status);
     if (result.status == 200 &&
         _request.query().queryItemValue(QStringLiteral("runtriggers")) == QLatin1String("true")) {
         triggers.run();

@@ -3,6 +3,7 @@
 #include <QHttpServer>
 #include <QObject>
 
+#include "settings_audit_t.h"
 #include "settings_file_t.h"
 #include "settings_service_t.h"
 #include "trigger_runner_t.h"
@@ -36,6 +37,7 @@ class config_server_t : public QObject {
                                      const QHttpServerRequest& _request);
 
     settings_file_t file;
+    settings_audit_t audit;
     const settings_service_t service;
     trigger_runner_t triggers;
     QHttpServer http;

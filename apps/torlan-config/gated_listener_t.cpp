@@ -36,6 +36,7 @@ bool gated_listener_t::admit(QTcpSocket* _socket) {
         return true;
     }
     turn_away(int(_socket->socketDescriptor()));
+    Q_EMIT stranger_refused(user);
     if (user && !std::exchange(told_stranger, true)) {
         say(stderr, QStringLiteral("user %1 asked for the settings and was refused; further "
                                    "strangers are refused without a word")

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <QTcpServer>
+#include <optional>
 
 namespace torlan {
 
@@ -21,6 +24,10 @@ class gated_listener_t : public QTcpServer {
 
     /// Time for one request and its answer, for connections to come.
     void set_limit(int _limit_ms) { limit_ms = _limit_ms; }
+
+ Q_SIGNALS:
+    /// Somebody else was turned away; without a value it is not known who.
+    void stranger_refused(std::optional<uid_t> user);
 
  protected:
     void incomingConnection(qintptr _descriptor) override;

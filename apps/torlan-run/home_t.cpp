@@ -132,7 +132,7 @@ void home_t::take_back() {
         for (const QString& name :
              {QStringLiteral("settings.json"), QStringLiteral("settings.json.lock"),
               QStringLiteral("torlan.lock"), QStringLiteral("broker.lock"),
-              QStringLiteral("supervisor.lock")}) {
+              QStringLiteral("supervisor.lock"), QStringLiteral("settings-audit.log")}) {
             QFile::remove(file(name));
         }
     }
