@@ -95,6 +95,9 @@ base::result_t command_line_t::find_command() {
     }
     command = &*found;
     arguments = words.mid(command->words().size());
+    if (command->check != nullptr) {
+        return command->check(arguments);
+    }
     return arguments.size() == command->argument_count()
                ? base::result_t()
                : base::result_t::failed(QStringLiteral("Usage: %1.").arg(usage(*command)));

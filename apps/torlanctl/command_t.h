@@ -16,6 +16,8 @@ struct command_t {
     base::result_t (*run)(const QString& _data, const QStringList& _arguments);
 
     bool needs_data = true;  ///< whether it works on an installation
+    /// Judges the arguments of a command that takes options; null: they are counted.
+    base::result_t (*check)(const QStringList& _arguments) = nullptr;
 
     QStringList words() const { return QString::fromLatin1(name).split(QLatin1Char(' ')); }
     qsizetype argument_count() const {

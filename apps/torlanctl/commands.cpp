@@ -4,6 +4,7 @@
 #include <QFileInfo>
 
 #include "accounts/broker_hash.h"
+#include "audit_command.h"
 #include "database/name_rules.h"
 #include "database/permission.h"
 #include "dpt_commands.h"
@@ -223,6 +224,9 @@ const QList<command_t>& commands() {
         {"dpt decode", "TYPE BYTES", "print the value that the bytes are", decode_value, false},
         {"dpt list", "", "list the data point types with their units and ranges", list_types,
          false},
+        {"audit", "[OPTIONS]",
+         "who did what: --user USER, --element ELEMENT, --since 10m|2h|3d|TIME, --json, --logs DIR",
+         show_audit, true, check_audit_call},
     };
     return table;
 }

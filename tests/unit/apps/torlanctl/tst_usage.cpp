@@ -47,7 +47,8 @@ void tst_usage::help_lists_every_command() {
     QCOMPARE(call.status, 0);
     for (const char* command : {"import FILE", "export", "grant USER ELEMENT PERMISSION",
                                 "user add NAME", "user passwd NAME", "user remove NAME",
-                                "set ITEM VALUE", "dpt encode TYPE VALUE", "--data <DIR>"}) {
+                                "set ITEM VALUE", "dpt encode TYPE VALUE", "audit [OPTIONS]",
+                                "--data <DIR>"}) {
         QVERIFY2(call.output.contains(QLatin1StringView(command)), command);
     }
 }
