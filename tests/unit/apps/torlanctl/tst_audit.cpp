@@ -24,7 +24,7 @@ QByteArray line(const QString& _user, const QString& _element, qint64 _seconds_a
 QStringList words(const QString& _output) {
     QStringList found;
     for (const QString& text : _output.split('\n', Qt::SkipEmptyParts)) {
-        found.append(text.section("  ", 1, 1) + ' ' + text.section(' ', 4, 4).chopped(1));
+        found.append(text.section("  ", 1, 1) + ' ' + text.section(' ', 5, 5).chopped(1));
     }
     return found;
 }
