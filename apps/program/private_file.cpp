@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "base/random_hex.h"
+#include "base/sync_path.h"
 
 namespace torlan {
 
@@ -46,7 +47,8 @@ result_t write_private_file(const QString& _path, const QByteArray& _bytes) {
     // A link, not a new name: it replaces nothing.
     const bool is_written =
         write_whole(descriptor, _bytes) &&
-        ::link(temporary.constData(), QFile::encodeName(_path).constData()) == 0;
+        ::link(temporary.constData(), QFile::encodeName(_path).constData()) == 0 &&
+        base::sync_path(QFileInfo(_path).absolutePath());
     const result_t result = is_written ? result_t() : failure(_path);
     ::close(descriptor);
     ::unlink(temporary.constData());

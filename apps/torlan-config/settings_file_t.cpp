@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstdio>
 
+#include "base/sync_path.h"
 #include "process/holder_text.h"
 
 namespace torlan {
@@ -137,9 +138,8 @@ base::result_t settings_file_t::write(const QByteArray& _text) const {
         return replaced;
     }
     const QString folder_path = QFileInfo(file).absolutePath();
-    const descriptor_t folder(folder_path, O_RDONLY | O_DIRECTORY);
-    return folder && folder.sync() ? base::result_t()
-                                   : failed(QStringLiteral("cannot sync"), folder_path);
+    return base::sync_path(folder_path) ? base::result_t()
+                                        : failed(QStringLiteral("cannot sync"), folder_path);
 }
 
 }  // namespace torlan

@@ -1,12 +1,13 @@
 #include "store/database_copy.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <QFile>
 #include <QFileInfo>
 #include <cstdio>
+
+#include "base/sync_path.h"
 
 namespace database::store {
 
@@ -47,13 +48,7 @@ result_t create_empty(const QString& _copy, const QString& _path) {
 
 /// SQLite itself does not wait until a copy is on the medium.
 result_t sync(const QString& _path) {
-    const int file = ::open(QFile::encodeName(_path).constData(), O_RDONLY | O_CLOEXEC);
-    const bool synced = file >= 0 && ::fsync(file) == 0;
-    const QString reason = qt_error_string(errno);
-    if (file >= 0) {
-        ::close(file);
-    }
-    return synced ? result_t() : failure(_path, reason);
+    return ::base::sync_path(_path) ? result_t() : failure(_path, qt_error_string(errno));
 }
 
 result_t copy_to(const QString& _path, const QString& _copy, int _busy_ms) {
