@@ -1,8 +1,10 @@
 #include "logs/early_logger_t.h"
 
-#include <cstdio>
+#include <unistd.h>
+
 #include <utility>
 
+#include "logs/console_t.h"
 #include "logs/log_text.h"
 
 namespace utility::logs {
@@ -11,14 +13,17 @@ early_logger_t::~early_logger_t() {
     if (classlogs::getInstance() == this) {
         classlogs::setInstance(nullptr);
     }
+    if (lines.isEmpty()) {
+        return;
+    }
+    console_t console(STDOUT_FILENO);
     for (const line_t& line : std::as_const(lines)) {
         if (line.level <= level) {
-            const std::string text =
-                log_line_text(line.message, line.level, line.function, line.source, line.line);
-            std::fprintf(stdout, "%s\n", text.c_str());
+            console.write(
+                log_line_text(line.message, line.level, line.function, line.source, line.line) +
+                '\n');
         }
     }
-    std::fflush(stdout);
 }
 
 void early_logger_t::set_level(int _level) {

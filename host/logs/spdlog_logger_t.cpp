@@ -1,60 +1,15 @@
 #include "logs/spdlog_logger_t.h"
 
-#include <fcntl.h>
 #include <spdlog/async_logger.h>
 #include <spdlog/details/thread_pool.h>
-#include <spdlog/sinks/rotating_file_sink.h>
-#include <spdlog/sinks/stdout_sinks.h>
-#include <unistd.h>
+#include <spdlog/sinks/sink.h>
 
-#include <QDir>
-#include <QFile>
 #include <algorithm>
 
+#include "logs/log_sinks.h"
 #include "logs/log_text.h"
 
 namespace utility::logs {
-
-namespace {
-
-// Seven levels, 0 the gravest, onto spdlog's scale, which grows with gravity; the highest of its
-// values is named "off" but compares like every other one.
-spdlog::level::level_enum on_spdlog_scale(int _level) {
-    return static_cast<spdlog::level::level_enum>(6 - std::clamp(_level, 0, 6));
-}
-
-// A sink's threshold; one above the scale takes nothing.
-spdlog::level::level_enum threshold(int _level) {
-    return _level < 0 ? spdlog::level::n_levels : on_spdlog_scale(_level);
-}
-
-// spdlog opens with the process's umask; the file exists with its mode before that.
-void create_with_mode(const std::string& _file) {
-    const int descriptor = ::open(_file.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0640);
-    if (descriptor >= 0) {
-        ::close(descriptor);
-    }
-}
-
-spdlog::sink_ptr file_sink(const log_settings_t& _settings) {
-    const QString file = QDir(_settings.folder).filePath(_settings.name + QStringLiteral(".log"));
-    spdlog::file_event_handlers handlers;
-    handlers.before_open = create_with_mode;
-    auto sink = std::make_shared<spdlog::sinks::rotating_file_sink_mt>(
-        QFile::encodeName(file).toStdString(),
-        static_cast<std::size_t>(std::max(_settings.size_mb, 1)) * 1024 * 1024,
-        static_cast<std::size_t>(std::clamp(_settings.rotation, 0, 1000)), false, handlers);
-    sink->set_level(threshold(_settings.file_level));
-    return sink;
-}
-
-spdlog::sink_ptr stdout_sink(const log_settings_t& _settings) {
-    auto sink = std::make_shared<spdlog::sinks::stdout_sink_mt>();
-    sink->set_level(threshold(_settings.stdout_level));
-    return sink;
-}
-
-}  // namespace
 
 struct spdlog_logger_t::parts_t {
     int highest_level;  ///< of both sinks; what is above is dropped at once
@@ -66,7 +21,8 @@ struct spdlog_logger_t::parts_t {
 base::result_of_t<std::unique_ptr<spdlog_logger_t>> spdlog_logger_t::open(
     const log_settings_t& _settings) {
     try {
-        const spdlog::sinks_init_list sinks = {file_sink(_settings), stdout_sink(_settings)};
+        const spdlog::sink_ptr file = make_file_sink(_settings);
+        const spdlog::sinks_init_list sinks = {file, make_console_sink(_settings, file)};
         auto parts = std::make_unique<parts_t>();
         parts->highest_level = std::max(_settings.stdout_level, _settings.file_level);
         parts->pool = std::make_shared<spdlog::details::thread_pool>(
@@ -94,7 +50,8 @@ void spdlog_logger_t::log_asynch(const QString& _message, int _level, const QStr
         return;
     }
     const std::string line = log_line_text(_message, _level, _function, _source, _line);
-    parts->logger->log(on_spdlog_scale(_level), spdlog::string_view_t(line));
+    parts->logger->log(static_cast<spdlog::level::level_enum>(on_spdlog_scale(_level)),
+                       spdlog::string_view_t(line));
     if (_level <= 0) {
         parts->logger->flush();  // the scale's top is never flushed on its own
     }

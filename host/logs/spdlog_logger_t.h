@@ -12,7 +12,8 @@ namespace utility::logs {
 /// to a rotating file (mode 0640) and to standard output.
 ///
 /// A line reads "time [level] source:line function message". When the queue is full its oldest
-/// line is lost and counted. Destruction writes what is queued; no other thread may log then.
+/// line is lost and counted. Standard output that nobody reads holds neither the file nor the end,
+/// see console_t. Destruction writes what is queued; no other thread may log then.
 class spdlog_logger_t : public classlogs {
  public:
     /// Opens the file and starts the thread.

@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
+#include <csignal>
 #include <cstdio>
 
 #include "logs/spdlog_logger_t.h"
@@ -122,32 +123,92 @@ class tst_spdlog_logger_t : public QObject {
     }
 
     void a_blocked_sink_loses_the_oldest_lines_and_never_blocks_the_caller() {
-        settings.file_level = -1;
-        settings.stdout_level = 6;
         settings.queue = 16;
-        int pipe[2];
-        QCOMPARE(::pipe(pipe), 0);
+        // The file stands for any disk that stands still.
+        QCOMPARE(::mkfifo(qPrintable(log_file()), 0600), 0);
+        const int pipe = ::open(qPrintable(log_file()), O_RDONLY | O_NONBLOCK);
+        QVERIFY(pipe >= 0 && ::fcntl(pipe, F_SETFL, 0) == 0);
         quint64 dropped = 0;
         QByteArray shown;
         std::unique_ptr<QThread> reader;
         {
-            const redirected_stdout_t redirected(pipe[1]);
             auto opened = spdlog_logger_t::open(settings);
+            QVERIFY2(opened.value, qPrintable(opened.error));
             // More than the pipe and the queue can hold; nobody reads yet.
-            for (int i = 0; opened.value && i < 4000; ++i) {
+            for (int i = 0; i < 4000; ++i) {
                 opened.value->log_asynch(QStringLiteral("line %1").arg(i), 4, {}, {}, 1);
             }
             dropped = opened.value->dropped();
-            reader.reset(QThread::create([&shown, in = pipe[0]] { shown = read_all(in); }));
+            reader.reset(QThread::create([&shown, pipe] { shown = read_all(pipe); }));
             reader->start();
         }
-        ::close(pipe[1]);
         QVERIFY(reader->wait());
-        ::close(pipe[0]);
+        ::close(pipe);
         QVERIFY(dropped > 0);
         QCOMPARE(quint64(shown.count('\n')), 4000 - dropped);
         QVERIFY(shown.contains("line 3985\n"));
         QVERIFY(shown.endsWith("line 3999\n"));
+    }
+
+    void standard_output_that_nobody_reads_holds_neither_the_file_nor_the_end() {
+        settings.stdout_level = 6;
+        int pipe[2];
+        QCOMPARE(::pipe2(pipe, O_CLOEXEC), 0);
+        {
+            const redirected_stdout_t redirected(pipe[1]);
+            const auto opened = spdlog_logger_t::open(settings);
+            for (int i = 0; opened.value && i < 4000; ++i) {
+                opened.value->log_asynch(QStringLiteral("line %1").arg(i), 4, {}, {}, 1);
+            }
+            QTRY_COMPARE(lines_of(log_file()).size(), 4000);
+        }
+        ::close(pipe[0]);
+        ::close(pipe[1]);
+    }
+
+    void standard_output_without_a_reader_is_told_in_the_file() {
+        settings.stdout_level = 6;
+        std::signal(SIGPIPE, SIG_IGN);
+        int pipe[2];
+        QCOMPARE(::pipe2(pipe, O_CLOEXEC), 0);
+        ::close(pipe[0]);
+        {
+            const redirected_stdout_t redirected(pipe[1]);
+            const auto opened = spdlog_logger_t::open(settings);
+            const auto told = [this] {
+                return lines_of(log_file()).filter("Nobody can read standard output").size();
+            };
+            for (int i = 0; opened.value && told() == 0 && i < 2000; ++i) {
+                opened.value->log_asynch(QStringLiteral("line"), 4, {}, {}, 1);
+                QTest::qWait(1);
+            }
+            opened.value->log_asynch(QStringLiteral("last"), 4, {}, {}, 1);
+            QTRY_VERIFY(lines_of(log_file()).last().endsWith("last"));
+            QCOMPARE(told(), 1);
+        }
+        ::close(pipe[1]);
+    }
+
+    void a_folder_that_is_taken_away_is_made_again() {
+        settings.folder = folder->filePath("logs");
+        QVERIFY(QDir().mkdir(settings.folder));
+        const QString file = settings.folder + "/server-torlan.log";
+        const auto opened = spdlog_logger_t::open(settings);
+        QVERIFY2(opened.value, qPrintable(opened.error));
+        const auto log = [&opened](const char* _text) {
+            opened.value->log_asynch(QLatin1String(_text), 4, {}, {}, 1);
+        };
+        log("first");
+        QTRY_COMPARE(lines_of(file).size(), 1);
+        QVERIFY(QDir(settings.folder).removeRecursively());
+        log("second");
+        QTRY_COMPARE(lines_of(file).size(), 2);
+        QVERIFY(lines_of(file).first().endsWith("was made again"));
+        QVERIFY(lines_of(file).last().endsWith("second"));
+        QVERIFY(QFile::rename(file, file + ".moved"));
+        log("third");
+        QTRY_VERIFY(lines_of(file).size() == 2 && lines_of(file).last().endsWith("third"));
+        QCOMPARE(QFile::permissions(file) & 0x0007, QFile::Permissions());
     }
 
     void a_full_file_is_rotated_and_old_ones_go() {
