@@ -55,6 +55,7 @@ void private_folder_t::remove() {
         std::error_code ignored;
         std::filesystem::remove_all(QFile::encodeName(folder).toStdString(), ignored);
         folder.clear();
+        lock.release();
     }
 }
 
@@ -70,13 +71,15 @@ result_t private_folder_t::create(const QString& _system_account) {
         }
         account = system_account_t{entry->pw_uid, entry->pw_gid};
     }
-    QTemporaryDir made(parent_folder() + QStringLiteral("/torlan-%1-XXXXXX").arg(child));
+    const QString prefix = QStringLiteral("torlan-%1-").arg(child);
+    held_folder_lock_t::remove_left(parent_folder(), prefix);
+    QTemporaryDir made(parent_folder() + QLatin1Char('/') + prefix + QStringLiteral("XXXXXX"));
     if (!made.isValid()) {
         return failure(parent_folder());
     }
     made.setAutoRemove(false);
     folder = made.path();
-    return make_own();
+    return lock.take(folder) ? make_own() : failure(folder);
 }
 
 result_t private_folder_t::make_own() const {

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "base/result_t.h"
+#include "process/held_folder_lock_t.h"
 
 namespace process {
 
@@ -30,7 +31,8 @@ class private_folder_t {
     Q_DISABLE_COPY_MOVE(private_folder_t)
     ~private_folder_t();
 
-    /// Makes the folder. @p _system_account: whom root starts the child as; others have no choice.
+    /// Makes the folder, and removes those of killed processes. @p _system_account: whom root
+    /// starts the child as; others have no choice.
     base::result_t create(const QString& _system_account);
 
     base::result_t write(const QString& _name, const QByteArray& _text) const;
@@ -49,6 +51,7 @@ class private_folder_t {
 
     const QString child;
     QString folder;
+    held_folder_lock_t lock;
     std::optional<system_account_t> account;
 };
 

@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include "process/held_folder_lock_t.h"
 #include "process/private_folder_t.h"
 
 using process::private_folder_t;
@@ -39,6 +40,7 @@ class tst_private_folder_t : public QObject {
     void folder_goes_with_the_object();
     void account_of_the_child_can_write_in_its_own_folder_only();
     void nothing_of_roots_goes_to_the_account_of_the_child();
+    void what_killed_owners_left_is_removed_and_nothing_else();
     void unknown_account_is_told();
     void file_that_cannot_be_written_is_told();
 };
@@ -132,6 +134,30 @@ void tst_private_folder_t::nothing_of_roots_goes_to_the_account_of_the_child() {
     QCOMPARE(QFileInfo(victim).size(), 6);
     QVERIFY(QFileInfo::exists(others.filePath("folder/in")));
     QCOMPARE(QFileInfo(others.filePath("folder")).ownerId(), 0u);
+}
+
+void tst_private_folder_t::what_killed_owners_left_is_removed_and_nothing_else() {
+    const QTemporaryDir place;
+    const auto make = [&place](const char* _name) {
+        const QString folder = place.filePath(QLatin1String(_name));
+        return QDir().mkdir(folder) ? folder : QString();
+    };
+    const QString left = make("torlan-thing-left");
+    const QString lives = make("torlan-thing-lives");
+    const QString without = make("torlan-thing-without");
+    const QString writable = make("torlan-thing-writable");
+    const QString other = make("torlan-other-left");
+    process::held_folder_lock_t living;
+    QVERIFY(living.take(lives));
+    for (const QString& folder : {left, writable, other}) {
+        QVERIFY(process::held_folder_lock_t().take(folder));
+    }
+    QVERIFY(QFile::setPermissions(writable, QFile::Permissions(0x7777)));
+    QVERIFY(QFile::link(lives, place.filePath("torlan-thing-link")));
+    process::held_folder_lock_t::remove_left(place.path(), "torlan-thing-");
+    QCOMPARE(QDir(place.path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name),
+             (QStringList{"torlan-other-left", "torlan-thing-link", "torlan-thing-lives",
+                          "torlan-thing-without", "torlan-thing-writable"}));
 }
 
 void tst_private_folder_t::unknown_account_is_told() {
