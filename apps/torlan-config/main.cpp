@@ -64,5 +64,6 @@ int main(int _argc, char* _argv[]) {
         write_text(stdout, options.value.to_show);
         return status_done;
     }
+    wait_for_no_reader();
     return serve(options.value);
 }

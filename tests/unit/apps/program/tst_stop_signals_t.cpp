@@ -13,12 +13,14 @@ class tst_stop_signals_t : public QObject {
     Q_OBJECT
 
  private Q_SLOTS:
-    void each_of_both_signals_asks_once_data() {
+    void each_of_the_signals_asks_once_data() {
         QTest::addColumn<int>("number");
         QTest::newRow("Ctrl-C") << SIGINT;
         QTest::newRow("SIGTERM") << SIGTERM;
+        QTest::newRow("Ctrl-\\") << SIGQUIT;
+        QTest::newRow("a closed terminal") << SIGHUP;
     }
-    void each_of_both_signals_asks_once() {
+    void each_of_the_signals_asks_once() {
         QFETCH(int, number);
         stop_signals_t signals_of_end;
         QSignalSpy asked(&signals_of_end, &stop_signals_t::stop_asked);
@@ -30,16 +32,25 @@ class tst_stop_signals_t : public QObject {
         QCOMPARE(asked.size(), 1);
     }
 
-    void afterwards_both_end_the_process_as_ever() {
+    void afterwards_they_end_the_process_as_ever() {
         { const stop_signals_t signals_of_end; }
-        for (const int number : {SIGINT, SIGTERM}) {
+        for (const int number : {SIGINT, SIGTERM, SIGQUIT, SIGHUP}) {
             struct sigaction action = {};
             QCOMPARE(::sigaction(number, nullptr, &action), 0);
             QVERIFY(action.sa_handler == SIG_DFL);
         }
     }
 
-    void without_a_descriptor_both_end_the_process_as_ever() {
+    void a_hang_up_that_is_ignored_stays_so() {
+        QVERIFY(::signal(SIGHUP, SIG_IGN) != SIG_ERR);
+        stop_signals_t signals_of_end;
+        QSignalSpy asked(&signals_of_end, &stop_signals_t::stop_asked);
+        QCOMPARE(::raise(SIGHUP), 0);
+        QVERIFY(!asked.wait(20));
+        QVERIFY(::signal(SIGHUP, SIG_DFL) == SIG_IGN);
+    }
+
+    void without_a_descriptor_they_end_the_process_as_ever() {
         QVERIFY(::signal(SIGTERM, SIG_DFL) != SIG_ERR);  // the test library has its own
         rlimit former = {};
         QCOMPARE(::getrlimit(RLIMIT_NOFILE, &former), 0);
