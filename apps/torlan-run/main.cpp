@@ -88,5 +88,6 @@ int main(int _argc, char* _argv[]) {
         write_text(stdout, options.value.to_show);
         return status_done;
     }
+    wait_for_no_reader();
     return run(options.value);
 }

@@ -130,9 +130,10 @@ void supervisor_t::on_server_failed(const QString& _last_words) {
 }
 
 void supervisor_t::on_server_died() {
-    if (server.exit_code() == status_done) {
+    const std::optional<int> code = server.exit_code();
+    if (code == status_done || code == status_unsaved) {
         Q_EMIT told(QStringLiteral("the server was asked to end."));
-        finish(status_done);
+        finish(*code);
         return;
     }
     Q_EMIT told(QStringLiteral("the server %1; it is started again.").arg(ending_of(server)));

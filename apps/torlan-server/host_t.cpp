@@ -49,7 +49,7 @@ host_t::host_t(const options_t& _options, utility::logs::early_logger_t* _early,
 }
 
 host_t::~host_t() {
-    stop();
+    static_cast<void>(stop());
 }
 
 base::result_t host_t::start() {
@@ -68,7 +68,7 @@ base::result_t host_t::start() {
         }
     }
     if (!result.is_ok()) {
-        stop();
+        static_cast<void>(stop());
         folder.take_back();
     }
     return result;
@@ -79,7 +79,7 @@ void host_t::break_off() {
     Q_EMIT broken_off();
 }
 
-void host_t::stop() {
+base::result_t host_t::stop() {
     drivers.stop();
     drivers.clear();
     hidden.reset();
@@ -90,11 +90,16 @@ void host_t::stop() {
     bus.reset();
     knx.reset();
     refusals.reset();
+    const base::result_t saved = live ? live->close() : base::result_t();
+    if (!saved.is_ok()) {
+        utility::log_line(saved.error, 1, "stop", source, __LINE__);
+    }
     live.reset();
     database.reset();
     trail.close();
     classlogs::setInstance(nullptr);
     logger.reset();
+    return saved;
 }
 
 base::result_t host_t::read_import() {

@@ -35,7 +35,7 @@ class host_t : public QObject {
     /// @param _early the logger of the start; what it has kept goes into the log. Not owned.
     host_t(const options_t& _options, utility::logs::early_logger_t* _early,
            QObject* _parent = nullptr);
-    /// stop().
+    /// stop(), if nobody has.
     ~host_t() override;
 
     /// Builds and starts everything, handling events meanwhile; returns once the API has answered
@@ -46,8 +46,8 @@ class host_t : public QObject {
     /// Makes a start() that is under way give up soon.
     void break_off();
 
-    /// Ends everything within seconds; values are saved.
-    void stop();
+    /// Ends everything within seconds; values are saved. A failure says which are not, and why.
+    base::result_t stop();
 
     /// What to print once it runs: where the API is, and a request to paste.
     QString ready_text() const;

@@ -67,6 +67,11 @@ int run(const options_t& _options) {
         say(stdout, told);
     }
     QCoreApplication::exec();
+    const base::result_t stopped = host.stop();
+    if (!stopped.is_ok()) {
+        say(stderr, stopped.error);
+        return status_unsaved;
+    }
     return status_done;
 }
 
@@ -89,5 +94,6 @@ int main(int _argc, char* _argv[]) {
         write_text(stdout, options.value.to_show);
         return status_done;
     }
+    wait_for_no_reader();
     return run(options.value);
 }

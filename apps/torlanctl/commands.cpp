@@ -20,6 +20,7 @@
 #include "program/say.h"
 #include "program/standard_streams.h"
 #include "store/database_check.h"
+#include "store/move_aside.h"
 #include "store/sqlite_store_t.h"
 #include "store/store_editor_t.h"
 #include "store/stored_users.h"
@@ -70,22 +71,22 @@ result_t edit(const QString& _data, edit_t _edit) {
         return opened;
     }
     store_editor_t editor(store.connection());
-    return _edit(editor);
+    const result_t edited = _edit(editor);
+    return edited.is_ok() ? store.connection().check_place() : edited;
+}
+
+base::result_of_t<installation_t> read_file(const QString& _data, const QString& _file) {
+    const auto bytes = file_reader_t(_file, max_document_bytes).read();
+    if (!bytes.is_ok()) {
+        return bytes;
+    }
+    return read_document(bytes.value, _file,
+                         database::store::stored_users(database_file(_data), 5000));
 }
 
 enum class users_t { replaced, kept };
 
-result_t import_document(const QString& _data, const QStringList& _arguments, users_t _users) {
-    const auto bytes = file_reader_t(_arguments[0], max_document_bytes).read();
-    if (!bytes.is_ok()) {
-        return bytes;
-    }
-    const QString database = database_file(_data);
-    auto document =
-        read_document(bytes.value, _arguments[0], database::store::stored_users(database, 5000));
-    if (!document.is_ok()) {
-        return document;
-    }
+result_t put(const QString& _data, installation_t _installation, users_t _users) {
     sqlite_store_t store;
     const result_t opened = open(store, _data, missing_t::create);
     if (opened.is_ok() && _users == users_t::kept) {
@@ -93,26 +94,45 @@ result_t import_document(const QString& _data, const QStringList& _arguments, us
         if (!former.is_ok()) {
             return former;
         }
-        for (const QString& sentence : keep_users(former.value, &document.value)) {
+        for (const QString& sentence : keep_users(former.value, &_installation)) {
             say(stderr, sentence);
         }
     }
-    const result_t replaced = opened.is_ok() ? store.replace(document.value) : opened;
+    const result_t replaced = opened.is_ok() ? store.replace(_installation) : opened;
     if (replaced.is_ok()) {
         tell_notes(store);
-        for (const QString& sentence : shared_items(document.value)) {
+        for (const QString& sentence : shared_items(_installation)) {
             say(stderr, sentence);
         }
     }
-    return replaced;
+    return replaced.is_ok() ? store.connection().check_place() : replaced;
 }
 
 result_t import_file(const QString& _data, const QStringList& _arguments) {
-    return import_document(_data, _arguments, users_t::replaced);
+    const auto document = read_file(_data, _arguments[0]);
+    return document.is_ok() ? put(_data, document.value, users_t::replaced) : result_t(document);
 }
 
 result_t import_but_users(const QString& _data, const QStringList& _arguments) {
-    return import_document(_data, _arguments, users_t::kept);
+    const auto document = read_file(_data, _arguments[0]);
+    return document.is_ok() ? put(_data, document.value, users_t::kept) : result_t(document);
+}
+
+result_t import_over(const QString& _data, const QStringList& _arguments) {
+    const auto document = read_file(_data, _arguments[0]);
+    if (!document.is_ok()) {
+        return document;
+    }
+    const QString path = database_file(_data);
+    const auto moved = database::store::move_unusable_aside(path, 5000);
+    if (!moved.is_ok()) {
+        return moved;
+    }
+    if (!moved.value.isEmpty()) {
+        say(stderr, QStringLiteral("The database %1 could not be used and is kept in %2.")
+                        .arg(path, moved.value));
+    }
+    return put(_data, document.value, users_t::replaced);
 }
 
 base::result_of_t<QByteArray> exported(const QString& _data, passwords_t _passwords) {
@@ -205,6 +225,8 @@ const QList<command_t>& commands() {
     static const QList<command_t> table{
         {"import --keep-users", "FILE",
          "put it there, but keep the users, with their passwords and grants", import_but_users},
+        {"import --replace", "FILE",
+         "the same where the database is damaged; that is kept under another name", import_over},
         {"import", "FILE", "put the installation in FILE in the place of what is there",
          import_file},
         {"export --with-passwords", "FILE",

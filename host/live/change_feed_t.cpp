@@ -1,5 +1,6 @@
 #include "live/change_feed_t.h"
 
+#include "store/database_check.h"
 #include "store/store_reader_t.h"
 #include "store/transaction_t.h"
 
@@ -57,19 +58,49 @@ void change_feed_t::check() {
     if (!written.value) {
         return;
     }
-    const qint64 before = last_sequence;
-    model_changes_t changes;
-    const result_t result = read_changes(&changes);
+    const result_t result = incomplete ? reload() : catch_up();
     if (!result.is_ok()) {
         log.forget();
+        // A table that was missing took its triggers with it: what was written since is nowhere
+        // noted.
+        incomplete = incomplete || !store::check_layout(connection).is_ok();
         tell(result.error);
         return;
     }
     failure.clear();
-    if (last_sequence != before) {
+}
+
+result_t change_feed_t::catch_up() {
+    const qint64 before = last_sequence;
+    model_changes_t changes;
+    const result_t result = read_changes(&changes);
+    if (result.is_ok() && last_sequence != before) {
         static_cast<void>(log.prune(last_sequence));
         announce(changes);
     }
+    return result;
+}
+
+result_t change_feed_t::reload() {
+    if (!database) {
+        return {};
+    }
+    installation::installation_t whole;
+    if (const result_t result = read_whole(&whole); !result.is_ok()) {
+        return result;
+    }
+    incomplete = false;
+    log.forget();
+    // Newer than what the file says: they were answered, and wait for their save.
+    const realtime_writer_t::pending_t pending = realtime->pending();
+    const model_changes_t changes = model.fill(whole);
+    if (const int lost = realtime->put_back(pending); lost > 0) {
+        Q_EMIT failed(QStringLiteral("%1 values that were not saved yet are lost: the database has "
+                                     "nothing of that name any more.")
+                          .arg(lost));
+    }
+    announce(changes);
+    return {};
 }
 
 void change_feed_t::tell_notes(const QStringList& _notes) {

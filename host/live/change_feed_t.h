@@ -30,6 +30,10 @@ class change_feed_t : public QObject {
     /// Looks whether something was written, and if so applies and announces it.
     void check();
 
+    /// Fills the model again, from another file perhaps, and announces everything. Values that wait
+    /// for their save are kept, or told to be lost.
+    ::base::result_t reload();
+
     /// For a caller that holds a transaction: applies what is there, without announcing.
     ::base::result_t absorb(model_changes_t* _changes);
     /// Announces what absorb() applied; to be called after the transaction.
@@ -61,6 +65,7 @@ class change_feed_t : public QObject {
  private:
     ::base::result_t read_whole(installation::installation_t* _whole);
     ::base::result_t read_changes(model_changes_t* _changes);
+    ::base::result_t catch_up();
     void tell(const QString& _failure);
     void announce_users_and_elements(const model_changes_t& _changes);
     void announce_realtime(const model_changes_t& _changes);
@@ -76,6 +81,7 @@ class change_feed_t : public QObject {
     model_t model;
     store::change_log_t log;
     qint64 last_sequence = 0;
+    bool incomplete = false;  ///< rows may be missing in the log: all has to be read again
     told_once_t told_notes;
     QString failure;  ///< what was told last; empty after a look that went well
 };

@@ -1,15 +1,19 @@
 #pragma once
 
 #include <QObject>
+#include <optional>
 
 #include "live/change_feed_t.h"
 #include "live/realtime_saver_t.h"
+#include "live/wal_keeper_t.h"
 #include "live/wal_watch_t.h"
+#include "store/left_logs_t.h"
 
 namespace database::live {
 
 /// Keeps the objects in memory and an installation database on disk the same while the server
-/// runs, whoever writes. One for each database file; host thread only.
+/// runs, whoever writes. A file that is removed is waited for, one that is put in its place is read
+/// anew. One for each path; host thread only.
 class live_database_t : public QObject {
     Q_OBJECT
 
@@ -23,14 +27,15 @@ class live_database_t : public QObject {
 
     /// @param _database filled by open(); not owned, may die first
     live_database_t(database_t* _database, const options_t& _options, QObject* _parent = nullptr);
-    /// Flushes.
+    /// close().
     ~live_database_t() override;
 
     /// Opens or creates the file, fills the objects and begins to follow changes. Once only.
     ::base::result_t open(const QString& _path);
 
-    /// Saves every realtime value now, waiting up to five seconds for other writers.
-    ::base::result_t flush();
+    /// Saves every realtime value, waiting up to five seconds for other writers, and follows the
+    /// database no longer. A failure says how many values are lost, and why.
+    ::base::result_t close();
 
     /// Reads the users with their password hashes, by user id: what the broker's files are made of.
     ::base::result_of_t<QMap<QString, installation::user_t>> read_users();
@@ -51,13 +56,24 @@ class live_database_t : public QObject {
     void failed(const QString& _sentence);
 
  private:
+    ::base::result_t begin_to_follow();
+    void on_woken();
+    void on_polled();
+    /// The file that is open is not the one of this name any more.
+    void leave(const ::base::result_t& _place);
+    ::base::result_t take_over();
+
     const options_t options;
+    QString path;
     store::connection_t connection;
     realtime_writer_t realtime;
     write_gate_t requests;
     change_feed_t changes;
     realtime_saver_t saver;
-    wal_watch_t* watch = nullptr;  ///< null until open()
+    wal_keeper_t keeper;
+    std::optional<store::left_logs_t> logs;  ///< of the file that is open
+    QString failure;                         ///< what leave() told last
+    wal_watch_t* watch = nullptr;            ///< null unless open
 };
 
 }  // namespace database::live

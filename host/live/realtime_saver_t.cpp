@@ -1,5 +1,7 @@
 #include "live/realtime_saver_t.h"
 
+#include <utility>
+
 #include "store/store_writer_t.h"
 #include "store/transaction_t.h"
 
@@ -38,7 +40,9 @@ void realtime_saver_t::on_unsaved() {
 void realtime_saver_t::on_timeout() {
     const result_t result = save();
     if (!result.is_ok()) {
-        Q_EMIT failed(result.error);
+        if (std::exchange(failure, result.error) != result.error) {
+            Q_EMIT failed(QStringLiteral("Values cannot be saved: ") + result.error);
+        }
         delay.start();
     }
 }
@@ -46,6 +50,9 @@ void realtime_saver_t::on_timeout() {
 result_t realtime_saver_t::save() {
     if (!database || (realtime->unsaved_items().empty() && realtime->unsaved_scenarios().empty())) {
         return {};
+    }
+    if (const result_t place = connection.check_place(); !place.is_ok()) {
+        return place;
     }
     model_changes_t foreign;
     result_t result;
@@ -60,11 +67,15 @@ result_t realtime_saver_t::save() {
             result = write_values();
         }
         if (result.is_ok()) {
+            result = connection.check_place();
+        }
+        if (result.is_ok()) {
             result = transaction.commit();
         }
     }
     if (result.is_ok()) {
         realtime->clear_unsaved();
+        failure.clear();
         delay.stop();
     }
     feed->announce(foreign);

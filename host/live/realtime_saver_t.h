@@ -26,6 +26,7 @@ class realtime_saver_t : public QObject {
     ::base::result_t save();
 
  Q_SIGNALS:
+    /// Values could not be saved, it is tried again; the same sentence once only, until they could.
     void failed(const QString& _sentence);
 
  private:
@@ -39,6 +40,7 @@ class realtime_saver_t : public QObject {
     change_feed_t* const feed;
     const int iterations;
     int restarts = 0;
+    QString failure;  ///< what was told last; empty after a save that went well
     QTimer delay;
 };
 

@@ -87,6 +87,45 @@ void realtime_writer_t::announce_scenario(const QString& _id) {
         {{QStringLiteral("scenario"), _id}}, _id);
 }
 
+realtime_writer_t::pending_t realtime_writer_t::pending() const {
+    pending_t values;
+    for (const QString& id : dirty_items) {
+        values.items.insert(id, database->getRealtime()->getItems()->list(id)->getValue());
+    }
+    for (const QString& id : dirty_scenarios) {
+        values.scenarios.insert(id,
+                                database->getRealtime()->getScenary()->list(id)->getExecution());
+    }
+    return values;
+}
+
+int realtime_writer_t::put_back(const pending_t& _pending) {
+    int lost = 0;
+    for (auto each = _pending.items.begin(); each != _pending.items.end(); ++each) {
+        rt_object_item_t* const item = database->getRealtime()->getItems()->list(each.key());
+        if (item == nullptr) {
+            ++lost;
+            continue;
+        }
+        table_writer_t(database).set_value(item, each.value());
+        dirty_items.insert(each.key());
+    }
+    for (auto each = _pending.scenarios.begin(); each != _pending.scenarios.end(); ++each) {
+        rt_object_scenary_t* const scenario =
+            database->getRealtime()->getScenary()->list(each.key());
+        if (scenario == nullptr) {
+            ++lost;
+            continue;
+        }
+        table_writer_t(database).set_execution(scenario, each.value());
+        dirty_scenarios.insert(each.key());
+    }
+    if (!dirty_items.empty() || !dirty_scenarios.empty()) {
+        Q_EMIT unsaved();
+    }
+    return lost;
+}
+
 void realtime_writer_t::clear_unsaved() {
     dirty_items.clear();
     dirty_scenarios.clear();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMap>
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -32,6 +33,16 @@ class realtime_writer_t : public QObject {
 
     void announce_item(const QString& _id);
     void announce_scenario(const QString& _id);
+
+    /// Values that are not on disk.
+    struct pending_t {
+        QMap<QString, QString> items;
+        QMap<QString, bool> scenarios;
+    };
+    pending_t pending() const;
+    /// After the objects were made anew: puts @p _pending back, to be saved. Announces nothing.
+    /// @return how many are lost, what they belong to is gone
+    int put_back(const pending_t& _pending);
 
     /// Ids whose value in memory is not on disk.
     const std::set<QString>& unsaved_items() const { return dirty_items; }

@@ -6,9 +6,9 @@
 
 namespace database::live {
 
-/// Says when another program may have committed to a database: at once when the write-ahead log
-/// changes, and at a slow interval for what file notifications miss. Says so too often, never
-/// too rarely.
+/// Says when another program may have committed to a database or exchanged its file: at once when
+/// the write-ahead log or the folder changes, and at a slow interval for what notifications miss.
+/// Says so too often, never too rarely.
 class wal_watch_t : public QObject {
     Q_OBJECT
 
@@ -19,6 +19,8 @@ class wal_watch_t : public QObject {
 
  Q_SIGNALS:
     void woken();
+    /// The interval of the slow look is over; after woken().
+    void polled();
 
  private:
     void on_file_changed();
@@ -27,6 +29,7 @@ class wal_watch_t : public QObject {
     void arm();
 
     const QString path;
+    const QString folder;
     QFileSystemWatcher* const watcher;
     QTimer poll;
     QTimer settle;

@@ -5,6 +5,9 @@
 #include <QSqlError>
 #include <QSqlQuery>
 #include <atomic>
+#include <optional>
+
+#include "store/file_identity_t.h"
 
 namespace database::store {
 
@@ -13,6 +16,7 @@ using ::base::result_t;
 struct connection_t::impl_t {
     QString name;  ///< Qt's name of the connection; empty: closed
     QString path;
+    std::optional<file_identity_t> file;                    ///< which was opened; nothing: closed
     QHash<QString, std::shared_ptr<QSqlQuery>> statements;  ///< by their text
     int changed_rows = 0;
     cause_t cause = cause_t::none;
@@ -91,11 +95,21 @@ result_t connection_t::open(const QString& _path, access_t _access, int _busy_ms
         options += QStringLiteral(";QSQLITE_OPEN_READONLY");
     }
     database.setConnectOptions(options);
-    return database.open() ? result_t() : impl->failure(database.lastError());
+    const auto before = file_identity_t::of(_path);
+    if (!database.open()) {
+        return impl->failure(database.lastError());
+    }
+    impl->file = file_identity_t::of(_path);
+    // Exchanged between the looks: nobody knows which of both has been opened.
+    if (before && impl->file != before) {
+        impl->file.reset();
+    }
+    return {};
 }
 
 void connection_t::close() {
     impl->statements.clear();
+    impl->file.reset();
     if (!impl->name.isEmpty()) {
         QSqlDatabase::removeDatabase(std::exchange(impl->name, {}));
     }
@@ -103,6 +117,16 @@ void connection_t::close() {
 
 QString connection_t::path() const {
     return impl->path;
+}
+
+result_t connection_t::check_place() const {
+    const auto there = file_identity_t::of(impl->path);
+    if (there && there == impl->file) {
+        return {};
+    }
+    return result_t::failed((there ? QStringLiteral("The database %1 was replaced by another file.")
+                                   : QStringLiteral("The database %1 was removed."))
+                                .arg(impl->path));
 }
 
 result_t connection_t::run(const QString& _sql, const QVariantList& _values) {

@@ -34,6 +34,9 @@ class connection_t {
     ::base::result_t open(const QString& _path, access_t _access, int _busy_ms);
     void close();
     QString path() const;
+    /// That the opened file is the one that the path leads to. One that was removed or replaced
+    /// takes changes all the same, and nobody else ever sees them.
+    ::base::result_t check_place() const;
 
     /// Runs one statement; rows that it yields are ignored.
     ::base::result_t run(const QString& _sql, const QVariantList& _values = {});

@@ -24,14 +24,18 @@ result_t open_to_look(connection_t& _connection, const QString& _path, int _busy
                             _busy_ms);
 }
 
+QString damaged_text(const QString& _path) {
+    return QStringLiteral(
+               "The database %1 is damaged and was left as it is; torlanctl import --replace keeps "
+               "it under another name and makes a new one.")
+        .arg(_path);
+}
+
 result_t check_sound(connection_t& _connection) {
     const auto verdict = _connection.value(QStringLiteral("PRAGMA quick_check(1)"));
     const bool damaged = verdict.is_ok() ? verdict.value.toString() != QLatin1String("ok")
                                          : _connection.cause() == connection_t::cause_t::damaged;
-    return damaged ? result_t::failed(
-                         QStringLiteral("The database %1 is damaged and was left as it is.")
-                             .arg(_connection.path()))
-                   : result_t(verdict);
+    return damaged ? result_t::failed(damaged_text(_connection.path())) : result_t(verdict);
 }
 
 result_t check_tables(connection_t& _connection, int _layout) {
@@ -95,13 +99,19 @@ result_t check_layout(connection_t& _connection) {
     return check_tables(_connection, layout);
 }
 
-result_t check_database(const QString& _path, int _busy_ms) {
+result_t check_database(const QString& _path, int _busy_ms, bool* _in_use) {
     connection_t connection;
     result_t result = open_to_look(connection, _path, _busy_ms);
     if (result.is_ok()) {
         result = check_sound(connection);
     }
-    return result.is_ok() ? check_layout(connection) : result;
+    if (result.is_ok()) {
+        result = check_layout(connection);
+    }
+    if (_in_use != nullptr) {
+        *_in_use = connection.cause() == connection_t::cause_t::busy;
+    }
+    return result;
 }
 
 result_of_t<bool> holds_installation(const QString& _path, int _busy_ms) {
@@ -114,7 +124,8 @@ result_of_t<bool> holds_installation(const QString& _path, int _busy_ms) {
         result = check_layout(connection);
     }
     if (!result.is_ok()) {
-        return result;
+        const bool damaged = connection.cause() == connection_t::cause_t::damaged;
+        return damaged ? result_t::failed(damaged_text(_path)) : result;
     }
     const auto tables =
         connection.value(QStringLiteral("SELECT 1 FROM sqlite_master WHERE name = 'meta'"));

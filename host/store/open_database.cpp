@@ -3,7 +3,9 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
+#include <cerrno>
 
+#include "base/sync_path.h"
 #include "store/database_check.h"
 #include "store/migration.h"
 #include "store/schema.h"
@@ -16,19 +18,38 @@ using ::base::result_t;
 
 namespace {
 
-result_t create_private(const QString& _path) {
-    QFile file(_path);
-    if (file.open(QIODevice::ReadWrite, QFileDevice::ReadOwner | QFileDevice::WriteOwner)) {
-        return {};
-    }
+result_t cannot_open(const QString& _path, const QString& _reason) {
     return result_t::failed(
-        QStringLiteral("The database %1 cannot be opened: %2.").arg(_path, file.errorString()));
+        QStringLiteral("The database %1 cannot be opened: %2.").arg(_path, _reason));
+}
+
+/// What a former database of this name has left would be taken for the new one's: a program that
+/// still runs on the former may even write to it.
+void remove_logs(const QString& _path) {
+    for (const char* const suffix : {"-wal", "-shm"}) {
+        QFile::remove(_path + QLatin1String(suffix));
+    }
+}
+
+result_t create_private(const QString& _path) {
+    remove_logs(_path);
+    QFile file(_path);
+    if (!file.open(QIODevice::ReadWrite, QFileDevice::ReadOwner | QFileDevice::WriteOwner)) {
+        return cannot_open(_path, file.errorString());
+    }
+    // SQLite syncs what it makes, but neither this name nor that of a folder made a moment ago.
+    const QString folder = QFileInfo(_path).absolutePath();
+    static_cast<void>(::base::sync_path(QFileInfo(folder).absolutePath()));  // it may be not ours
+    return ::base::sync_path(folder) ? result_t() : cannot_open(_path, qt_error_string(errno));
 }
 
 result_t configure(connection_t& _connection) {
     // Foreign keys stay off until the tables are those that this program knows.
     for (const QLatin1String pragma :
-         {QLatin1String("PRAGMA journal_mode = WAL"), QLatin1String("PRAGMA synchronous = NORMAL"),
+         {QLatin1String("PRAGMA journal_mode = WAL"), QLatin1String("PRAGMA synchronous = FULL"),
+          // A log of 1 MiB, not of 4, that is cut again: small disks are full before that.
+          QLatin1String("PRAGMA wal_autocheckpoint = 256"),
+          QLatin1String("PRAGMA journal_size_limit = 1048576"),
           QLatin1String("PRAGMA foreign_keys = OFF")}) {
         const result_t result = _connection.run(pragma);
         if (!result.is_ok()) {
@@ -122,13 +143,26 @@ result_of_t<QStringList> open_current(connection_t& _connection, const QString& 
     return notes;
 }
 
+QString lock_of(const QString& _path) {
+    return _path + QStringLiteral(".opening");
+}
+
 }  // namespace
+
+result_of_t<bool> is_ready_to_open(const QString& _path, int _busy_ms) {
+    if (QFileInfo(_path).size() == 0) {
+        return false;
+    }
+    QLockFile one_at_a_time(lock_of(_path));
+    return one_at_a_time.tryLock(0) ? holds_installation(_path, _busy_ms)
+                                    : result_of_t<bool>(false);
+}
 
 result_of_t<QStringList> open_database(connection_t& _connection, const QString& _path,
                                        int _busy_ms) {
     // One at a time: SQLite does not wait for others when it changes the journal mode. Without the
     // lock (a folder that is not there or not ours) the steps below tell what is wrong.
-    QLockFile one_at_a_time(_path + QStringLiteral(".opening"));
+    QLockFile one_at_a_time(lock_of(_path));
     static_cast<void>(one_at_a_time.tryLock(_busy_ms));
 
     result_of_t<QStringList> notes = open_current(_connection, _path, _busy_ms);

@@ -18,6 +18,7 @@ class tst_import_export : public QObject {
     void import_keeps_users_when_it_is_asked_to();
     void refused_import_writes_nothing();
     void first_import_that_is_refused_makes_no_database();
+    void damaged_database_is_replaced_when_asked_for();
     void import_reads_from_a_pipe();
     void import_of_a_file_without_an_end_is_refused();
     void database_is_readable_by_its_owner_only();
@@ -198,6 +199,25 @@ void tst_import_export::first_import_that_is_refused_makes_no_database() {
     const QString path = torlanctl.write("bad.json", "{");
     QCOMPARE(torlanctl({"import", path}).status, 1);
     QVERIFY(!QFile::exists(torlanctl.data() + "/installation.db"));
+}
+
+void tst_import_export::damaged_database_is_replaced_when_asked_for() {
+    const torlanctl_t torlanctl;
+    const QByteArray rubbish(5000, 'x');
+    const QString path = torlanctl.write("installation.db", rubbish);
+    const call_t refused = torlanctl({"import", SAMPLE});
+    QCOMPARE(refused.status, 1);
+    QVERIFY2(refused.error.contains("torlanctl import --replace"), qPrintable(refused.error));
+    QCOMPARE(torlanctl({"import", "--replace", torlanctl.write("no.json", "{")}).status, 1);
+    const call_t replaced = torlanctl({"import", "--replace", SAMPLE});
+    QCOMPARE(replaced.status, 0);
+    QFile kept(replaced.error.section(" is kept in ", 1).section('\n', 0, 0).chopped(1));
+    QVERIFY2(kept.open(QIODevice::ReadOnly), qPrintable(replaced.error));
+    QCOMPARE(kept.readAll(), rubbish);
+    QVERIFY(!torlanctl.stored().elements.isEmpty());
+    // A sound one is imported over as ever.
+    QCOMPARE(torlanctl({"import", "--replace", SAMPLE}).status, 0);
+    QVERIFY(QFile::exists(path));
 }
 
 void tst_import_export::import_reads_from_a_pipe() {

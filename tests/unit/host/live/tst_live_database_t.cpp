@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QSignalSpy>
 #include <QTest>
+#include <cstdio>
 
 #include "kit/notifier_log_t.h"
 #include "kit/sample_installation.h"
@@ -139,7 +140,128 @@ class tst_live_database_t : public QObject {
         file.close();
         database::database_t db;
         live_database_t live(&db, {});
-        QVERIFY(live.open(path).error.endsWith("is damaged and was left as it is."));
+        QVERIFY(live.open(path).error.contains("is damaged and was left as it is;"));
+    }
+
+    void a_database_that_is_replaced_is_read_anew() {
+        const sample::file_t file;
+        auto other = sample::installation();
+        other.users.remove("u-bob");
+        other.permissions.remove("u-bob");
+        other.items["i-dim"].value = "77";
+        const sample::file_t next(other);
+        database::database_t db;
+        live_database_t live(&db, {10, never, 5, 64});
+        QVERIFY(live.open(file.path()).is_ok());
+        notifier_log_t log(&db, live.feed());
+        QSignalSpy told(&live, &live_database_t::failed);
+        live.writer()->write_item("i-lamp", "1");
+        QVERIFY(rename(QFile::encodeName(next.path()), QFile::encodeName(file.path())) == 0);
+        QTRY_COMPARE(live.read_users().value.keys(), QStringList("u-alice"));
+        QCOMPARE(db.getRealtime()->getItems()->list("i-dim")->getValue(), "77");
+        QVERIFY(log.lines.contains("users_changed"));
+        QCOMPARE(told.size(), 1);
+        QCOMPARE(told.first().first().toString(),
+                 QStringLiteral("The database %1 was replaced by another file. That was read anew.")
+                     .arg(file.path()));
+        // What waited for its save goes into the new file.
+        QCOMPARE(live.close().error, QString());
+        QCOMPARE(sample::foreign_writer_t(file.path()).read(lamp), "1");
+    }
+
+    void a_database_that_is_removed_is_waited_for() {
+        const sample::file_t file;
+        const QString away = file.path() + ".away";
+        database::database_t db;
+        live_database_t live(&db, {10, 10, 5, 64});
+        QVERIFY(live.open(file.path()).is_ok());
+        QSignalSpy told(&live, &live_database_t::failed);
+        QVERIFY(QFile::rename(file.path(), away));
+        QTRY_VERIFY(!told.isEmpty());
+        QCOMPARE(told.first().first().toString(),
+                 QStringLiteral("The database %1 was removed. Nothing is saved until an "
+                                "installation is in its place.")
+                     .arg(file.path()));
+        live.writer()->write_item("i-lamp", "1");
+        QTRY_COMPARE(told.size(), 2);
+        QVERIFY(told.last().first().toString().startsWith("Values cannot be saved: "));
+        QVERIFY(!QFile::exists(file.path()));
+        QVERIFY(QFile::rename(away, file.path()));
+        QTRY_COMPARE(sample::foreign_writer_t(file.path()).read(lamp), "1");
+        QCOMPARE(told.size(), 2);
+    }
+
+    void a_file_that_is_only_begun_is_not_taken() {
+        const sample::file_t file;
+        database::database_t db;
+        live_database_t live(&db, {10, never, 5, 64});
+        QVERIFY(live.open(file.path()).is_ok());
+        QSignalSpy told(&live, &live_database_t::failed);
+        QVERIFY(QFile::remove(file.path()));
+        database::store::sqlite_store_t store;
+        QVERIFY(store.open(file.path()).is_ok());
+        QTRY_VERIFY(!told.isEmpty());
+        QVERIFY(!db.getPersistent()->getData()->getElements()->getObjects().isEmpty());
+        auto other = sample::installation();
+        other.users.remove("u-bob");
+        other.permissions.remove("u-bob");
+        QCOMPARE(store.replace(other).error, QString());
+        QTRY_COMPARE(live.read_users().value.keys(), QStringList("u-alice"));
+    }
+
+    void a_stop_says_what_it_cannot_save() {
+        const sample::file_t file;
+        database::database_t db;
+        live_database_t live(&db, {never, never, 5, 64});
+        QVERIFY(live.open(file.path()).is_ok());
+        live.writer()->write_item("i-lamp", "1");
+        live.writer()->write_scenario("s-night", true);
+        sample::foreign_writer_t other(file.path());
+        database::store::connection_t lock;
+        using access_t = database::store::connection_t::access_t;
+        QVERIFY(lock.open(file.path(), access_t::read_write, 0).is_ok());
+        QVERIFY(lock.run("BEGIN IMMEDIATE").is_ok());
+        QCOMPARE(live.close().error,
+                 QStringLiteral("2 values are not saved and lost: The database %1 is in use by "
+                                "another program.")
+                     .arg(file.path()));
+        QCOMPARE(live.close().error, QString());  // told once
+    }
+
+    void a_missing_table_is_told_once_and_all_is_read_when_it_is_back() {
+        const sample::file_t file;
+        database::database_t db;
+        live_database_t live(&db, {10, never, 5, 64});
+        QVERIFY(live.open(file.path()).is_ok());
+        QSignalSpy told(&live, &live_database_t::failed);
+        sample::foreign_writer_t other(file.path());
+        const QString table =
+            other.read("SELECT sql FROM sqlite_master WHERE name = 'permissions'");
+        QVERIFY2(other.write({"DROP TABLE permissions",
+                              "UPDATE elements SET name = 'Lamp' WHERE id = 'e-lamp'"}),
+                 qPrintable(other.error));
+        QTRY_COMPARE(told.size(), 1);
+        QSignalSpy looks(live.findChild<wal_watch_t*>(), &wal_watch_t::polled);
+        QTRY_VERIFY(looks.size() > 3);
+        QCOMPARE(told.size(), 1);
+        QVERIFY(other.write({table, "INSERT INTO permissions VALUES ('u-bob', 'e-night', 1)"}));
+        QTRY_COMPARE(db.getPersistent()->getData()->getElements()->list("e-lamp")->getName(),
+                     "Lamp");
+        QCOMPARE(db.getPersistent()->getData()->check_permission_element_by_userid(
+                     "e-night", "u-bob", reading),
+                 1);
+    }
+
+    void a_quiet_database_has_an_empty_log() {
+        const sample::file_t file;
+        database::database_t db;
+        live_database_t live(&db, {10, never, 5, 64});
+        QVERIFY(live.open(file.path()).is_ok());
+        sample::foreign_writer_t other(file.path());
+        QVERIFY(other.write({"UPDATE items SET value = '1' WHERE id = 'i-lamp'"}));
+        QVERIFY(QFile::exists(file.path() + "-wal"));
+        QTRY_COMPARE(QFileInfo(file.path() + "-wal").size(), qint64(0));
+        QTRY_COMPARE(db.getRealtime()->getItems()->list("i-lamp")->getValue(), "1");
     }
 
     void the_database_may_die_first() {
@@ -151,7 +273,7 @@ class tst_live_database_t : public QObject {
         db.reset();
         QSignalSpy failed(&live, &live_database_t::failed);
         QVERIFY(!failed.wait(20));
-        QVERIFY(live.flush().is_ok());
+        QVERIFY(live.close().is_ok());
     }
 
     void the_shipped_times_are_these() {
@@ -164,6 +286,9 @@ class tst_live_database_t : public QObject {
 
  private:
     static constexpr int never = 1000000;
+    static constexpr auto reading =
+        static_cast<database::persistent::objects::ps_object_user_t::PermissionFlag>(1);
+    const QString lamp = "SELECT value FROM items WHERE id = 'i-lamp'";
 };
 
 QTEST_GUILESS_MAIN(tst_live_database_t)

@@ -116,7 +116,34 @@ class tst_realtime_saver_t : public QObject {
         QCOMPARE(db->getRealtime()->getItems()->list("i-dim")->getValue(), "50");
     }
 
+    void a_missing_table_is_told_once() {
+        QSignalSpy failed(saver.get(), &realtime_saver_t::failed);
+        QVERIFY(other->write({"ALTER TABLE items RENAME TO things"}));
+        make_told(&failed);
+        QCOMPARE(failed.size(), 1);
+        QVERIFY(failed.constFirst().constFirst().toString().startsWith("Values cannot be saved: "));
+        QVERIFY(other->write({"ALTER TABLE things RENAME TO items"}));
+        QTRY_COMPARE(on_disk("i-lamp"), "1");
+    }
+
+    void a_file_that_is_not_in_place_takes_nothing() {
+        realtime->write_item("i-lamp", "1");
+        QVERIFY(QFile::rename(file->path(), file->path() + ".former"));
+        QVERIFY(saver->save().error.endsWith(" was removed."));
+        QVERIFY(QFile::rename(file->path() + ".former", file->path()));
+        QCOMPARE(on_disk("i-lamp"), "0");
+        QCOMPARE(saver->save().error, QString());
+        QCOMPARE(on_disk("i-lamp"), "1");
+    }
+
  private:
+    /// Lets it fail several times.
+    void make_told(QSignalSpy* _failed) {
+        realtime->write_item("i-lamp", "1");
+        QTRY_VERIFY(!_failed->isEmpty());
+        QVERIFY(!_failed->wait(100));  // ten times the delay
+    }
+
     void make_saver(int _delay_ms, int _iterations) {
         saver = std::make_unique<realtime_saver_t>(*connection, db.get(), realtime.get(),
                                                    feed.get(), _delay_ms, _iterations);

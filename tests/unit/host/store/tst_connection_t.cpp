@@ -77,6 +77,21 @@ class tst_connection_t : public QObject {
         QCOMPARE(connection.cause(), connection_t::cause_t::damaged);
     }
 
+    void a_file_that_was_removed_or_replaced_is_told() {
+        connection_t connection;
+        QVERIFY(!connection.check_place().is_ok());
+        QVERIFY(connection.open(file->path(), connection_t::access_t::read_write, 0).is_ok());
+        QCOMPARE(connection.check_place().error, QString());
+        QVERIFY(QFile::rename(file->path(), file->path() + ".former"));
+        QCOMPARE(connection.check_place().error,
+                 QStringLiteral("The database %1 was removed.").arg(file->path()));
+        QVERIFY(QFile::copy(file->path() + ".former", file->path()));
+        QCOMPARE(connection.check_place().error,
+                 QStringLiteral("The database %1 was replaced by another file.").arg(file->path()));
+        connection.close();
+        QVERIFY(!connection.check_place().is_ok());
+    }
+
     void a_finished_read_does_not_hold_the_old_state() {
         connection_t reader;
         QVERIFY(reader.open(file->path(), connection_t::access_t::read_write, 0).is_ok());
