@@ -186,10 +186,11 @@ function(add_torlan_precompiled)
         AUTOMOC OFF RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
 endfunction()
 
-# add_torlan_test(<path of tst_x.cpp below tests/> [LINK ...] [LABELS ...] [SOURCES ...] [SERIAL])
-# One class, one file, one executable. The test's name is its path without "tst_" and ".cpp".
+# add_torlan_test(<path of tst_x.cpp below tests/> [LINK ...] [LABELS ...] [SOURCES ...] [SERIAL] [PROOF])
+# One class, one file, one executable. The test's name is its path without "tst_" and ".cpp". PROOF: it
+# takes minutes; always built, so that it does not rot, and run with TORLAN_PROOFS only.
 function(add_torlan_test _source)
-    cmake_parse_arguments(arg "SERIAL" "" "LINK;LABELS;SOURCES;ENVIRONMENT" ${ARGN})
+    cmake_parse_arguments(arg "SERIAL;PROOF" "" "LINK;LABELS;SOURCES;ENVIRONMENT" ${ARGN})
     cmake_path(GET _source STEM _stem)
     cmake_path(GET _source PARENT_PATH _folder)
     string(REPLACE "/" "-" _prefix "${_folder}")
@@ -203,6 +204,9 @@ function(add_torlan_test _source)
         PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
     set_target_properties(${_target} PROPERTIES
         RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests BUILD_RPATH_USE_ORIGIN ON)
+    if(arg_PROOF AND NOT TORLAN_PROOFS)
+        return()
+    endif()
     set(_command ${_target})
     if(TORLAN_SLOTS_ALONE)
         set(_command ${CMAKE_SOURCE_DIR}/tests/one-by-one $<TARGET_FILE:${_target}>)
@@ -213,6 +217,13 @@ function(add_torlan_test _source)
         LABELS "${_kind};${arg_LABELS}"
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;${arg_ENVIRONMENT}"
         RUN_SERIAL ${arg_SERIAL})
+endfunction()
+
+function(torlan_built_for_proofs _target)
+    if(NOT TARGET proofs)
+        add_custom_target(proofs)
+    endif()
+    add_dependencies(proofs ${_target})
 endfunction()
 
 # add_torlan_proof(<target of a test> <seconds>)
@@ -226,10 +237,7 @@ function(add_torlan_proof _target _seconds)
     set_tests_properties(proof/${_target} PROPERTIES
         LABELS proof RUN_SERIAL ON TIMEOUT ${_seconds}
         ENVIRONMENT "TORLAN_PROOF=1;QTEST_FUNCTION_TIMEOUT=${_seconds}000;QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
-    if(NOT TARGET proofs)
-        add_custom_target(proofs)
-    endif()
-    add_dependencies(proofs ${_target})
+    torlan_built_for_proofs(${_target})
 endfunction()
 
 # add_torlan_fuzzer(<name> LINK ...)
