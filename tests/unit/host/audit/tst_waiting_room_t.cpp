@@ -53,7 +53,7 @@ class tst_waiting_room_t : public QObject {
         room.push("a", 100, nothing());
         room.push("a", 1, nothing());
         room.push("b", 51, nothing());
-        room.push("b", 50, nothing());
+        room.push("c", 50, nothing());
         const auto taken = room.take();
         QCOMPARE(taken.makers.size(), 2);
         QCOMPARE(taken.lost, (QHash<QString, qint64>{{"a", 1}, {"b", 1}}));
