@@ -20,11 +20,12 @@ enum class ending_t { killed, short_of_space, finished, failed };
 inline blow_t blow = blow_t::kill;
 inline int calls_left = 0;  ///< until the blow; 0: none comes
 inline bool disk_full = false;
+inline pid_t only = 0;  ///< 0: calls count in every process, as in a child's child
 
 /// The function behind ours; counts the call.
 template <class function_t>
 function_t* counted(const char* _name) {
-    if (calls_left > 0 && --calls_left == 0) {
+    if (calls_left > 0 && (only == 0 || only == ::getpid()) && --calls_left == 0) {
         if (blow == blow_t::kill) {
             ::kill(::getpid(), SIGKILL);
         }

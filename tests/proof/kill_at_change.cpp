@@ -9,6 +9,7 @@ namespace {
 [[gnu::constructor]] void begin() {
     if (const char* const number = std::getenv("TORLAN_KILL_AT_CHANGE")) {
         killed_child::calls_left = std::atoi(number);
+        killed_child::only = ::getpid();
     }
     // Its children live.
     ::unsetenv("LD_PRELOAD");
