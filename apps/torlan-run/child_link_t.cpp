@@ -26,12 +26,18 @@ child_link_t::~child_link_t() {
     }
 }
 
-void child_link_t::read() {
+void child_link_t::read_all() {
+    while (notifier != nullptr && read()) {
+    }
+}
+
+bool child_link_t::read() {
     char text[32];
     const ssize_t count = ::recv(ends[0], text, sizeof text, MSG_DONTWAIT);
     if (count > 0) {
         Q_EMIT ready(QByteArray(text, qsizetype(count)).trimmed().toLongLong());
     }
+    return count > 0;
 }
 
 }  // namespace torlan

@@ -18,12 +18,15 @@ class child_link_t : public QObject {
     /// The child's end, which it has to inherit; -1: there is none.
     int descriptor() const { return ends[1]; }
 
+    /// Tells what a child has said and nobody has heard yet, now.
+    void read_all();
+
  Q_SIGNALS:
     /// The process of this number says that it is ready.
     void ready(qint64 process_id);
 
  private:
-    void read();
+    bool read();
 
     int ends[2] = {-1, -1};  ///< ours, the child's; both closed to what it does not inherit
     QSocketNotifier* notifier = nullptr;

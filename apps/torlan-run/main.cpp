@@ -23,7 +23,7 @@ int fail(const QString& _sentence) {
 }
 
 int supervise(const options_t& _options, const QString& _programs, const home_t& _home,
-              bool* _was_ready) {
+              bool* _is_failed_start) {
     const stop_signals_t stop_signals;
     supervisor_t supervisor(_options, _programs, _home.settings());
     QObject::connect(&supervisor, &supervisor_t::told,
@@ -36,7 +36,8 @@ int supervise(const options_t& _options, const QString& _programs, const home_t&
                      [&]() { QCoreApplication::exit(supervisor.stop()); });
     supervisor.start();
     const int status = QCoreApplication::exec();
-    *_was_ready = supervisor.was_ready();
+    *_is_failed_start =
+        status != status_done && !supervisor.was_ready() && !supervisor.was_stopped();
     return status;
 }
 
@@ -61,10 +62,11 @@ int run(const options_t& _options) {
         home.take_back();
         return fail(opened.error);
     }
-    bool was_ready = false;
-    const int status = supervise(_options, programs, home, &was_ready);
-    if (!was_ready) {
-        home.take_back();  // a first start that failed, or was broken off, leaves nothing
+    bool is_failed_start = false;
+    const int status = supervise(_options, programs, home, &is_failed_start);
+    if (is_failed_start) {
+        home.take_back();  // a first one leaves nothing; one that was asked to end keeps what it
+                           // has
     }
     return status;
 }

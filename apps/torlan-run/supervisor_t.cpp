@@ -33,8 +33,12 @@ void supervisor_t::set_up_connections() {
             on_config_ready();
         }
     });
+    connect(&server, &supervised_process_t::launched, this,
+            [this]() { server_process = server.process_id(); });
     connect(&server_link, &child_link_t::ready, this, [this](qint64 _process) {
-        if (_process == server.process_id() && server.set_ready()) {
+        // One that has ended right after it had said so was ready all the same.
+        if (_process == server_process) {
+            server.set_ready();
             on_server_ready();
         }
     });
@@ -79,13 +83,17 @@ void supervisor_t::on_config_ready() {
     }
 }
 
+QStringList supervisor_t::server_arguments() const {
+    // What counts once is done when it has been ready.
+    return QStringList{QStringLiteral("--supervisor"),  QString::number(server_link.descriptor()),
+                       QStringLiteral("--data"),        options.data,
+                       QStringLiteral("--config-port"), QString::number(options.config_port)} +
+           options.server + (served ? QStringList() : options.once);
+}
+
 void supervisor_t::launch_server() {
-    process::child_settings_t child = settings_of(
-        QStringLiteral("torlan-server"),
-        QStringList{QStringLiteral("--data"), options.data, QStringLiteral("--config-port"),
-                    QString::number(options.config_port)} +
-            options.server + options.once,
-        server_link);
+    process::child_settings_t child = settings_of(QStringLiteral("torlan-server"), {}, server_link);
+    child.arguments = server_arguments();
     // An import may take as long as whoever writes the file.
     child.start_timeout = std::chrono::milliseconds(0);
     child.stop_timeout = server_ends_in;
@@ -98,10 +106,7 @@ void supervisor_t::on_server_ready() {
         return;
     }
     served = true;
-    // What counts once has been done.
-    QStringList arguments = server.arguments();
-    arguments.resize(arguments.size() - options.once.size());
-    server.set_arguments(arguments);
+    server.set_arguments(server_arguments());
 }
 
 void supervisor_t::on_config_failed(const QString& _last_words) {
@@ -119,7 +124,13 @@ void supervisor_t::on_config_died() {
 }
 
 void supervisor_t::on_server_failed(const QString& _last_words) {
+    server_link.read_all();
     const std::optional<int> code = server.exit_code();
+    if (served && code != status_done && code != status_unsaved) {
+        on_server_died();
+        launch_server();
+        return;
+    }
     if (!code || !_last_words.isEmpty()) {
         Q_EMIT told(QStringLiteral("the server could not be started: %1.")
                         .arg(_last_words.isEmpty() ? QStringLiteral("it ") + ending_of(server)
@@ -140,11 +151,17 @@ void supervisor_t::on_server_died() {
 }
 
 void supervisor_t::finish(int _status) {
-    stop();
+    end_both();
     Q_EMIT ended(_status);
 }
 
 int supervisor_t::stop() {
+    stopped = true;
+    return end_both();
+}
+
+int supervisor_t::end_both() {
+    server_link.read_all();
     const bool runs = server.process_id() != 0;
     server.stop();
     config.stop();

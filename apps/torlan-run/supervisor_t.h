@@ -29,6 +29,8 @@ class supervisor_t : public QObject {
 
     /// The installation has once been ready.
     bool was_ready() const { return served; }
+    /// stop() was called by somebody else.
+    bool was_stopped() const { return stopped; }
 
  Q_SIGNALS:
     /// Both have ended without being asked to, and none is started again. @p status as of a
@@ -41,6 +43,7 @@ class supervisor_t : public QObject {
     process::child_settings_t settings_of(const QString& _program, const QStringList& _arguments,
                                           const child_link_t& _link) const;
     void set_up_connections();
+    QStringList server_arguments() const;
     void launch_server();
     void on_config_ready();
     void on_server_ready();
@@ -49,11 +52,14 @@ class supervisor_t : public QObject {
     void on_server_failed(const QString& _last_words);
     void on_server_died();
     void finish(int _status);
+    int end_both();
 
     const options_t options;
     const QString programs;
     const QString settings;
     bool served = false;
+    bool stopped = false;
+    qint64 server_process = 0;  ///< of its last launch
     child_link_t config_link;
     child_link_t server_link;
     // Ended before the links close.

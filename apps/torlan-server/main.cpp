@@ -61,8 +61,9 @@ int run(const options_t& _options) {
         say(stderr, started.error);
         return status_failed;
     }
-    write_text(stdout, host.ready_text());
+    // Before people and scripts hear it: what they do then must not find a start that goes on.
     supervisor.tell_ready();
+    write_text(stdout, host.ready_text());
     if (!told.isEmpty()) {
         say(stdout, told);
     }

@@ -25,6 +25,7 @@ class tst_start : public QObject {
     void whatever_ends_it_nothing_is_left_and_the_next_start_works();
     void a_program_that_dies_is_started_again_data();
     void a_program_that_dies_is_started_again();
+    void a_stop_right_after_ready_keeps_the_home();
     void a_reader_that_goes_away_changes_nothing();
     void of_two_first_starts_one_runs();
     void a_failed_first_start_is_one_sentence_and_leaves_nothing_data();
@@ -218,6 +219,16 @@ void tst_start::a_program_that_dies_is_started_again() {
     kit::mqtt_client_t alice;
     QCOMPARE(alice.sign_in(port, "alice", "sample-alice"), 0);
     QCOMPARE(end(&QProcess::terminate), 0);
+}
+
+void tst_start::a_stop_right_after_ready_keeps_the_home() {
+    begin(arguments());
+    QVERIFY(is_ready());
+    QCOMPARE(::kill(pid_t(process->processId()), SIGINT), 0);
+    QVERIFY(process->waitForFinished(process_timeout_ms));
+    QCOMPARE(process->exitCode(), 0);
+    QVERIFY(QFile::exists(data() + "/installation.db"));
+    QVERIFY(QFile::exists(data() + "/settings.json"));
 }
 
 // As "./run 2>&1 | head -3".

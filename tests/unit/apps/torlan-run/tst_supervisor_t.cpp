@@ -92,6 +92,25 @@ class tst_supervisor_t : public QObject {
         QVERIFY(ended->isEmpty());
     }
 
+    // Its word and its end may come together.
+    void one_that_dies_right_after_it_was_ready_has_not_failed() {
+        program("torlan-server", "[ -e '" + folder->filePath("died").toUtf8() + "' ] || { touch '" +
+                                     folder->filePath("died").toUtf8() + "'; " + ready +
+                                     "kill -9 $$; }; " + ready + lasting);
+        start();
+        QTRY_COMPARE(calls("torlan-server").size(), 2);
+        QVERIFY(!calls("torlan-server").last().contains("--import"));
+        QVERIFY(ended->isEmpty());
+        QVERIFY(supervisor->was_ready());
+    }
+
+    void stop_tells_that_it_was_asked_for() {
+        start();
+        QVERIFY(!supervisor->was_stopped());
+        supervisor->stop();
+        QVERIFY(supervisor->was_stopped());
+    }
+
     void killed_configuration_server_is_started_again_each_time() {
         start();
         QTRY_VERIFY(supervisor->was_ready());
