@@ -50,8 +50,9 @@ class tst_run : public QObject {
         QFETCH(int, status);
         // Ends when the test lets it: the file must be there after the script, so it was waited
         // for.
-        script("packaging/install-packages",
-               "echo begun; while [ ! -e go ] && [ -d packaging ]; do sleep 0.02; done; touch done");
+        script(
+            "packaging/install-packages",
+            "echo begun; while [ ! -e go ] && [ -d packaging ]; do sleep 0.02; done; touch done");
         start({});
         QVERIFY(process.waitForReadyRead());
         QCOMPARE(::kill(pid_t(process.processId()), signal), 0);

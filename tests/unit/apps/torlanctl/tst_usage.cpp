@@ -45,10 +45,10 @@ void tst_usage::wrong_call_ends_with_status_2() {
 void tst_usage::help_lists_every_command() {
     const call_t call = torlanctl_t::run({"--help"});
     QCOMPARE(call.status, 0);
-    for (const char* command : {"import FILE", "export", "grant USER ELEMENT PERMISSION",
-                                "user add NAME", "user passwd NAME", "user remove NAME",
-                                "set ITEM VALUE", "dpt encode TYPE VALUE", "audit [OPTIONS]",
-                                "--data <DIR>"}) {
+    for (const char* command :
+         {"import FILE", "export", "grant USER ELEMENT PERMISSION", "user add NAME",
+          "user passwd NAME", "user remove NAME", "set ITEM VALUE", "dpt encode TYPE VALUE",
+          "audit [OPTIONS]", "--data <DIR>"}) {
         QVERIFY2(call.output.contains(QLatin1StringView(command)), command);
     }
 }

@@ -13,7 +13,9 @@ installation_t home(const QStringList& _elements, const QString& _id, const QStr
                     const QString& _hash, const grants_t& _grants) {
     installation_t made;
     for (const QString& element : _elements) {
-        made.elements.insert(element, {.name = element, .type = 1, .functions = {}});
+        element_t& entry = made.elements[element];
+        entry.name = element;
+        entry.type = 1;
     }
     made.users.insert(_id, {_name, _hash});
     made.permissions.insert(_id, _grants);
