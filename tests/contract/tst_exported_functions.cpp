@@ -72,7 +72,12 @@ class tst_exported_functions : public QObject {
         QDirIterator headers(QStringLiteral(SERVER_SOURCES), {QStringLiteral("*.h")}, QDir::Files,
                              QDirIterator::Subdirectories);
         while (headers.hasNext()) {
-            declared += support::public_functions(text_of(headers.next()));
+            const QString header = headers.next();
+            // The bus driver's, another library.
+            if (!header.contains(QLatin1String("/plugin_driver_knx/")) &&
+                !header.endsWith(QLatin1String("/plugin_driver_IBus.h"))) {
+                declared += support::public_functions(text_of(header));
+            }
         }
         QStringList listed;
         for (const QString& function : listed_functions()) {

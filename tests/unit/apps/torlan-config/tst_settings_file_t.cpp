@@ -1,3 +1,4 @@
+#include "kit/lock_holder.h"
 #include "settings_file_t.h"
 
 #include <sys/stat.h>
@@ -142,10 +143,15 @@ void tst_settings_file_t::rest_of_a_killed_write_does_not_matter() {
 }
 
 void tst_settings_file_t::second_server_is_refused_until_the_first_ends() {
-    auto first = std::make_unique<settings_file_t>();
-    QCOMPARE(first->open(path).error, QString());
-    QVERIFY(settings_file_t().open(path).error.contains("another server"));
-    first.reset();
+    {
+        const kit::lock_holder_t first(
+            [this]() { (void)(new settings_file_t)->open(path).is_ok(); });
+        QVERIFY(first.is_ready);
+        const QString error = settings_file_t().open(path).error;
+        QVERIFY2(error.contains("another server") &&
+                     error.contains(QString("process %1").arg(first.process)),
+                 qPrintable(error));
+    }
     settings_file_t second;
     QCOMPARE(second.open(path).error, QString());
 }

@@ -1,6 +1,8 @@
+#include <QDir>
 #include <QPointer>
 #include <QTemporaryDir>
 #include <QTest>
+#include <algorithm>
 
 #include "loader/driver_loader_t.h"
 
@@ -29,13 +31,18 @@ class tst_driver_loader_t : public QObject {
         QCOMPARE(drivers.front().get_file(), path("good"));
     }
 
-    void the_shipped_driver_is_loaded() {
-        driver_loader_t loader(QFileInfo(QStringLiteral(SHIPPED_DRIVER)).path());
+    void the_shipped_drivers_are_loaded() {
+        const QDir shipped = QFileInfo(QStringLiteral(SHIPPED_DRIVER)).dir();
+        driver_loader_t loader(shipped.path());
         const auto drivers = loader.load_all();
         QVERIFY(loader.refused().isEmpty());
-        QCOMPARE(drivers.size(), std::size_t(1));
-        QCOMPARE(drivers.front().get_metadata().class_name, QStringLiteral("plugin_driver_api_t"));
-        QVERIFY(drivers.front().get_driver()->getCapability("IComunication") != nullptr);
+        // Without the bus's library on this machine there is no driver for the bus.
+        QCOMPARE(qsizetype(drivers.size()), shipped.entryList({"*.so"}, QDir::Files).size());
+        const auto api = std::find_if(drivers.begin(), drivers.end(), [](const auto& _driver) {
+            return _driver.get_metadata().class_name == QLatin1String("plugin_driver_api_t");
+        });
+        QVERIFY(api != drivers.end());
+        QVERIFY(api->get_driver()->getCapability("IComunication") != nullptr);
     }
 
     void an_odd_plugin_is_refused_with_its_reason_data() {
