@@ -27,11 +27,11 @@ class tst_run : public QObject {
     }
 
     void it_becomes_the_supervisor_with_its_options() {
-        start({"--data", "/a b", "--port=5", "--simulate", "--config-port", "7"});
+        start({"--data", "/a b", "--port=5", "--simulate", "--user", "u", "--config-port", "7"});
         QVERIFY(process.waitForFinished());
         const QByteArray given = process.readAllStandardOutput();
         QVERIFY2(given.startsWith("--data\n/a b\n--config-port\n7\n--sample\n"), given);
-        QVERIFY2(given.endsWith("--port=5\n--simulate\n"), given);
+        QVERIFY2(given.endsWith("--port=5\n--simulate\n--user\nu\n"), given);
         QCOMPARE(process.exitCode(), 0);
     }
 
