@@ -7,8 +7,8 @@
 
 #include "base/result_t.h"
 #include "bus/bus_data_t.h"
-#include "drivers/plugins/plugin_driver_knx/telegram_t.h"
 #include "knx/data_point_type_t.h"
+#include "knx/telegram_t.h"
 
 namespace knx {
 

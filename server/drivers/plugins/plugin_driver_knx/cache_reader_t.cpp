@@ -1,6 +1,6 @@
 #include "drivers/plugins/plugin_driver_knx/cache_reader_t.h"
 
-#include "drivers/plugins/plugin_driver_knx/eib_connection_t.h"
+#include "knx/knxd/eib_connection_t.h"
 
 namespace knx {
 

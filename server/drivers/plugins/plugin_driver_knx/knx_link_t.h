@@ -4,7 +4,7 @@
 #include <QSocketNotifier>
 #include <memory>
 
-#include "drivers/plugins/plugin_driver_knx/eib_connection_t.h"
+#include "knx/knxd/eib_connection_t.h"
 
 namespace knx {
 

@@ -4,7 +4,7 @@
 #include <deque>
 #include <optional>
 
-#include "drivers/plugins/plugin_driver_knx/telegram_t.h"
+#include "knx/telegram_t.h"
 
 namespace knx {
 

@@ -1,4 +1,4 @@
-#include "drivers/plugins/plugin_driver_knx/eib_connection_t.h"
+#include "knx/knxd/eib_connection_t.h"
 
 #include <eibclient.h>
 

@@ -1,6 +1,6 @@
 #include <QTest>
 
-#include "drivers/plugins/plugin_driver_knx/telegram_t.h"
+#include "knx/telegram_t.h"
 
 using namespace knx;
 

@@ -1,4 +1,4 @@
-#include "drivers/plugins/plugin_driver_knx/telegram_t.h"
+#include "knx/telegram_t.h"
 
 namespace knx {
 

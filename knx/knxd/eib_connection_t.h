@@ -5,7 +5,7 @@
 #include <memory>
 #include <optional>
 
-#include "drivers/plugins/plugin_driver_knx/telegram_t.h"
+#include "knx/telegram_t.h"
 
 struct _EIBConnection;
 
