@@ -3,8 +3,10 @@
 #include <QMap>
 #include <QObject>
 
+#include "bus/bus_counters_t.h"
 #include "bus/bus_data_t.h"
 #include "bus/bus_settings_t.h"
+#include "bus/bus_telegram_t.h"
 
 namespace bus {
 
@@ -39,6 +41,11 @@ class bus_port_t : public QObject {
     /// The link is there or lost; users are told. Offline until told otherwise.
     virtual void report_link(bool _online) = 0;
 
+    /// A telegram came or went, whoever listens: for people who watch, nothing depends on it.
+    virtual void report_telegram(const bus_telegram_t& _telegram) = 0;
+    /// What was counted until now; the answer to counters_asked().
+    virtual void report_counters(const bus_counters_t& _counters) = 0;
+
  Q_SIGNALS:
     /// Somebody wants it; for items and scenarios with bus data only, in order. Whoever takes it
     /// answers by reporting, or not at all.
@@ -47,6 +54,9 @@ class bus_port_t : public QObject {
 
     /// items() or scenarios() are others now.
     void points_changed();
+
+    /// Somebody looks: answered by report_counters() before this returns.
+    void counters_asked();
 };
 
 }  // namespace bus

@@ -56,4 +56,13 @@ void live_bus_port_t::report_link(bool _online) {
     }
 }
 
+void live_bus_port_t::report_telegram(const bus::bus_telegram_t& _telegram) {
+    Q_EMIT telegram_passed(_telegram);
+}
+
+bus::bus_counters_t live_bus_port_t::counters() {
+    Q_EMIT counters_asked();
+    return counted;
+}
+
 }  // namespace database::live

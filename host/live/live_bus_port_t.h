@@ -29,13 +29,20 @@ class live_bus_port_t : public bus::bus_port_t {
     bus::bus_settings_t settings() const override { return given; }
     points_t items() const override { return bus_items; }
     points_t scenarios() const override { return bus_scenarios; }
+    bool is_link_up() const { return is_online; }
+    /// Asks the driver; of a bus without one nothing was counted.
+    bus::bus_counters_t counters();
+
     QString value(const QString& _id_item) const override;
     void report_value(const QString& _id_item, const QString& _value) override;
     void report_execution(const QString& _id_scenario, bool _execution) override;
     void report_link(bool _online) override;
+    void report_telegram(const bus::bus_telegram_t& _telegram) override;
+    void report_counters(const bus::bus_counters_t& _counters) override { counted = _counters; }
 
  Q_SIGNALS:
     void link_changed(bool _online);
+    void telegram_passed(const bus::bus_telegram_t& _telegram);
 
  private:
     QPointer<database_t> database;
@@ -43,6 +50,7 @@ class live_bus_port_t : public bus::bus_port_t {
     const bus::bus_settings_t given;
     points_t bus_items;
     points_t bus_scenarios;
+    bus::bus_counters_t counted;  ///< as reported last
     bool is_online = false;
 };
 

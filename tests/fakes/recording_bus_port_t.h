@@ -17,6 +17,8 @@ class recording_bus_port_t : public bus::bus_port_t {
     QMap<QString, QString> values;
     QStringList reported;     ///< "i-lamp=1", "s-night=true", in order
     QStringList link_states;  ///< "online", "offline"
+    QList<bus::bus_telegram_t> telegrams;
+    bus::bus_counters_t counters;
 
     bus::bus_settings_t settings() const override { return given; }
     QMap<QString, bus::bus_data_t> items() const override { return item_data; }
@@ -36,6 +38,11 @@ class recording_bus_port_t : public bus::bus_port_t {
         link_states.append(QLatin1String(_online ? "online" : "offline"));
         Q_EMIT changed();
     }
+    void report_telegram(const bus::bus_telegram_t& _telegram) override {
+        telegrams.append(_telegram);
+        Q_EMIT changed();
+    }
+    void report_counters(const bus::bus_counters_t& _counters) override { counters = _counters; }
 
  Q_SIGNALS:
     void changed();

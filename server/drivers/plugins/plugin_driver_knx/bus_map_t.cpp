@@ -28,7 +28,15 @@ void bus_map_t::add(const points_t& _points) {
         for (const group_address_t address : it->heard) {
             by_address[address].append(&*it);
         }
+        if (it->write) {
+            by_write[*it->write].append(&*it);
+        }
     }
+}
+
+QList<const bus_point_t*> bus_map_t::points_at(group_address_t _address) const {
+    const QList<const bus_point_t*> heard = listeners(_address);
+    return heard.isEmpty() ? by_write.value(_address) : heard;
 }
 
 const bus_point_t* bus_map_t::answerer(group_address_t _address) const {

@@ -23,6 +23,9 @@ class bus_map_t {
         return by_address.value(_address);
     }
 
+    /// These or, where nobody listens, those whose values go to the address.
+    QList<const bus_point_t*> points_at(group_address_t _address) const;
+
     /// The item that answers questions for the address; null: none.
     const bus_point_t* answerer(group_address_t _address) const;
 
@@ -38,6 +41,7 @@ class bus_map_t {
     points_t items;
     points_t scenarios;
     QHash<group_address_t, QList<const bus_point_t*>> by_address;
+    QHash<group_address_t, QList<const bus_point_t*>> by_write;
 };
 
 }  // namespace knx

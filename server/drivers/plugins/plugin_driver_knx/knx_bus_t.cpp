@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "drivers/plugins/plugin_driver_knx/telegram_report.h"
 #include "logs/log_line.h"
 
 namespace knx {
@@ -49,6 +50,8 @@ knx_bus_t::knx_bus_t(bus::bus_port_t* _port, QObject* _parent)
     connect(port, &bus::bus_port_t::value_requested, this, &knx_bus_t::on_value_requested);
     connect(port, &bus::bus_port_t::execution_requested, this, &knx_bus_t::on_execution_requested);
     connect(port, &bus::bus_port_t::points_changed, this, &knx_bus_t::reload);
+    connect(port, &bus::bus_port_t::counters_asked, this,
+            [this]() { port->report_counters(counters); });
     reload();
     open();
 }
@@ -120,6 +123,7 @@ void knx_bus_t::on_received(int _source, int _destination, const QByteArray& _ap
         }
         return;
     }
+    port->report_telegram(telegram_report(map, *telegram));
     if (telegram->command == command_t::read) {
         answer(telegram->destination);
         return;
@@ -240,6 +244,7 @@ void knx_bus_t::on_sent() {
     const telegram_t telegram = *on_the_way;
     on_the_way.reset();
     ++(telegram.command == command_t::read ? counters.asked : counters.sent);
+    port->report_telegram(telegram_report(map, telegram));
     // knxd does not give a client its own telegrams back.
     take(telegram);
     send_next();

@@ -6,7 +6,6 @@
 #include "base/backoff_t.h"
 #include "bus/bus_port_t.h"
 #include "drivers/plugins/plugin_driver_knx/blocking_thread_t.h"
-#include "drivers/plugins/plugin_driver_knx/bus_counters_t.h"
 #include "drivers/plugins/plugin_driver_knx/bus_map_t.h"
 #include "drivers/plugins/plugin_driver_knx/cache_reader_t.h"
 #include "drivers/plugins/plugin_driver_knx/knx_link_t.h"
@@ -25,7 +24,7 @@ class knx_bus_t : public QObject {
     explicit knx_bus_t(bus::bus_port_t* _port, QObject* _parent = nullptr);
     ~knx_bus_t() override;
 
-    const bus_counters_t& counted() const { return counters; }
+    const bus::bus_counters_t& counted() const { return counters; }
 
  private:
     void open();
@@ -49,7 +48,7 @@ class knx_bus_t : public QObject {
     bus::bus_port_t* const port;
     const bus::bus_settings_t settings;
     bus_map_t map;
-    bus_counters_t counters;
+    bus::bus_counters_t counters;
     value_reporter_t reporter;
     told_once_t told;
     write_queue_t queue;

@@ -77,8 +77,21 @@ class tst_live_bus_port_t : public QObject {
         port->report_link(false);
         port->report_link(true);
         port->report_link(true);
+        QVERIFY(port->is_link_up());
         port->report_link(false);
         QCOMPARE(link.size(), 2);
+        QVERIFY(!port->is_link_up());
+    }
+
+    void counters_are_those_of_the_driver_now() {
+        QCOMPARE(port->counters().received, quint64(0));
+        bus::bus_counters_t counted;
+        connect(port.get(), &live_bus_port_t::counters_asked, this, [this, &counted]() {
+            ++counted.received;
+            port->report_counters(counted);
+        });
+        QCOMPARE(port->counters().received, quint64(1));
+        QCOMPARE(port->counters().received, quint64(2));
     }
 
  private:

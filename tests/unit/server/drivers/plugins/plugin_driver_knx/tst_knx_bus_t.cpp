@@ -6,10 +6,12 @@
 #include "fakes/recording_logger_t.h"
 #include "kit/real_knxd_t.h"
 
+using bus::bus_telegram_t;
 using kit::bus_listener_t;
 using kit::real_knxd_t;
 using knx::knx_bus_t;
 using cache_t = real_knxd_t::cache_t;
+using kind_t = bus_telegram_t::kind_t;
 
 /// With a real knxd and, as other devices, the programs that come with it.
 class tst_knx_bus_t : public QObject {
@@ -18,6 +20,7 @@ class tst_knx_bus_t : public QObject {
  private Q_SLOTS:
     void write_becomes_a_telegram_that_others_hear();
     void value_changes_with_the_status_telegram();
+    void telegrams_and_counters_are_shown();
     void own_telegram_sets_every_item_that_listens();
     void scene_of_the_telegram_is_executed_and_no_other();
     void value_out_of_range_is_refused_and_told();
@@ -122,6 +125,26 @@ void tst_knx_bus_t::value_changes_with_the_status_telegram() {
     QVERIFY(site.comes("i-lamp=1"));
     QCOMPARE(site.port.reported, QStringList({"i-lamp=1"}));
     QCOMPARE(site.bus->counted().sent, quint64(1));
+}
+
+void tst_knx_bus_t::telegrams_and_counters_are_shown() {
+    real_knxd_t knxd(cache_t::without);
+    QVERIFY(knxd.start());
+    site_t site(knxd.url());
+    QVERIFY(site.start());
+    Q_EMIT site.port.value_requested("i-lamp", "1");
+    QTRY_COMPARE_WITH_TIMEOUT(site.port.telegrams.size(), 1, patience_ms);
+    QVERIFY(knxd.tool("groupread", {"1/1/2"}));
+    QVERIFY(knxd.tool("groupwrite", {"1/2/1", "0C", "33"}));
+    QTRY_COMPARE_WITH_TIMEOUT(site.port.telegrams.size(), 3, patience_ms);
+    QCOMPARE(site.port.telegrams[0],
+             (bus_telegram_t{kind_t::write, "", "1/1/1", "1.001", "1", {"i-lamp"}}));
+    QCOMPARE(site.port.telegrams[1].kind, kind_t::read);
+    QCOMPARE(site.port.telegrams[2].value, "21.5");
+    QVERIFY(!site.port.telegrams[2].source.isEmpty());
+    Q_EMIT site.port.counters_asked();
+    QCOMPARE(site.port.counters.received, quint64(2));
+    QCOMPARE(site.port.counters.sent, quint64(1));
 }
 
 void tst_knx_bus_t::own_telegram_sets_every_item_that_listens() {

@@ -2,13 +2,13 @@
 
 #include <QtGlobal>
 
-namespace knx {
+namespace bus {
 
-/// What happened on the bus since the driver was started.
+/// What happened on the bus since its driver was started.
 struct bus_counters_t {
     quint64 received = 0;
-    quint64 sent = 0;      ///< values and answers handed to knxd
-    quint64 asked = 0;     ///< questions handed to knxd
+    quint64 sent = 0;      ///< values and answers that went out
+    quint64 asked = 0;     ///< questions that went out
     quint64 replaced = 0;  ///< by a newer value before they were sent
     quint64 dropped = 0;   ///< writes: no link, or the queue was full
     quint64 refused = 0;   ///< writes: no value of the type
@@ -18,4 +18,4 @@ struct bus_counters_t {
     quint64 links = 0;      ///< times that the link came up
 };
 
-}  // namespace knx
+}  // namespace bus
