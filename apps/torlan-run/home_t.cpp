@@ -132,7 +132,8 @@ void home_t::take_back() {
         for (const QString& name :
              {QStringLiteral("settings.json"), QStringLiteral("settings.json.lock"),
               QStringLiteral("torlan.lock"), QStringLiteral("broker.lock"),
-              QStringLiteral("supervisor.lock"), QStringLiteral("settings-audit.log")}) {
+              QStringLiteral("supervisor.lock"), QStringLiteral("settings-audit.log"),
+              QStringLiteral("knxd.lock"), QStringLiteral("knxd.socket")}) {
             QFile::remove(file(name));
         }
     }

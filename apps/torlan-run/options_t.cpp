@@ -17,6 +17,7 @@ QString help_text() {
         "\n"
         "  --data DIR       data folder (default: var); made when it is missing\n"
         "  --config-port N  the configuration server's port (default: 4321)\n"
+        "  --knx demo       a KNX bus without a wire, and programs that play the home's devices\n"
         "  --user NAME      run as the system account NAME, for good; only root can ask for it\n"
         "  -h, --help       show this text\n"
         "  -v, --version    show the version\n"
@@ -81,6 +82,9 @@ base::result_t take(reader_t* _reader, options_t* _options) {
         _options->user = value;
     } else if (_reader->is("--import")) {
         _options->once = pair;
+    } else if (_reader->is("--knx")) {
+        _options->is_knx_demo = value == QLatin1String("demo");
+        _options->server += _options->is_knx_demo ? QStringList() : pair;
     } else {
         return take_port(value, &_options->config_port);
     }
@@ -102,7 +106,7 @@ base::result_of_t<options_t> parse_options(const QStringList& _arguments) {
             return options;
         }
         if (reader.is("--data") || reader.is("--user") || reader.is("--config-port") ||
-            reader.is("--import")) {
+            reader.is("--import") || reader.is("--knx")) {
             if (const base::result_t taken = take(&reader, &options); !taken.is_ok()) {
                 return taken;
             }

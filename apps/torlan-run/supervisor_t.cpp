@@ -25,6 +25,18 @@ supervisor_t::supervisor_t(const options_t& _options, const QString& _programs,
                            const QString& _settings, QObject* _parent)
     : QObject(_parent), options(_options), programs(_programs), settings(_settings) {
     set_up_connections();
+    if (options.is_knx_demo) {
+        set_up_demo();
+    }
+}
+
+void supervisor_t::set_up_demo() {
+    demo = std::make_unique<knx_demo_t>(options.data, programs);
+    connect(demo.get(), &knx_demo_t::told, this, &supervisor_t::told);
+    connect(demo.get(), &knx_demo_t::failed, this, [this](const QString& _sentence) {
+        Q_EMIT told(_sentence);
+        finish(status_failed);
+    });
 }
 
 void supervisor_t::set_up_connections() {
@@ -62,6 +74,16 @@ process::child_settings_t supervisor_t::settings_of(const QString& _program,
 }
 
 void supervisor_t::start() {
+    if (demo) {
+        demo->start();
+    }
+    // Without its bus it has ended already.
+    if (!is_finished) {
+        start_config();
+    }
+}
+
+void supervisor_t::start_config() {
     process::child_settings_t child =
         settings_of(QStringLiteral("torlan-config"),
                     {QStringLiteral("--file"), settings, QStringLiteral("--port"),
@@ -88,7 +110,9 @@ QStringList supervisor_t::server_arguments() const {
     return QStringList{QStringLiteral("--supervisor"),  QString::number(server_link.descriptor()),
                        QStringLiteral("--data"),        options.data,
                        QStringLiteral("--config-port"), QString::number(options.config_port)} +
-           options.server + (served ? QStringList() : options.once);
+           options.server +
+           (demo ? QStringList{QStringLiteral("--knx"), demo->url()} : QStringList()) +
+           (served ? QStringList() : options.once);
 }
 
 void supervisor_t::launch_server() {
@@ -107,6 +131,9 @@ void supervisor_t::on_server_ready() {
     }
     served = true;
     server.set_arguments(server_arguments());
+    if (demo) {
+        demo->start_house();
+    }
 }
 
 void supervisor_t::on_config_failed(const QString& _last_words) {
@@ -151,20 +178,24 @@ void supervisor_t::on_server_died() {
 }
 
 void supervisor_t::finish(int _status) {
-    end_both();
+    is_finished = true;
+    end_all();
     Q_EMIT ended(_status);
 }
 
 int supervisor_t::stop() {
     stopped = true;
-    return end_both();
+    return end_all();
 }
 
-int supervisor_t::end_both() {
+int supervisor_t::end_all() {
     server_link.read_all();
     const bool runs = server.process_id() != 0;
     server.stop();
     config.stop();
+    if (demo) {
+        demo->stop();
+    }
     if (!runs) {
         return status_done;
     }

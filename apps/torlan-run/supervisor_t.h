@@ -2,15 +2,18 @@
 
 #include <QObject>
 
+#include <memory>
+
 #include "child_link_t.h"
+#include "knx_demo_t.h"
 #include "options_t.h"
 #include "process/supervised_process_t.h"
 
 namespace torlan {
 
 /// The two programs of an installation: the configuration server, then, when that is ready, the
-/// server; both brought back when they die after they were once ready, and ended together. Main
-/// thread, with an event loop.
+/// server; both brought back when they die after they were once ready, and ended together. With a
+/// KNX bus to try it on, where one is asked for. Main thread, with an event loop.
 class supervisor_t : public QObject {
     Q_OBJECT
 
@@ -23,7 +26,7 @@ class supervisor_t : public QObject {
     /// ended() may come before this returns.
     void start();
 
-    /// Ends both, blocking: the server has 30 s to save, the other one 5.
+    /// Ends all, blocking: the server has 30 s to save, the configuration server 5.
     /// @return how: 0, or the server's status when that tells of something it could not save
     int stop();
 
@@ -33,7 +36,7 @@ class supervisor_t : public QObject {
     bool was_stopped() const { return stopped; }
 
  Q_SIGNALS:
-    /// Both have ended without being asked to, and none is started again. @p status as of a
+    /// All have ended without being asked to, and none is started again. @p status as of a
     /// program.
     void ended(int status);
     /// Something that somebody should know; one sentence.
@@ -43,6 +46,8 @@ class supervisor_t : public QObject {
     process::child_settings_t settings_of(const QString& _program, const QStringList& _arguments,
                                           const child_link_t& _link) const;
     void set_up_connections();
+    void set_up_demo();
+    void start_config();
     QStringList server_arguments() const;
     void launch_server();
     void on_config_ready();
@@ -52,19 +57,21 @@ class supervisor_t : public QObject {
     void on_server_failed(const QString& _last_words);
     void on_server_died();
     void finish(int _status);
-    int end_both();
+    int end_all();
 
     const options_t options;
     const QString programs;
     const QString settings;
     bool served = false;
     bool stopped = false;
+    bool is_finished = false;   ///< ended() was told
     qint64 server_process = 0;  ///< of its last launch
     child_link_t config_link;
     child_link_t server_link;
     // Ended before the links close.
     process::supervised_process_t config;
     process::supervised_process_t server;
+    std::unique_ptr<knx_demo_t> demo;  ///< null: none is asked for
 };
 
 }  // namespace torlan

@@ -138,6 +138,8 @@ const QList<row_t> rows{
     {"apps/torlan-ets",
      "base/|contract/database/name_rules|host/ets/|host/installation/password_error|"
      "host/accounts/broker_hash|apps/program/"},
+    {"apps/torlan-knx-house",
+     "base/|knx/|host/installation/installation_t|host/store/sqlite_store_t|apps/program/"},
     {"apps/torlan-run", "base/|apps/program/|host/process/"},
     {"apps/torlan-server",
      "base/|http/|apps/program/|contract/(bus/bus_settings_t|comunication/"

@@ -35,6 +35,43 @@ class tst_run : public QObject {
         QCOMPARE(process.exitCode(), 0);
     }
 
+    void what_a_bus_needs_is_fetched_for_a_demonstration_only_data() {
+        QTest::addColumn<QStringList>("given");
+        QTest::addColumn<QByteArray>("packages");
+        QTest::addColumn<QByteArray>("data");
+        QTest::addColumn<QByteArray>("sample");
+        QTest::newRow("none") << QStringList() << QByteArray("run") << QByteArray("/var")
+                              << QByteArray("/home.json");
+        QTest::newRow("local") << QStringList{"--knx", "local:/run/knx"} << QByteArray("run")
+                               << QByteArray("/var") << QByteArray("/home.json");
+        QTest::newRow("host") << QStringList{"--knx=ip:host"} << QByteArray("run")
+                              << QByteArray("/var") << QByteArray("/home.json");
+        QTest::newRow("demo") << QStringList{"--knx", "demo"} << QByteArray("demo")
+                              << QByteArray("/var-knx") << QByteArray("/knx-home.json");
+        QTest::newRow("demo, other spelling")
+            << QStringList{"--knx=demo"} << QByteArray("demo") << QByteArray("/var-knx")
+            << QByteArray("/knx-home.json");
+        QTest::newRow("demo in a folder")
+            << QStringList{"--knx", "demo", "--data", "/a/b"} << QByteArray("demo")
+            << QByteArray("/a/b") << QByteArray("/knx-home.json");
+    }
+
+    void what_a_bus_needs_is_fetched_for_a_demonstration_only() {
+        QFETCH(QStringList, given);
+        QFETCH(QByteArray, packages);
+        QFETCH(QByteArray, data);
+        QFETCH(QByteArray, sample);
+        script("packaging/install-packages", "echo \"$*\"");
+        start(given);
+        QVERIFY(process.waitForFinished());
+        const QList<QByteArray> lines = process.readAllStandardOutput().split('\n');
+        QCOMPARE(lines.value(0), packages);
+        QCOMPARE(lines.value(1), QByteArray("--data"));
+        QVERIFY2(lines.value(2).endsWith(data), lines.value(2));
+        QVERIFY2(lines.value(6).endsWith("/examples" + sample), lines.value(6));
+        QCOMPARE(lines.contains("--knx"), !given.isEmpty());
+    }
+
     // A package manager that is cut off leaves a machine that has to be mended by hand.
     void signal_while_packages_are_installed_waits_for_them_data() {
         QTest::addColumn<int>("signal");

@@ -6,6 +6,7 @@
 #include "kit/free_port.h"
 #include "kit/has_ended.h"
 #include "system/support/api_user.h"
+#include "system/support/children_of.h"
 
 using namespace kit;
 using namespace support;
@@ -64,20 +65,6 @@ class tst_start : public QObject {
                        process->exitStatus() == QProcess::NormalExit
                    ? process->exitCode()
                    : -1;
-    }
-    /// Process ids of the children of a process by program name.
-    static QMap<QString, qint64> children_of(qint64 _process) {
-        QMap<QString, qint64> found;
-        QFile list(QStringLiteral("/proc/%1/task/%1/children").arg(_process));
-        if (list.open(QIODevice::ReadOnly)) {
-            for (const QByteArray& id : list.readAll().simplified().split(' ')) {
-                QFile name("/proc/" + id + "/comm");
-                if (name.open(QIODevice::ReadOnly)) {
-                    found.insert(QString::fromUtf8(name.readAll().trimmed()), id.toLongLong());
-                }
-            }
-        }
-        return found;
     }
     QMap<QString, qint64> children() const { return children_of(process->processId()); }
     /// Const, so that chained reads do not make references into a temporary.

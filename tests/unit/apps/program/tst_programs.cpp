@@ -90,6 +90,9 @@ class tst_programs : public QObject {
         row(TORLAN_CONFIG, "torlan-config", "torlan-config", 1, "--trigger");
         row(TORLAN_SERVER, "torlan-server", "torlan", 2, "--ws-port");
         row(TORLAN_ETS, "torlan-ets", "torlan-ets", 2, "--user-password-file");
+#ifdef TORLAN_KNX_HOUSE
+        row(TORLAN_KNX_HOUSE, "torlan-knx-house", "torlan-knx-house", 2, "--knx");
+#endif
         row(TORLANCTL, "torlanctl", "torlanctl", 2, "--data");
     }
 

@@ -31,10 +31,35 @@ class tst_options_t : public QObject {
         QVERIFY(read.value.user.isEmpty() && read.value.to_show.isEmpty());
     }
 
+    void bus_of_its_own_is_not_the_server_s_matter_data() {
+        QTest::addColumn<QStringList>("given");
+        QTest::addColumn<bool>("is_demo");
+        QTest::addColumn<QStringList>("server");
+        QTest::newRow("demo") << QStringList{"--knx", "demo"} << true << QStringList();
+        QTest::newRow("with =") << QStringList{"--knx=demo", "--port", "1"} << true
+                                << QStringList{"--port", "1"};
+        QTest::newRow("socket") << QStringList{"--knx", "local:/run/knx"} << false
+                                << QStringList{"--knx", "local:/run/knx"};
+        QTest::newRow("machine") << QStringList{"--knx=ip:host"} << false
+                                 << QStringList{"--knx", "ip:host"};
+        QTest::newRow("another word")
+            << QStringList{"--knx", "Demo"} << false << QStringList{"--knx", "Demo"};
+        QTest::newRow("the last one counts") << QStringList{"--knx=demo", "--knx=ip:host"} << false
+                                             << QStringList{"--knx", "ip:host"};
+    }
+
+    void bus_of_its_own_is_not_the_server_s_matter() {
+        QFETCH(QStringList, given);
+        const auto read = parse_options(QStringList{"torlan-run"} + given);
+        QTEST(read.value.is_knx_demo, "is_demo");
+        QTEST(read.value.server, "server");
+    }
+
     void wrong_one_is_told_data() {
         QTest::addColumn<QStringList>("given");
         QTest::addColumn<QString>("named");
         QTest::newRow("no value") << QStringList{"--data"} << "--data needs a value.";
+        QTest::newRow("no bus") << QStringList{"--knx"} << "--knx needs a value.";
         QTest::newRow("no number") << QStringList{"--config-port", "x"} << "\"x\"";
         QTest::newRow("port 0") << QStringList{"--config-port=0"} << "\"0\"";
         QTest::newRow("above ports") << QStringList{"--config-port", "65536"} << "\"65536\"";

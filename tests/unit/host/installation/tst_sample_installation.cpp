@@ -21,8 +21,10 @@ class tst_sample_installation : public QObject {
     void alice_signs_in_with_the_password_that_is_told();
     void items_take_what_makes_sense_data();
     void items_take_what_makes_sense();
+    void the_one_on_a_bus_is_the_same_home();
 
  private:
+    static installation_t read(const char* _file);
     QSet<int> types() const;
     /// The different permission bits that a user has.
     QSet<int> rights(const QString& _user) const;
@@ -30,12 +32,17 @@ class tst_sample_installation : public QObject {
     installation_t home;
 };
 
+installation_t tst_sample_installation::read(const char* _file) {
+    QFile file(QString::fromLatin1(_file));
+    [&]() { QVERIFY(file.open(QIODevice::ReadOnly)); }();
+    const auto result = read_document(file.readAll(), file.fileName());
+    [&]() { QCOMPARE(result.error, QString()); }();
+    return result.value;
+}
+
 void tst_sample_installation::initTestCase() {
-    QFile file(SAMPLE);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const auto result = read_document(file.readAll(), SAMPLE);
-    QCOMPARE(result.error, QString());
-    home = result.value;
+    home = read(SAMPLE);
+    QVERIFY(!home.items.isEmpty());
 }
 
 QSet<int> tst_sample_installation::types() const {
@@ -117,6 +124,24 @@ void tst_sample_installation::items_take_what_makes_sense() {
     for (const QString& value : refused) {
         QVERIFY2(!refusal(home.items[item].limits, value).isEmpty(), qPrintable(value));
     }
+}
+
+void tst_sample_installation::the_one_on_a_bus_is_the_same_home() {
+    installation_t on_bus = read(KNX_SAMPLE);
+    QVERIFY(home.item_buses.isEmpty() && home.scenario_buses.isEmpty());
+    QCOMPARE(on_bus.scenario_buses.keys(), home.scenarios.keys());
+    QSet<QString> addresses;
+    for (const bus::bus_data_t& data : on_bus.item_buses) {
+        for (const QString& address : data.heard() + QStringList{data.write}) {
+            QVERIFY2(address.isEmpty() || !addresses.contains(address), qPrintable(address));
+            addresses.insert(address);
+        }
+    }
+    QVERIFY(addresses.size() > 50);
+    on_bus.item_buses.clear();
+    on_bus.scenario_buses.clear();
+    QCOMPARE(write_document(on_bus, passwords_t::left_out),
+             write_document(home, passwords_t::left_out));
 }
 
 QTEST_GUILESS_MAIN(tst_sample_installation)
