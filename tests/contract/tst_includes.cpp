@@ -151,7 +151,10 @@ const QList<row_t> rows{
      "base/|contract/database/(name_rules|permission)|host/(installation|store)/|"
      "host/accounts/broker_hash|host/audit/(audit_reader_t|file_name|filter_t|people_text)|"
      "apps/program/|knx/data_point_(type|types|value)"},
-    {"bench", "contract/|host/|server/drivers/driver/|tests/fakes/"},
+    {"bench",
+     "base/result_t|contract/|host/|server/drivers/driver/|apps/program/|tests/fakes/|"
+     "tests/kit/(end_with_test|free_port|lamps_home|password_of)|"
+     "tests/system/support/(database_shell_t|host_process_t)"},
 };
 
 const row_t* row_of(const QString& _file) {
