@@ -25,7 +25,9 @@ class check_queue_t {
 
  private:
     static std::uint64_t mark_of(const digest_t& _digest);
-    std::uint64_t& place_of(std::uint64_t _mark) { return pushed_out[_mark % pushed_out.size()]; }
+    std::uint64_t& place_of(std::uint64_t _mark) {
+        return pushed_out[static_cast<std::size_t>(_mark % pushed_out.size())];
+    }
 
     fair_lanes_t again;
     fair_lanes_t first;
