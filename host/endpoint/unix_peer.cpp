@@ -7,15 +7,13 @@
 #include <QFile>
 #include <cstring>
 
+#include "process/socket_peer.h"
+
 namespace comunication {
 
 std::optional<pid_t> process_behind(int _socket) {
-    ucred peer{};
-    socklen_t size = sizeof peer;
-    // Another kind of socket has no process.
-    return ::getsockopt(_socket, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 && peer.pid > 0
-               ? std::optional(peer.pid)
-               : std::nullopt;
+    const auto peer = process::peer_of(_socket);
+    return peer && peer->process > 0 ? std::optional(peer->process) : std::nullopt;
 }
 
 std::optional<pid_t> listening_process(const QString& _path) {

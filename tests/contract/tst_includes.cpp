@@ -113,7 +113,8 @@ const QList<row_t> rows{
     {"server/drivers/plugins/plugin_driver_knx",
      "base/|contract/(bus|logs)/|knx/|server/drivers/driver/"},
     {"host/logs", "base/|contract/logs/"},
-    {"host/endpoint", "base/|contract/(logs|comunication)/"},
+    {"host/control", "base/|host/process/(file_lock_t|holder_text|socket_peer)"},
+    {"host/endpoint", "base/|contract/(logs|comunication)/|host/process/socket_peer"},
     {"host/process", "base/"},
     {"host/accounts",
      "base/|contract/(database/name_rules|logs/)|host/process/private_folder_t|"
@@ -142,15 +143,15 @@ const QList<row_t> rows{
      "base/|knx/|host/installation/installation_t|host/store/sqlite_store_t|apps/program/"},
     {"apps/torlan-run", "base/|apps/program/|host/process/"},
     {"apps/torlan-server",
-     "base/|http/|apps/program/|contract/(bus/bus_settings_t|comunication/"
+     "base/|http/|apps/program/|contract/(bus/bus_(counters|settings|telegram)_t|comunication/"
      "(protoserver_t|api_topics)|database/"
      "database_t|"
-     "logs/)|host/(accounts|audit|broker|endpoint|installation|live|loader|logs|process|store)/|"
+     "logs/)|host/(accounts|audit|broker|control|endpoint|installation|live|loader|logs|process|store)/|"
      "server/utility/(cnfserver|http_read_config_server_t|torlan_option_t|utility_t)\\.h"},
     {"apps/torlanctl",
      "base/|contract/database/(name_rules|permission)|host/(installation|store)/|"
      "host/accounts/broker_hash|host/audit/(audit_reader_t|file_name|filter_t|people_text)|"
-     "apps/program/|knx/data_point_(type|types|value)"},
+     "host/control/(control_client_t|protocol)|apps/program/|knx/data_point_(type|types|value)"},
     {"bench",
      "base/result_t|contract/|host/|server/drivers/driver/|apps/program/|tests/fakes/|"
      "tests/kit/(end_with_test|free_port|lamps_home|password_of)|"
