@@ -30,8 +30,12 @@ void tell_once(bool& _told, const QString& _line) {
 }  // namespace
 
 message_sender_t::message_sender_t(mosquitto_client_t& _client, endpoint_counters_t& _counts,
-                                   std::size_t _most_messages, std::size_t _most_bytes)
-    : client(_client), counts(_counts), queue(_most_messages, _most_bytes) {}
+                                   std::size_t _most_messages, std::size_t _most_bytes,
+                                   marked_t _marked)
+    : client(_client),
+      counts(_counts),
+      marked(std::move(_marked)),
+      queue(_most_messages, _most_bytes) {}
 
 void message_sender_t::send(outgoing_t _message) {
     if (!is_open) {
@@ -45,6 +49,18 @@ void message_sender_t::send(outgoing_t _message) {
                   QStringLiteral("Too many messages wait for the broker, more are dropped"));
         return;
     }
+    send_more();
+}
+
+void message_sender_t::mark(quint64 _mark) {
+    if (!is_open) {
+        marked(_mark, false);
+        return;
+    }
+    outgoing_t mark;
+    mark.kind = outgoing_t::kind_t::mark;
+    mark.mark = _mark;
+    static_cast<void>(queue.push(std::move(mark)));
     send_more();
 }
 
@@ -67,11 +83,18 @@ void message_sender_t::on_delivered(bool _accepted) {
 }
 
 void message_sender_t::close() {
-    counts.dropped_disconnected += quint64(in_flight) + queue.size() + refusals.size();
-    queue.clear();
+    is_open = told_full = told_closed = false;
+    counts.dropped_disconnected += quint64(in_flight) + refusals.size();
     refusals.clear();
     in_flight = 0;
-    is_open = told_full = told_closed = false;
+    while (!queue.is_empty()) {
+        const outgoing_t dropped = queue.pop();
+        if (dropped.kind == outgoing_t::kind_t::mark) {
+            marked(dropped.mark, false);
+        } else {
+            ++counts.dropped_disconnected;
+        }
+    }
 }
 
 void message_sender_t::send_more() {
@@ -98,6 +121,10 @@ void message_sender_t::hand_over(const outgoing_t& _next) {
     if (_next.kind == outgoing_t::kind_t::subscribe) {
         client.subscribe(QString::fromUtf8(_next.topic), _next.qos, mosquitto_client_t::no_local,
                          status_subscription);
+        return;
+    }
+    if (_next.kind == outgoing_t::kind_t::mark) {
+        marked(_next.mark, true);
         return;
     }
     if (_next.kind == outgoing_t::kind_t::unsubscribe) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "endpoint/endpoint_counters_t.h"
 #include "endpoint/mosquitto_client_t.h"
 #include "endpoint/outgoing_queue_t.h"
@@ -15,12 +17,19 @@ class message_sender_t {
     /// Identifier of the status subscription.
     static constexpr quint32 status_subscription = 2;
 
+    /// Hears of each mark once: the broker has answered all that was sent before it; not
+    /// @p _complete: or that was lost with the connection.
+    using marked_t = std::function<void(quint64 _mark, bool _complete)>;
+
     message_sender_t(mosquitto_client_t& _client, endpoint_counters_t& _counts,
-                     std::size_t _most_messages, std::size_t _most_bytes);
+                     std::size_t _most_messages, std::size_t _most_bytes, marked_t _marked);
 
     /// Takes one message, sent as soon as possible; dropped and counted when there is no
     /// connection or no room. A change of the status subscription has the filter as its topic.
     void send(outgoing_t _message);
+
+    /// Sets a mark behind what was sent.
+    void mark(quint64 _mark);
 
     /// The same for the answer to a refused request of @p _user: sent when nothing else waits, and
     /// dropped when too many of that user's do.
@@ -47,6 +56,7 @@ class message_sender_t {
 
     mosquitto_client_t& client;
     endpoint_counters_t& counts;
+    const marked_t marked;
     outgoing_queue_t queue;
     refusal_queue_t refusals;
     int in_flight = 0;  ///< handed to the library, not yet answered

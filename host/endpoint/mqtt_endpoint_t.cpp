@@ -21,7 +21,8 @@ mqtt_endpoint_t::mqtt_endpoint_t(const endpoint_settings_t& _settings, QObject* 
       settings(_settings),
       connection(connection_of(_settings)),
       client(this),
-      sender(client, counts, _settings.queue_messages, _settings.queue_bytes),
+      sender(client, counts, _settings.queue_messages, _settings.queue_bytes,
+             [this](quint64 _mark, bool _complete) { Q_EMIT marked(_mark, _complete); }),
       publisher(sender, counts, _settings.packet_bytes),
       gate(
           _settings.requests, counts, [this]() { return sender.is_loaded(); }, this),
@@ -91,6 +92,10 @@ void mqtt_endpoint_t::set_bus(bool _online) {
     if (is_told && settings.tells_bus && !settings.connection_topic.isEmpty()) {
         sender.send(connection_message("online"));
     }
+}
+
+void mqtt_endpoint_t::mark(quint64 _mark) {
+    sender.mark(_mark);
 }
 
 void mqtt_endpoint_t::stop() {

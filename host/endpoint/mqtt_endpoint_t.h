@@ -46,6 +46,9 @@ class mqtt_endpoint_t : public protoserver_t {
     /// The bus is there or not; told at once. Nothing unless the settings say that there is one.
     void set_bus(bool _online);
 
+    /// Sets a mark behind what was published; marked() follows, perhaps before this returns.
+    void mark(quint64 _mark);
+
     /// Sends what is queued, tells "offline" and disconnects; bounded by the settings' stop
     /// time-out. stopped() follows, perhaps before this returns.
     void stop();
@@ -57,6 +60,10 @@ class mqtt_endpoint_t : public protoserver_t {
     /// A request was passed to the drivers by api_message; whoever is connected answers each with
     /// request_done(), and no more than a few are passed on before that.
     void request_passed();
+
+    /// All that was published before this mark is on the broker; not @p complete: or was lost with
+    /// its connection.
+    void marked(quint64 mark, bool complete);
 
     /// What became of a request; whoever listens does little and is called on this thread.
     void exchanged(const comunication::exchange_t& exchange);

@@ -47,7 +47,20 @@ result_t change_feed_t::read_whole(installation::installation_t* _whole) {
     tell_notes(reader.notes());
     const ::base::result_of_t<qint64> newest = log.last_sequence();
     last_sequence = newest.value;
+    return newest.is_ok() ? note_seen() : result_t(newest);
+}
+
+result_t change_feed_t::note_seen() {
+    const ::base::result_of_t<qint64> newest = log.newest_ever();
+    if (newest.is_ok()) {
+        seen_sequence = newest.value;
+    }
     return newest;
+}
+
+void change_feed_t::check_anew() {
+    log.forget();
+    check();
 }
 
 void change_feed_t::check() {
@@ -128,8 +141,10 @@ result_t change_feed_t::absorb(model_changes_t* _changes) {
     store::change_batch_t batch = rows.value;
     installation::installation_t part;
     store::store_reader_t reader(connection);
-    const result_t result =
-        batch.everything ? reader.read_all(&part) : reader.read_batch(batch, &part);
+    result_t result = batch.everything ? reader.read_all(&part) : reader.read_batch(batch, &part);
+    if (result.is_ok()) {
+        result = note_seen();
+    }
     if (!result.is_ok()) {
         return result;
     }

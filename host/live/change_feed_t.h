@@ -30,6 +30,16 @@ class change_feed_t : public QObject {
     /// Looks whether something was written, and if so applies and announces it.
     void check();
 
+    /// Number of the newest change that is in memory, and announced but for what is_announced()
+    /// says.
+    qint64 seen() const { return seen_sequence; }
+    /// Looks, whether anything was written or not.
+    void check_anew();
+    /// False: a bulk signal waits for its turn.
+    bool is_announced() const { return !database_due && !items_due; }
+    /// Why the last look went wrong; empty: it did not.
+    QString last_failure() const { return failure; }
+
     /// Fills the model again, from another file perhaps, and announces everything. Values that wait
     /// for their save are kept, or told to be lost.
     ::base::result_t reload();
@@ -64,6 +74,8 @@ class change_feed_t : public QObject {
 
  private:
     ::base::result_t read_whole(installation::installation_t* _whole);
+    /// Inside the transaction that has read what there is.
+    ::base::result_t note_seen();
     ::base::result_t read_changes(model_changes_t* _changes);
     ::base::result_t catch_up();
     void tell(const QString& _failure);
@@ -80,7 +92,8 @@ class change_feed_t : public QObject {
     bool items_due = false;     ///< and this one
     model_t model;
     store::change_log_t log;
-    qint64 last_sequence = 0;
+    qint64 last_sequence = 0;  ///< of the rows that were read
+    qint64 seen_sequence = 0;
     bool incomplete = false;  ///< rows may be missing in the log: all has to be read again
     told_once_t told_notes;
     QString failure;  ///< what was told last; empty after a look that went well

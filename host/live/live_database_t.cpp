@@ -142,6 +142,23 @@ result_t live_database_t::close() {
                                                 .arg(saved.error));
 }
 
+QString live_database_t::lag(const store::change_mark_t& _mark) {
+    if (connection.file() != _mark.file) {
+        return failure.isEmpty()
+                   ? QStringLiteral("the server has another database open in its place.")
+                   : failure;
+    }
+    if (changes.seen() < _mark.sequence) {
+        changes.check_anew();
+    }
+    if (changes.seen() < _mark.sequence) {
+        return changes.last_failure().isEmpty() ? QStringLiteral("the server has not read it.")
+                                                : changes.last_failure();
+    }
+    return changes.is_announced() ? QString()
+                                  : QStringLiteral("the server still takes over a large change.");
+}
+
 ::base::result_of_t<QMap<QString, installation::user_t>> live_database_t::read_users() {
     installation::installation_t part;
     store::store_reader_t reader(connection);

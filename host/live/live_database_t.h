@@ -7,6 +7,7 @@
 #include "live/realtime_saver_t.h"
 #include "live/wal_keeper_t.h"
 #include "live/wal_watch_t.h"
+#include "store/change_mark_t.h"
 #include "store/left_logs_t.h"
 
 namespace database::live {
@@ -42,6 +43,10 @@ class live_database_t : public QObject {
 
     /// Reads what the bus has to do with items and scenarios; the rest of the value is empty.
     ::base::result_of_t<installation::installation_t> read_bus_data();
+
+    /// Why the change @p _mark is not in memory and announced yet, a clause; empty: it is. Looks
+    /// for it if need be.
+    QString lag(const store::change_mark_t& _mark);
 
     /// Where bus drivers set values.
     realtime_writer_t* writer() { return &realtime; }

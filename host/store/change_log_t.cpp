@@ -68,6 +68,15 @@ void add(const QString& _tab, const QString& _key, change_batch_t* _batch) {
     return newest.value.toLongLong();
 }
 
+::base::result_of_t<qint64> change_log_t::newest_ever() {
+    const auto newest =
+        connection.value(QStringLiteral("SELECT seq FROM sqlite_sequence WHERE name = 'changes'"));
+    if (!newest.is_ok()) {
+        return newest;
+    }
+    return newest.value.toLongLong();
+}
+
 result_t change_log_t::prune(qint64 _sequence) {
     return connection.run(QStringLiteral("DELETE FROM changes WHERE sequence <= ?"), {_sequence});
 }

@@ -19,6 +19,8 @@ class change_log_t {
     ::base::result_of_t<change_batch_t> read(qint64 _after);
     /// Number of the newest row, 0 when there is none. Inside the transaction of a whole read.
     ::base::result_of_t<qint64> last_sequence();
+    /// Number of the newest row that there ever was: rows are deleted when they have been read.
+    ::base::result_of_t<qint64> newest_ever();
     /// Deletes the rows up to @p _sequence.
     ::base::result_t prune(qint64 _sequence);
     /// Deletes all rows.

@@ -7,8 +7,6 @@
 #include <atomic>
 #include <optional>
 
-#include "store/file_identity_t.h"
-
 namespace database::store {
 
 using ::base::result_t;
@@ -127,6 +125,10 @@ result_t connection_t::check_place() const {
     return result_t::failed((there ? QStringLiteral("The database %1 was replaced by another file.")
                                    : QStringLiteral("The database %1 was removed."))
                                 .arg(impl->path));
+}
+
+std::optional<file_identity_t> connection_t::file() const {
+    return impl->file;
 }
 
 result_t connection_t::run(const QString& _sql, const QVariantList& _values) {

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "base/result_t.h"
+#include "store/file_identity_t.h"
 
 class QSqlQuery;
 
@@ -37,6 +38,8 @@ class connection_t {
     /// That the opened file is the one that the path leads to. One that was removed or replaced
     /// takes changes all the same, and nobody else ever sees them.
     ::base::result_t check_place() const;
+    /// Which file is open; nothing: none, or nobody knows.
+    std::optional<file_identity_t> file() const;
 
     /// Runs one statement; rows that it yields are ignored.
     ::base::result_t run(const QString& _sql, const QVariantList& _values = {});

@@ -11,6 +11,19 @@
 
 using namespace database::live;
 
+namespace {
+
+database::store::change_mark_t newest(const QString& _path) {
+    database::store::connection_t connection;
+    if (!connection.open(_path, database::store::connection_t::access_t::read_only, 5000).is_ok()) {
+        return {};
+    }
+    return {connection.file().value_or(database::store::file_identity_t{}),
+            database::store::change_log_t(connection).newest_ever().value};
+}
+
+}  // namespace
+
 class tst_live_database_t : public QObject {
     Q_OBJECT
 
@@ -77,6 +90,62 @@ class tst_live_database_t : public QObject {
             database::store::store_editor_t(store.connection()).set_item("i-lamp", "0").is_ok());
         QTRY_COMPARE(log.lines, QStringList("item i-lamp"));
         QCOMPARE(db.getRealtime()->getItems()->list("i-lamp")->getValue(), "0");
+    }
+
+    void change_is_looked_for_when_somebody_waits_for_it() {
+        const sample::file_t file;
+        database::database_t db;
+        live_database_t live(&db, {never, never, 5, 64});
+        QVERIFY(live.open(file.path()).is_ok());
+        for (QFileSystemWatcher* watcher : live.findChildren<QFileSystemWatcher*>()) {
+            watcher->blockSignals(true);
+        }
+        QCOMPARE(live.lag(newest(file.path())), QString());
+        notifier_log_t log(&db, live.feed());
+        sample::foreign_writer_t other(file.path());
+        QVERIFY(other.write({"UPDATE elements SET name = 'x' WHERE id = 'e-lamp'"}));
+        QCOMPARE(live.lag(newest(file.path())), QString());
+        QCOMPARE(log.lines, QStringList({"element e-lamp", "access_changed"}));
+        auto later = newest(file.path());
+        ++later.sequence;
+        QCOMPARE(live.lag(later), "the server has not read it.");
+    }
+
+    // The rows of its own saves are never read.
+    void own_saves_are_no_reason_to_lag() {
+        const sample::file_t file;
+        database::database_t db;
+        live_database_t live(&db, {never, 1, 0, 64});
+        QVERIFY(live.open(file.path()).is_ok());
+        const qint64 before = newest(file.path()).sequence;
+        live.writer()->write_item("i-lamp", "1");
+        QTRY_VERIFY(newest(file.path()).sequence > before);
+        QCOMPARE(live.lag(newest(file.path())), QString());
+    }
+
+    void change_of_another_file_is_not_followed() {
+        const sample::file_t file;
+        const sample::file_t another;
+        database::database_t db;
+        live_database_t live(&db, {never, never, 5, 64});
+        QVERIFY(live.open(file.path()).is_ok());
+        QCOMPARE(live.lag(newest(another.path())),
+                 "the server has another database open in its place.");
+    }
+
+    void bulk_that_waits_for_its_turn_lags() {
+        const sample::file_t file;
+        database::database_t db;
+        live_database_t live(&db, {never, never, 5, 0});
+        QVERIFY(live.open(file.path()).is_ok());
+        sample::foreign_writer_t other(file.path());
+        QStringList lags;
+        for (const char* const value : {"1", "2"}) {
+            QVERIFY(other.write({QString("UPDATE items SET value = '%1'").arg(value)}));
+            lags.append(live.lag(newest(file.path())));
+        }
+        QCOMPARE(lags.constLast(), "the server still takes over a large change.");
+        QTRY_COMPARE(live.lag(newest(file.path())), QString());
     }
 
     void values_are_back_after_a_restart() {
