@@ -4,10 +4,10 @@ namespace torlan {
 
 /// How a program ends; scripts ask for it.
 enum exit_status_t {
-    status_done = 0,    ///< done, or ended because somebody asked for it
-    status_failed = 1,  ///< refused or not possible; a sentence on standard error says why
-    status_usage = 2,   ///< the call was wrong
-    // 3 is what is stored and not effective yet.
+    status_done = 0,     ///< done, or ended because somebody asked for it
+    status_failed = 1,   ///< refused or not possible; a sentence on standard error says why
+    status_usage = 2,    ///< the call was wrong
+    status_stored = 3,   ///< stored, but a server that runs does not follow yet
     status_unsaved = 4,  ///< ended because asked to, but what it had answered last is not saved
 };
 

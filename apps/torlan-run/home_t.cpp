@@ -131,9 +131,10 @@ void home_t::take_back() {
     } else if (made_settings) {
         for (const QString& name :
              {QStringLiteral("settings.json"), QStringLiteral("settings.json.lock"),
-              QStringLiteral("torlan.lock"), QStringLiteral("broker.lock"),
-              QStringLiteral("supervisor.lock"), QStringLiteral("settings-audit.log"),
-              QStringLiteral("knxd.lock"), QStringLiteral("knxd.socket")}) {
+              QStringLiteral("torlan.lock"), QStringLiteral("control.sock"),
+              QStringLiteral("broker.lock"), QStringLiteral("supervisor.lock"),
+              QStringLiteral("settings-audit.log"), QStringLiteral("knxd.lock"),
+              QStringLiteral("knxd.socket")}) {
             QFile::remove(file(name));
         }
     }

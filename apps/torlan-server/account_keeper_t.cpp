@@ -11,7 +11,8 @@ namespace torlan {
 
 namespace {
 constexpr const char* source = "apps/torlan-server/account_keeper_t";
-}
+constexpr std::chrono::milliseconds pause{500};
+}  // namespace
 
 account_keeper_t::account_keeper_t(broker::broker_process_t* _broker,
                                    database::live::live_database_t* _live, QObject* _parent)
@@ -21,7 +22,11 @@ account_keeper_t::account_keeper_t(broker::broker_process_t* _broker,
       // Random, so that no user of the installation can have it.
       account(QStringLiteral("check-") + base::random_hex()),
       password(base::random_hex()),
-      password_hash(accounts::make_password_hash(password, accounts::iterations_drawn)) {
+      password_hash(accounts::make_password_hash(password, accounts::iterations_drawn)),
+      again(this) {
+    again.setSingleShot(true);
+    again.setInterval(pause);
+    connect(&again, &QTimer::timeout, this, &account_keeper_t::update);
     connect(broker, &broker::broker_process_t::happened, this,
             [this](const accounts::broker_event_t& _event) {
                 if (!is_check(_event)) {
@@ -49,6 +54,7 @@ base::result_t account_keeper_t::start_broker() {
 void account_keeper_t::update() {
     const QList<accounts::broker_account_t> before = known_users();
     const base::result_t known = read();
+    lags = lags && !known.is_ok();
     hand_over(known, {});
     if (known.is_ok()) {
         Q_EMIT users_read(before, known_users());
@@ -75,7 +81,11 @@ void account_keeper_t::withdraw(const QStringList& _users) {
 
 void account_keeper_t::hand_over(const base::result_t& _read, const QSet<QString>& _withdrawn) {
     const base::result_t result = _read.is_ok() ? broker->set_accounts(users, _withdrawn) : _read;
-    if (!result.is_ok()) {
+    if (result.is_ok()) {
+        return;
+    }
+    again.start();
+    if (!std::exchange(lags, true)) {
         utility::log_line(QStringLiteral("The broker keeps its former users: ") + result.error, 2,
                           "hand_over", source, __LINE__);
     }

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QTimer>
 
 #include "base/result_t.h"
 #include "broker/broker_process_t.h"
@@ -26,8 +27,12 @@ class account_keeper_t : public QObject {
     /// Starts the broker and waits until it listens.
     base::result_t start_broker();
 
-    /// Hands the users as they are now to the broker; a failure goes to the log.
+    /// Hands the users as they are now to the broker; a failure goes to the log, and is tried
+    /// again.
     void update();
+
+    /// Whether the broker has confirmed the users as they were read last, and they could be read.
+    bool is_effective() const { return !lags && broker->is_effective(); }
 
     /// These users, by id, may read something no longer: nothing that waits for them at the broker
     /// is delivered.
@@ -60,6 +65,8 @@ class account_keeper_t : public QObject {
     const QString password_hash;              ///< another one would make it another account
     QList<accounts::broker_account_t> users;  ///< as read last
     bool checking = true;
+    bool lags = false;  ///< the users could not be read, or not be handed over
+    QTimer again;       ///< until the next attempt
 };
 
 }  // namespace torlan

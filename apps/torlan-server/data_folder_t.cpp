@@ -3,13 +3,14 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include "control/protocol.h"
 #include "process/holder_text.h"
 #include "process/trusted_path.h"
 
 namespace torlan {
 
 data_folder_t::data_folder_t(const QString& _path)
-    : path(QDir::cleanPath(_path)), lock(path + QStringLiteral("/torlan.lock")) {}
+    : path(QDir::cleanPath(_path)), lock(file(control::lock_name())) {}
 
 base::result_t data_folder_t::open() {
     if (const base::result_t there = make(); !there.is_ok()) {

@@ -4,6 +4,7 @@
 #include <QEventLoop>
 #include <QTimer>
 
+#include "audit/file_name.h"
 #include "broker/broker_rights_check_t.h"
 #include "broker/port_check.h"
 #include "chosen_log.h"
@@ -40,7 +41,9 @@ host_t::host_t(const options_t& _options, utility::logs::early_logger_t* _early,
       early(_early),
       folder(_options.data),
       former_broker(folder.file(QStringLiteral("broker.lock"))),
-      settings(_options) {
+      settings(_options),
+      desk(&errors) {
+    connect(this, &host_t::waiting, &desk, &control_desk_t::set_waiting);
     connect(&settings, &settings_t::waiting, this, &host_t::waiting);
     connect(this, &host_t::broken_off, &import, &installation_import_t::give_up);
     connect(&former_broker, &former_broker_t::waiting, this, &host_t::waiting);
@@ -70,7 +73,14 @@ base::result_t host_t::start() {
     if (!result.is_ok()) {
         static_cast<void>(stop());
         folder.take_back();
+        return result;
     }
+    desk.follow({.database = database.get(),
+                 .live = live.get(),
+                 .broker = broker.get(),
+                 .accounts = accounts.get(),
+                 .endpoint = endpoint->endpoint(),
+                 .bus = knx.get()});
     return result;
 }
 
@@ -80,6 +90,7 @@ void host_t::break_off() {
 }
 
 base::result_t host_t::stop() {
+    desk.close();
     drivers.stop();
     drivers.clear();
     hidden.reset();
@@ -98,6 +109,7 @@ base::result_t host_t::stop() {
     database.reset();
     trail.close();
     classlogs::setInstance(nullptr);
+    errors.pass_on_to(nullptr);
     logger.reset();
     return saved;
 }
@@ -116,7 +128,21 @@ base::result_t host_t::read_import() {
 }
 
 base::result_t host_t::open_folder() {
-    return folder.open();
+    base::result_t opened = folder.open();
+    if (opened.is_ok()) {
+        describe({}, {});
+        desk.open(options.data);
+    }
+    return opened;
+}
+
+void host_t::describe(const QString& _log, const QString& _audit) {
+    desk.describe({.data = options.data,
+                   .log = _log,
+                   .audit = _audit,
+                   .port = options.port,
+                   .ws_port = options.ws_port,
+                   .config_port = options.config_port});
 }
 
 base::result_t host_t::read_settings() {
@@ -135,8 +161,12 @@ base::result_t host_t::open_log() {
         return opened;
     }
     logger = std::move(opened.value);
-    classlogs::setInstance(logger.get());
-    early->hand_over(logger.get());
+    errors.pass_on_to(logger.get());
+    classlogs::setInstance(&errors);
+    early->hand_over(&errors);
+    const QDir place(log.folder);
+    describe(place.filePath(log.name + QStringLiteral(".log")),
+             place.filePath(audit::file_name(audit::server_file, 0)));
     torlan_option_t::print();
     tell_other_folder(QStringLiteral("The log is"), log.folder, torlan_option_t::LogsFolder());
     return trail.open(log.folder);

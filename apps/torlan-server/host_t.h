@@ -7,6 +7,7 @@
 #include "audit_trail_t.h"
 #include "base/result_t.h"
 #include "broker/broker_process_t.h"
+#include "control_desk_t.h"
 #include "data_folder_t.h"
 #include "door_log_t.h"
 #include "driver_set_t.h"
@@ -19,6 +20,7 @@
 #include "live/refusal_teller_t.h"
 #include "live/simulated_bus_t.h"
 #include "logs/early_logger_t.h"
+#include "logs/error_ring_t.h"
 #include "logs/spdlog_logger_t.h"
 #include "options_t.h"
 #include "retained_sweep_t.h"
@@ -62,6 +64,7 @@ class host_t : public QObject {
     base::result_t open_folder();
     base::result_t read_settings();
     base::result_t open_log();
+    void describe(const QString& _log, const QString& _audit);
     base::result_t load_drivers();
     base::result_t await_former_broker();
     base::result_t check_ports();
@@ -98,6 +101,8 @@ class host_t : public QObject {
     std::unique_ptr<hidden_states_t> hidden;
     retained_sweep_t sweep;
     driver_set_t drivers;
+    utility::logs::error_ring_t errors;
+    control_desk_t desk;
 };
 
 }  // namespace torlan

@@ -4,6 +4,7 @@
 
 #include "commands.h"
 #include "database/name_rules.h"
+#include "effect.h"
 #include "program/standard_options.h"
 
 namespace torlan {
@@ -58,7 +59,9 @@ command_line_t::command_line_t()
         command_list() +
         QStringLiteral(
             "\nUSER is a user name, ELEMENT and ITEM are identifiers. The status is 0 when "
-            "it is done,\n1 when it was refused, 2 when the call was wrong."));
+            "it is done,\n1 when it was refused, 2 when the call was wrong, 3 when it is stored, "
+            "but "
+            "a server that\nruns does not follow yet."));
 }
 
 base::result_t command_line_t::parse(const QStringList& _arguments) {
@@ -105,6 +108,10 @@ base::result_t command_line_t::find_command() {
 
 base::result_t command_line_t::run() const {
     return command->run(parser.value(data_option), arguments);
+}
+
+base::result_t command_line_t::follow_up() const {
+    return command->changes ? await_effect(parser.value(data_option)) : base::result_t();
 }
 
 }  // namespace torlan

@@ -22,6 +22,8 @@ class command_line_t {
 
     /// Runs the command that parse() found.
     base::result_t run() const;
+    /// Waits until what it changed is effective; ok at once when it changes nothing.
+    base::result_t follow_up() const;
 
  private:
     base::result_t find_command();

@@ -16,6 +16,7 @@ struct command_t {
     base::result_t (*run)(const QString& _data, const QStringList& _arguments);
 
     bool needs_data = true;  ///< whether it works on an installation
+    bool changes = false;    ///< what a server may have to follow
     /// Judges the arguments of a command that takes options; null: they are counted.
     base::result_t (*check)(const QStringList& _arguments) = nullptr;
 

@@ -14,6 +14,7 @@
 #include "installation/password_error.h"
 #include "installation/shared_items.h"
 #include "installation/tidy.h"
+#include "live_commands.h"
 #include "program/file_reader_t.h"
 #include "program/password_input.h"
 #include "program/private_file.h"
@@ -224,23 +225,28 @@ result_t set_item(const QString& _data, const QStringList& _arguments) {
 const QList<command_t>& commands() {
     static const QList<command_t> table{
         {"import --keep-users", "FILE",
-         "put it there, but keep the users, with their passwords and grants", import_but_users},
+         "put it there, but keep the users, with their passwords and grants", import_but_users,
+         true, true},
         {"import --replace", "FILE",
-         "the same where the database is damaged; that is kept under another name", import_over},
+         "the same where the database is damaged; that is kept under another name", import_over,
+         true, true},
         {"import", "FILE", "put the installation in FILE in the place of what is there",
-         import_file},
+         import_file, true, true},
         {"export --with-passwords", "FILE",
          "the same with the users' password hashes, into a new file of the owner's alone",
          export_with_passwords},
         {"export", "", "write the installation to standard output, without passwords",
          export_document},
         {"grant", "USER ELEMENT PERMISSION",
-         "let USER read, write or readwrite ELEMENT, or deny it", grant},
-        {"user add", "NAME", "add an API user; the password comes from standard input", add_user},
-        {"user passwd", "NAME", "change a password, read from standard input", set_password},
-        {"user remove", "NAME", "remove an API user with all its permissions", remove_user},
+         "let USER read, write or readwrite ELEMENT, or deny it", grant, true, true},
+        {"user add", "NAME", "add an API user; the password comes from standard input", add_user,
+         true, true},
+        {"user passwd", "NAME", "change a password, read from standard input", set_password, true,
+         true},
+        {"user remove", "NAME", "remove an API user with all its permissions", remove_user, true,
+         true},
         {"set", "ITEM VALUE", "report any value of any item, as the bus would: sensors, too",
-         set_item},
+         set_item, true, true},
         {"dpt encode", "TYPE VALUE", "print the bytes of a value of a KNX data point type",
          encode_value, false},
         {"dpt decode", "TYPE BYTES", "print the value that the bytes are", decode_value, false},
@@ -248,7 +254,12 @@ const QList<command_t>& commands() {
          false},
         {"audit", "[OPTIONS]",
          "who did what: --user USER, --element ELEMENT, --since 10m|2h|3d|TIME, --json, --logs DIR",
-         show_audit, true, check_audit_call},
+         show_audit, true, false, check_audit_call},
+        {"status", "[--json]", "what the server that runs on it, its broker and its bus are doing",
+         show_status, true, false, check_status_call},
+        {"bus", "[--follow] [--json]",
+         "the bus: link, counters, the last telegrams, and each that comes", show_bus, true, false,
+         check_bus_call},
     };
     return table;
 }

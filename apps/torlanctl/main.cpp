@@ -35,5 +35,13 @@ int main(int _argc, char* _argv[]) {
     if (!line.to_show().isEmpty()) {
         return finish(write_output(line.to_show().toUtf8()).error);
     }
-    return finish(line.run().error);
+    const int status = finish(line.run().error);
+    if (status != status_done) {
+        return status;
+    }
+    if (const base::result_t followed = line.follow_up(); !followed.is_ok()) {
+        say(stderr, followed.error);
+        return status_stored;
+    }
+    return status_done;
 }

@@ -19,6 +19,7 @@ class tst_knx_bus : public QObject {
     void initTestCase();
     void cleanupTestCase();
     void write_goes_to_the_bus_and_its_status_comes_back_as_a_push();
+    void torlanctl_shows_what_passes();
     void what_has_no_bus_data_is_simulated();
     void scene_on_the_bus_executes_the_scenario();
     void bus_data_changed_in_a_shell_counts_at_once();
@@ -180,6 +181,42 @@ void tst_knx_bus::connection_message_tells_of_the_bus() {
         return _message.topic == connection_topic && _message.json()["bus"] == "online";
     }));
     QVERIFY(lamp_follows("1/1/2"));
+}
+
+void tst_knx_bus::torlanctl_shows_what_passes() {
+    QProcess follower;
+    follower.start(QStringLiteral(TORLANCTL), {"--data", host.data(), "bus", "--follow"});
+    QByteArray shown;
+    const auto has_shown = [&](const QByteArray& _text) {
+        return QTest::qWaitFor(
+            [&]() {
+                shown += follower.readAllStandardOutput();
+                return shown.contains(_text);
+            },
+            20'000);
+    };
+    QVERIFY2(has_shown("bus         local:"), shown.constData());
+    QVERIFY(knxd.tool("groupswrite", {"7/7/6", "1"}));
+    QVERIFY2(has_shown("-> 7/7/6 "), shown.constData());
+    QVERIFY(knxd.tool("groupswrite", {"1/1/2", "1"}));
+    QVERIFY2(has_shown("-> 1/1/2       write     1.001    1           i-lamp\n"),
+             shown.constData());
+    alice.request(request_topic("alice", "set", "e-lamp"), write_payload("execute", "0"));
+    QVERIFY2(has_shown("we         -> 1/1/1       write     1.001    0           i-lamp\n"),
+             shown.constData());
+    follower.terminate();
+    QVERIFY(follower.waitForFinished());
+
+    QCOMPARE(host.control({"bus", "--json"}), 0);
+    const QJsonObject told = QJsonDocument::fromJson(host.control_output()).object();
+    QCOMPARE(told["link"].toString(), "online");
+    QVERIFY(told["counters"]["received"].toInt() >= 2);
+    QCOMPARE(told["telegrams"].toArray().last()["address"].toString(), "1/1/1");
+    QCOMPARE(host.control({"status", "--json"}), 0);
+    const QJsonObject status = QJsonDocument::fromJson(host.control_output()).object();
+    QCOMPARE(status["bus"]["link"].toString(), "online");
+    QVERIFY(knxd.tool("groupswrite", {"1/1/2", "0"}));
+    QVERIFY(is_pushed("e-lamp", "execute", "0"));
 }
 
 void tst_knx_bus::export_has_what_the_bus_needs() {

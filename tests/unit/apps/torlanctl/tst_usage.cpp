@@ -30,6 +30,8 @@ void tst_usage::wrong_call_ends_with_status_2_data() {
     row({"dpt"}, "There is no command \"dpt\".");
     row({"dpt", "list", "y"}, "Usage: torlanctl dpt list.");
     row({"dpt", "encode", "9.001"}, "Usage: torlanctl dpt encode TYPE VALUE.");
+    row({"--data", "x", "status", "--jsn"}, "status has no option \"--jsn\".");
+    row({"--data", "x", "bus", "--follow", "y"}, "bus has no option \"y\".");
     row({"--data", "x", "export", "y"}, "Usage: torlanctl --data DIR export.");
 }
 
@@ -48,7 +50,7 @@ void tst_usage::help_lists_every_command() {
     for (const char* command :
          {"import FILE", "export", "grant USER ELEMENT PERMISSION", "user add NAME",
           "user passwd NAME", "user remove NAME", "set ITEM VALUE", "dpt encode TYPE VALUE",
-          "audit [OPTIONS]", "--data <DIR>"}) {
+          "audit [OPTIONS]", "status [--json]", "bus [--follow] [--json]", "--data <DIR>"}) {
         QVERIFY2(call.output.contains(QLatin1StringView(command)), command);
     }
 }
