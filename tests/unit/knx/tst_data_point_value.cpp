@@ -1,4 +1,6 @@
+#include <QRandomGenerator>
 #include <QTest>
+#include <algorithm>
 
 #include "knx/data_point_types.h"
 #include "knx/data_point_value.h"
@@ -18,6 +20,7 @@ class tst_data_point_value : public QObject {
     void refused_bytes_name_the_type_data();
     void refused_bytes_name_the_type();
     void every_value_of_a_small_type_survives_its_text();
+    void any_bytes_are_a_value_that_survives_or_refused();
     void no_text_with_fewer_decimals_means_the_same();
     void ends_of_every_range_are_taken_and_nothing_beyond();
 };
@@ -351,6 +354,35 @@ void tst_data_point_value::every_value_of_a_small_type_survives_its_text() {
             }
         }
         QVERIFY2(count == 0 || taken > 1, qPrintable(type.id()));
+    }
+}
+
+/// Bytes that encode() writes come back; others are read as the same value ever after.
+void tst_data_point_value::any_bytes_are_a_value_that_survives_or_refused() {
+    constexpr int tries = 30;
+    QRandomGenerator random(4711);
+    for (const data_point_type_t& type : knx::data_point_types()) {
+        int taken = 0;
+        for (int i = 0; i < tries * 16; ++i) {
+            QByteArray bytes(i < tries ? type.bytes() : i / tries, '\0');
+            // Mostly small bytes: dates, texts and single bits are among them.
+            const int highest = 1 << (1 + i % 8);
+            std::generate(bytes.begin(), bytes.end(),
+                          [&]() { return char(random.bounded(highest)); });
+            const auto text = knx::decode(type, bytes);
+            if (!text.is_ok()) {
+                QVERIFY(text.error.contains(type.id()));
+                continue;
+            }
+            ++taken;
+            QCOMPARE(bytes.size(), type.bytes());
+            const auto written = knx::encode(type, text.value);
+            QVERIFY2(written.is_ok(), qPrintable(written.error));
+            const auto again = knx::decode(type, written.value);
+            QCOMPARE(again.value, text.value);
+            QCOMPARE(knx::encode(type, again.value).value.toHex(), written.value.toHex());
+        }
+        QVERIFY2(taken > 0, qPrintable(type.id()));
     }
 }
 

@@ -23,6 +23,72 @@ class tst_options_t : public QObject {
         QCOMPARE(parsed.value.plugins, QString());
     }
 
+    void bus_is_named_in_full_data() {
+        QTest::addColumn<QString>("given");
+        QTest::addColumn<bool>("is_taken");
+        for (const char* taken : {"local:/run/knx", "local:/a b/c", "local:knx", "ip:host",
+                                  "ip:192.168.1.5", "ip:host:6720", "ip:host:1", "ip:host:65535"}) {
+            QTest::newRow(taken) << QString::fromLatin1(taken) << true;
+        }
+        for (const char* refused :
+             {"demo", "local:", "local", "/run/knx", "ip:", "ip", "ip::6720",
+              "ip:host:", "ip:host:0", "ip:host:65536", "ip:host:99999", "ip:host:1:2", "ip:host:x",
+              "ip:a b", "ip:a/b", "local:/a:b", "usb:1", "LOCAL:/run/knx"}) {
+            QTest::newRow(refused) << QString::fromLatin1(refused) << false;
+        }
+        QTest::newRow("empty") << QString() << false;
+    }
+
+    void bus_is_named_in_full() {
+        QFETCH(QString, given);
+        QFETCH(bool, is_taken);
+        const auto parsed = parse({"--knx", given});
+        QCOMPARE(parsed.error,
+                 is_taken ? QString()
+                          : "--knx takes local:PATH or ip:HOST[:PORT], not \"" + given + "\".");
+        QCOMPARE(parsed.value.knx.url, is_taken ? given : QString());
+    }
+
+    void bus_is_treated_as_told_data() {
+        QTest::addColumn<QStringList>("given");
+        QTest::addColumn<int>("rate");
+        QTest::addColumn<bool>("read");
+        QTest::newRow("not told") << QStringList() << 25 << true;
+        QTest::newRow("on") << QStringList{"--knx-read", "on"} << 25 << true;
+        QTest::newRow("off") << QStringList{"--knx-read=off"} << 25 << false;
+        QTest::newRow("slowest") << QStringList{"--knx-rate", "1"} << 1 << true;
+        QTest::newRow("fastest") << QStringList{"--knx-rate=100"} << 100 << true;
+    }
+
+    void bus_is_treated_as_told() {
+        QFETCH(QStringList, given);
+        const auto parsed = parse(given + QStringList{"--knx", "ip:host"});
+        QCOMPARE(parsed.error, QString());
+        QTEST(parsed.value.knx.telegrams_per_second, "rate");
+        QTEST(parsed.value.knx.read, "read");
+    }
+
+    void wrong_treatment_is_refused_data() {
+        QTest::addColumn<QStringList>("given");
+        QTest::addColumn<QString>("sentence");
+        const QString rate = "--knx-rate takes a number from 1 to 100, not \"%1\".";
+        const QString read = "--knx-read takes on or off, not \"%1\".";
+        for (const char* wrong : {"0", "101", "-1", "x", "", "2.5"}) {
+            QTest::addRow("rate %s", wrong)
+                << QStringList{"--knx-rate", wrong} << rate.arg(QString::fromLatin1(wrong));
+        }
+        for (const char* wrong : {"", "yes", "ON", "0", "offf"}) {
+            QTest::addRow("read %s", wrong)
+                << QStringList{"--knx-read", wrong} << read.arg(QString::fromLatin1(wrong));
+        }
+    }
+
+    void wrong_treatment_is_refused() {
+        QFETCH(QStringList, given);
+        QTEST(parse(given).error, "sentence");
+        QTEST(parse(given + QStringList{"--knx", "ip:host"}).error, "sentence");
+    }
+
     void every_option_is_taken() {
         const auto parsed = parse({"--data",
                                    "/a/b",
