@@ -3,6 +3,7 @@
 #include <QtTest>
 
 #include "kit/end_with_test.h"
+#include "kit/ets_house.h"
 #include "kit/free_port.h"
 #include "kit/has_ended.h"
 #include "system/support/api_user.h"
@@ -19,6 +20,7 @@ class tst_knx_demo : public QObject {
     void init();
     void cleanup();
     void lamp_written_by_a_user_comes_back_as_a_status();
+    void ets_project_becomes_a_house_with_two_commands();
     void other_program_on_the_bus_is_heard_and_no_other_user();
     void what_dies_is_started_again_data();
     void what_dies_is_started_again();
@@ -33,8 +35,8 @@ class tst_knx_demo : public QObject {
     QString url() const {
         return QStringLiteral("local:") + data() + QStringLiteral("/knxd.socket");
     }
-    void begin(const QString& _sample = QStringLiteral(KNX_SAMPLE));
-    bool is_ready();
+    void begin(const QString& _sample = QStringLiteral(KNX_SAMPLE), const QStringList& _more = {});
+    bool is_ready(const QString& _password = QStringLiteral("sample-alice"));
     /// Their command lines may be longer than what the kernel calls them.
     qint64 child(const QString& _name) const {
         return children_of(process->processId()).value(_name.left(15));
@@ -73,21 +75,23 @@ void tst_knx_demo::cleanup() {
     process.reset();
 }
 
-void tst_knx_demo::begin(const QString& _sample) {
+void tst_knx_demo::begin(const QString& _sample, const QStringList& _more) {
     process = std::make_unique<QProcess>();
     kit::end_with_test(process.get());
-    process->start(TORLAN_RUN, {"--data", data(), "--config-port", QString::number(free_port()),
-                                "--port", QString::number(port), "--sample", _sample,
-                                "--log-level-std", "2", "--knx", "demo"});
+    process->start(TORLAN_RUN,
+                   QStringList{"--data", data(), "--config-port", QString::number(free_port()),
+                               "--port", QString::number(port), "--sample", _sample,
+                               "--log-level-std", "2", "--knx", "demo"} +
+                       _more);
 }
 
-bool tst_knx_demo::is_ready() {
+bool tst_knx_demo::is_ready(const QString& _password) {
     while (process->state() != QProcess::NotRunning) {
         while (!process->canReadLine() && process->waitForReadyRead(60'000)) {
         }
         if (process->readLine().startsWith("torlan: ready")) {
             alice = std::make_unique<mqtt_client_t>();
-            return alice->sign_in(port, "alice", "sample-alice") == 0 &&
+            return alice->sign_in(port, "alice", _password) == 0 &&
                    alice->subscribe("local/api/v1/alice/#");
         }
     }
@@ -124,6 +128,40 @@ void tst_knx_demo::lamp_written_by_a_user_comes_back_as_a_status() {
     for (const char* level : {"55", "45", "35", "30"}) {
         QVERIFY2(is_pushed("e-kitchen-table", "level", level), level);
     }
+}
+
+// What docs/knx.md shows, with what is typed there.
+void tst_knx_demo::ets_project_becomes_a_house_with_two_commands() {
+    const auto write = [this](const char* _name, const QByteArray& _bytes) {
+        QFile file(folder->filePath(_name));
+        [&]() { QVERIFY(file.open(QIODevice::WriteOnly)); }();
+        file.write(_bytes);
+        return file.fileName();
+    };
+    const QString house = folder->filePath("mill.json");
+    QProcess convert;
+    convert.setStandardInputFile(write("password", "mill-alice\n"));
+    convert.start(TORLAN_ETS,
+                  {"--user", "alice", "--output", house, write("mill.knxproj", ets_house())});
+    QVERIFY(convert.waitForFinished(process_timeout_ms));
+    QCOMPARE(convert.exitCode(), 0);
+
+    begin({}, {"--import", house});
+    QVERIFY(is_ready("mill-alice"));
+    // As soon as the devices are there, they have told what they are.
+    QVERIFY(QTest::qWaitFor(
+        [this]() {
+            alice->request(request_topic("alice", "set", "e-1-1-1"), write_payload("execute", "1"));
+            return value_in(alice->request(request_topic("alice", "get", "e-1-1-1")), "execute") ==
+                   "1";
+        },
+        process_timeout_ms));
+    QVERIFY(is_pushed("e-1-1-1", "execute", "1"));
+    alice->request(request_topic("alice", "set", "e-1-1-3"), write_payload("level", "20"));
+    QVERIFY(is_pushed("e-1-1-3", "level", "10") && is_pushed("e-1-1-3", "level", "20"));
+    alice->request(request_topic("alice", "set", "e-2-2-1"), write_payload("move", "1"));
+    QVERIFY(is_pushed("e-2-2-1", "position", "10"));
+    alice->request(request_topic("alice", "set", "e-2-2-1"), write_payload("stop", "1"));
 }
 
 void tst_knx_demo::other_program_on_the_bus_is_heard_and_no_other_user() {
