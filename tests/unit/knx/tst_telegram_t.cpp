@@ -46,6 +46,8 @@ void tst_telegram_t::bytes_and_telegram_become_each_other() {
     QTEST(telegram->data, "data");
     QTEST(telegram->is_short, "is_short");
     QCOMPARE(apdu_of(*telegram).toHex(), apdu.toHex());
+    const QByteArray longest = QByteArray::fromHex("0080") + QByteArray(252, 'x');
+    QVERIFY(telegram_from_apdu(0x1105, 0x0901, longest));
 }
 
 void tst_telegram_t::what_is_no_group_telegram_is_left_out_data() {
@@ -53,6 +55,7 @@ void tst_telegram_t::what_is_no_group_telegram_is_left_out_data() {
     for (const char* apdu : {"", "00", "00c0", "0380", "0200", "01c1"}) {
         QTest::newRow(apdu) << QByteArray::fromHex(apdu);
     }
+    QTest::newRow("one too long") << QByteArray::fromHex("0080") + QByteArray(253, 'x');
     QTest::newRow("endless") << QByteArray::fromHex("0080") + QByteArray(300, 'x');
 }
 

@@ -36,7 +36,6 @@ std::optional<telegram_t> write_queue_t::take() {
 }
 
 void write_queue_t::clear() {
-    first += waiting.size();
     waiting.clear();
     states.clear();
 }

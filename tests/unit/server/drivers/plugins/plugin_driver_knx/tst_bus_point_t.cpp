@@ -60,6 +60,7 @@ void tst_bus_point_t::value_becomes_a_payload_data() {
     row("5.010", "1", "01", false);
     row("9.001", "21.5", "0c33", false);
     row("206.100", "0A0b", "0a0b", false);
+    row("206.100", "000102030405060708090a0b0c0d", "000102030405060708090a0b0c0d", false);
 }
 
 void tst_bus_point_t::value_becomes_a_payload() {
@@ -75,9 +76,11 @@ void tst_bus_point_t::refusal_names_item_address_and_value() {
     QCOMPARE(point("9.001").encode("700000").error,
              "Item i-1, address 1/1/1: The value \"700000\" is out of range for type 9.001 "
              "(temperature): -273 to 670760 °C.");
-    QCOMPARE(point("206.100").encode("0g").error,
-             "Item i-1, address 1/1/1: The value must be 1 to 14 bytes, two hexadecimal digits for "
-             "each.");
+    for (const char* wrong : {"0g", "", "0", "000102030405060708090a0b0c0d0e"}) {
+        QCOMPARE(point("206.100").encode(wrong).error,
+                 "Item i-1, address 1/1/1: The value must be 1 to 14 bytes, two hexadecimal digits "
+                 "for each.");
+    }
 }
 
 void tst_bus_point_t::telegram_becomes_a_value_data() {

@@ -14,6 +14,7 @@ class tst_write_queue_t : public QObject {
     void steps_are_never_replaced();
     void state_does_not_overtake_a_step();
     void state_behind_a_sent_one_waits_anew();
+    void state_behind_a_step_is_replaced_when_the_step_is_sent();
     void full_queue_refuses();
     void cleared_queue_begins_anew();
 };
@@ -76,6 +77,15 @@ void tst_write_queue_t::state_behind_a_sent_one_waits_anew() {
     QCOMPARE(queue.push(telegram(1, 3), true), taken_t::added);
     QCOMPARE(queue.push(telegram(2, 4), true), taken_t::replaced);
     QCOMPARE(taken(queue), QStringList({"2=4", "1=3"}));
+}
+
+void tst_write_queue_t::state_behind_a_step_is_replaced_when_the_step_is_sent() {
+    write_queue_t queue(10);
+    QCOMPARE(queue.push(telegram(1, 1), false), taken_t::added);
+    QCOMPARE(queue.push(telegram(1, 2), true), taken_t::added);
+    QCOMPARE(int(queue.take()->data[0]), 1);
+    QCOMPARE(queue.push(telegram(1, 3), true), taken_t::replaced);
+    QCOMPARE(taken(queue), QStringList({"1=3"}));
 }
 
 void tst_write_queue_t::full_queue_refuses() {
