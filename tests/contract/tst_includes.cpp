@@ -146,7 +146,8 @@ const QList<row_t> rows{
      "base/|http/|apps/program/|contract/(bus/bus_(counters|settings|telegram)_t|comunication/"
      "(protoserver_t|api_topics)|database/"
      "database_t|"
-     "logs/)|host/(accounts|audit|broker|control|endpoint|installation|live|loader|logs|process|store)/|"
+     "logs/)|host/"
+     "(accounts|audit|broker|control|endpoint|installation|live|loader|logs|process|store)/|"
      "server/utility/(cnfserver|http_read_config_server_t|torlan_option_t|utility_t)\\.h"},
     {"apps/torlanctl",
      "base/|contract/database/(name_rules|permission)|host/(installation|store)/|"
