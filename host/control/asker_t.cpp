@@ -51,9 +51,7 @@ void asker_t::on_readable() {
     if (socket.canReadLine()) {
         has_asked = true;
         limit.stop();
-        const QByteArray line = socket.readLine();
-        socket.readAll();
-        take(line);
+        take(socket.readLine());
     } else if (socket.bytesAvailable() >= longest_question) {
         has_asked = true;
         refuse(QStringLiteral("The question is longer than %1 bytes.").arg(longest_question));
