@@ -26,6 +26,7 @@ class tst_knx_demo : public QObject {
     void what_dies_is_started_again();
     void whatever_ends_it_nothing_is_left_and_the_next_start_works_data();
     void whatever_ends_it_nothing_is_left_and_the_next_start_works();
+    void bus_of_a_killed_start_is_waited_for();
     void bus_that_stands_still_delays_no_end();
     void home_without_a_bus_is_told();
     void missing_daemon_is_one_sentence_and_leaves_nothing();
@@ -157,6 +158,8 @@ void tst_knx_demo::ets_project_becomes_a_house_with_two_commands() {
         },
         process_timeout_ms));
     QVERIFY(is_pushed("e-1-1-1", "execute", "1"));
+    // Which nobody has written, and nobody was there to answer for at the start.
+    QVERIFY(is_pushed("e-5-0-2", "open", "0"));
     alice->request(request_topic("alice", "set", "e-1-1-3"), write_payload("level", "20"));
     QVERIFY(is_pushed("e-1-1-3", "level", "10") && is_pushed("e-1-1-3", "level", "20"));
     alice->request(request_topic("alice", "set", "e-2-2-1"), write_payload("move", "1"));
@@ -232,6 +235,24 @@ void tst_knx_demo::whatever_ends_it_nothing_is_left_and_the_next_start_works() {
     QVERIFY(is_ready());
     QVERIFY(all_have_ended(programs));
     QVERIFY(lamp_becomes("1"));
+}
+
+void tst_knx_demo::bus_of_a_killed_start_is_waited_for() {
+    begin();
+    QVERIFY(is_ready());
+    const auto bus = pid_t(child("knxd"));
+    ::kill(bus, SIGSTOP);  // it hears of its end later
+    process->kill();
+    QVERIFY(process->waitForFinished(process_timeout_ms));
+    begin();
+    QVERIFY(process->waitForFinished(process_timeout_ms));
+    QCOMPARE(process->exitCode(), 1);
+    const QByteArray error = process->readAllStandardError();
+    QVERIFY2(error.contains("The KNX daemon of a former start in "), error);
+    ::kill(bus, SIGCONT);
+    begin();
+    QVERIFY(is_ready());
+    QVERIFY(lamp_becomes("0"));
 }
 
 void tst_knx_demo::bus_that_stands_still_delays_no_end() {

@@ -32,7 +32,7 @@ class write_queue_t {
  private:
     const std::size_t limit;
     std::deque<telegram_t> waiting;
-    quint64 first = 0;  ///< number of the first that waits; it only grows
+    quint64 first = 0;                       ///< number of the first that waits; it only grows
     QHash<group_address_t, quint64> states;  ///< numbers of those that may be replaced
 };
 

@@ -138,6 +138,19 @@ class tst_project_reader : public QObject {
         QTEST(read(project_with(object, program_file(objects, refs))).groups.value(1).dpt, "type");
     }
 
+    void type_is_that_of_the_first_linked_object_that_has_one() {
+        const QByteArray object =
+            "<ComObjectInstanceRef RefId=\"O-@_R-9\" DatapointType=\"^\" Links=\"GA-1\"/>";
+        QByteArray objects;
+        for (const auto& [number, type] :
+             {std::pair("4", ""), std::pair("5", "DPST-1-2"), std::pair("6", "DPST-1-3")}) {
+            objects += QByteArray(object).replace('@', number).replace('^', type);
+        }
+        const project_t project =
+            read(kit::ets_project(device(objects) + ets_addresses(ets_address(1, "Lamp"))));
+        QCOMPARE(project.groups.value(1).dpt, "1.002");
+    }
+
     void its_own_type_comes_first() {
         auto files = kit::ets_files(device("<ComObjectInstanceRef RefId=\"O-4_R-9\" Links=\"GA-1\" "
                                            "DatapointType=\"DPST-1-3\"/>") +

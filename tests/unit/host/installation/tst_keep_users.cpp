@@ -61,6 +61,36 @@ class tst_keep_users : public QObject {
         QCOMPARE(next.permissions["u-1-2"], (grants_t{{"e-both", 2}}));
     }
 
+    void identifier_of_another_former_user_is_not_given_either() {
+        installation_t two = former;
+        two.users.insert("u-1-2", {"carol", "carol's hash"});
+        installation_t next = home({"e-both"}, "u-1", "bob", "bob's hash", {{"e-both", 2}});
+        keep_users(two, &next);
+        QCOMPARE(next.users["u-1"].username, "alice");
+        QCOMPARE(next.users["u-1-2"].username, "carol");
+        QCOMPARE(next.users["u-1-3"].username, "bob");
+        QCOMPARE(next.permissions["u-1-3"], (grants_t{{"e-both", 2}}));
+    }
+
+    // Who had to make room is still known by the name.
+    void former_user_who_has_the_identifier_of_another_stays_one() {
+        installation_t two = former;
+        two.users.insert("u-2", {"bob", "former hash of bob"});
+        installation_t next =
+            home({"e-both", "e-new"}, "u-1", "bob", "bob's hash", {{"e-both", 2}, {"e-new", 2}});
+        keep_users(two, &next);
+        QCOMPARE(next.users.keys(), (QStringList{"u-1", "u-2"}));
+        QCOMPARE(next.users["u-2"].password_hash, "former hash of bob");
+        QCOMPARE(next.permissions["u-2"], (grants_t{{"e-new", 2}}));
+    }
+
+    void who_has_no_grant_has_no_list_of_them() {
+        installation_t next = home({"e-new"}, "u-x", "bob", "bob's hash", {});
+        keep_users(former, &next);
+        QCOMPARE(next.users.keys(), (QStringList{"u-1", "u-x"}));
+        QCOMPARE(next.permissions.keys(), QStringList());
+    }
+
     void without_former_users_the_next_one_stays_as_it_is() {
         installation_t next = former;
         QCOMPARE(keep_users({}, &next), QStringList());
