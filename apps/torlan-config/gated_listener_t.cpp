@@ -4,9 +4,10 @@
 
 #include <utility>
 
+#include "gate/request_gate_t.h"
 #include "program/say.h"
 #include "program/socket_owner_t.h"
-#include "request_gate_t.h"
+#include "request_guard_t.h"
 
 namespace torlan {
 
@@ -53,7 +54,10 @@ void gated_listener_t::incomingConnection(qintptr _descriptor) {
     }
     ++connections;
     connect(socket, &QTcpSocket::disconnected, this, [this]() { --connections; });
-    auto* gate = new request_gate_t(socket, limit_ms);
+    auto* gate = new request_gate_t(socket, {.max_head_bytes = request_guard_t::max_head_bytes,
+                                             .max_body_bytes = request_guard_t::max_body_bytes,
+                                             .limit_ms = limit_ms,
+                                             .judge = &request_guard_t::judge});
     connect(gate, &request_gate_t::passed, this, &gated_listener_t::addPendingConnection);
     if (connections > max_connections) {
         gate->refuse({503, QStringLiteral("Too many connections")});

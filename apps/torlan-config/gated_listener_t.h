@@ -5,6 +5,8 @@
 #include <QTcpServer>
 #include <optional>
 
+#include "gate/gate_rules_t.h"
+
 namespace torlan {
 
 /// Listens on loopback and gives the HTTP server behind it only connections that hold one whole,
@@ -16,7 +18,7 @@ class gated_listener_t : public QTcpServer {
     Q_OBJECT
 
  public:
-    static constexpr int default_limit_ms = 10000;
+    static constexpr int default_limit_ms = gate_rules_t::default_limit_ms;
     /// Connections at once; a further one is told so and closed.
     static constexpr int max_connections = 64;
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "refusal_t.h"
-#include "request_head_t.h"
+#include "gate/refusal_t.h"
+#include "gate/request_head_t.h"
 
 namespace torlan {
 

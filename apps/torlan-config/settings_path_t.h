@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <QStringList>
 
-#include "refusal_t.h"
+#include "gate/refusal_t.h"
 
 namespace torlan {
 

@@ -3,8 +3,8 @@
 #include <QJsonDocument>
 
 #include "base/json_text.h"
+#include "gate/refusal_t.h"
 #include "program/say.h"
-#include "refusal_t.h"
 #include "settings_file_t.h"
 
 namespace torlan {

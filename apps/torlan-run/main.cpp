@@ -12,6 +12,7 @@
 #include "program/standard_streams.h"
 #include "program/stop_signals_t.h"
 #include "supervisor_t.h"
+#include "web_plan.h"
 
 namespace torlan {
 
@@ -22,10 +23,10 @@ int fail(const QString& _sentence) {
     return status_failed;
 }
 
-int supervise(const options_t& _options, const QString& _programs, const home_t& _home,
-              bool* _is_failed_start) {
+int supervise(const options_t& _options, const std::optional<web_t>& _web, const QString& _programs,
+              const home_t& _home, bool* _is_failed_start) {
     const stop_signals_t stop_signals;
-    supervisor_t supervisor(_options, _programs, _home.settings());
+    supervisor_t supervisor(_options, _web, _programs, _home.settings());
     QObject::connect(&supervisor, &supervisor_t::told,
                      [](const QString& _sentence) { say(stderr, _sentence); });
     // Queued: the loop may not run yet.
@@ -62,8 +63,16 @@ int run(const options_t& _options) {
         home.take_back();
         return fail(opened.error);
     }
+    const auto plan = plan_web(_options, QDir::cleanPath(programs + QStringLiteral("/../web")));
+    if (!plan.is_ok()) {
+        home.take_back();
+        return fail(plan.error);
+    }
+    for (const QString& sentence : plan.value.told) {
+        say(stderr, sentence);
+    }
     bool is_failed_start = false;
-    const int status = supervise(_options, programs, home, &is_failed_start);
+    const int status = supervise(_options, plan.value.web, programs, home, &is_failed_start);
     if (is_failed_start) {
         home.take_back();  // a first one leaves nothing; one that was asked to end keeps what it
                            // has

@@ -1,6 +1,7 @@
 #include "options_t.h"
 
 #include <QDir>
+#include <algorithm>
 
 #include "program/version.h"
 
@@ -18,6 +19,10 @@ QString help_text() {
         "  --data DIR       data folder (default: var); made when it is missing\n"
         "  --config-port N  the configuration server's port (default: 4321)\n"
         "  --knx demo       a KNX bus without a wire, and programs that play the home's devices\n"
+        "  --web-port N     the console's port (default: 4322, or a free one), a page for browsers "
+        "on\n"
+        "                   127.0.0.1; WebSockets are on then (default: 9001, or a free one)\n"
+        "  --no-web         no console\n"
         "  --user NAME      run as the system account NAME, for good; only root can ask for it\n"
         "  -h, --help       show this text\n"
         "  -v, --version    show the version\n"
@@ -43,6 +48,10 @@ class reader_t {
         return true;
     }
     bool is(const char* _name) const { return name == QLatin1String(_name); }
+    bool is_one_of(std::initializer_list<const char*> _names) const {
+        return std::any_of(_names.begin(), _names.end(),
+                           [this](const char* _name) { return is(_name); });
+    }
     /// With its value; nothing: it has none.
     QStringList with_value() {
         if (whole != name) {
@@ -58,15 +67,30 @@ class reader_t {
     QStringList left;
 };
 
-base::result_t take_port(const QString& _text, quint16* _port) {
+std::optional<quint16> port_of(const QString& _text) {
     bool is_number = false;
-    const uint number = _text.toUInt(&is_number);
-    if (!is_number || number < 1 || number > 65535) {
+    const quint16 number = _text.toUShort(&is_number);
+    return is_number ? std::optional<quint16>(number) : std::nullopt;
+}
+
+base::result_t take_port(const QStringList& _pair, quint16* _port) {
+    const std::optional<quint16> port = port_of(_pair[1]);
+    if (port.value_or(0) == 0) {
         return base::result_t::failed(
-            QStringLiteral("--config-port takes a number from 1 to 65535, not \"%1\".").arg(_text));
+            QStringLiteral("%1 takes a number from 1 to 65535, not \"%2\".")
+                .arg(_pair[0], _pair[1]));
     }
-    *_port = static_cast<quint16>(number);
+    *_port = *port;
     return {};
+}
+
+/// What the server reads and judges, and this program has to know.
+void look_at(const QStringList& _pair, options_t* _options) {
+    if (_pair[0] == QLatin1String("--port")) {
+        _options->port = port_of(_pair[1]);
+    } else if (_pair[0] == QLatin1String("--ws-port")) {
+        _options->ws_port = port_of(_pair[1]);
+    }
 }
 
 /// An option of this program's own, or one that must not come twice.
@@ -85,8 +109,13 @@ base::result_t take(reader_t* _reader, options_t* _options) {
     } else if (_reader->is("--knx")) {
         _options->is_knx_demo = value == QLatin1String("demo");
         _options->server += _options->is_knx_demo ? QStringList() : pair;
+    } else if (_reader->is("--config-port")) {
+        return take_port(pair, &_options->config_port);
+    } else if (_reader->is("--web-port")) {
+        return take_port(pair, &_options->web_port.emplace(quint16(0)));
     } else {
-        return take_port(value, &_options->config_port);
+        look_at(pair, _options);
+        _options->server += pair;
     }
     return {};
 }
@@ -105,8 +134,10 @@ base::result_of_t<options_t> parse_options(const QStringList& _arguments) {
             options.to_show = version_text();
             return options;
         }
-        if (reader.is("--data") || reader.is("--user") || reader.is("--config-port") ||
-            reader.is("--import") || reader.is("--knx")) {
+        if (reader.whole == QLatin1String("--no-web")) {
+            options.no_web = true;
+        } else if (reader.is_one_of({"--data", "--user", "--config-port", "--import", "--knx",
+                                     "--web-port", "--port", "--ws-port"})) {
             if (const base::result_t taken = take(&reader, &options); !taken.is_ok()) {
                 return taken;
             }

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <optional>
 
 #include "base/result_t.h"
 
@@ -11,6 +12,10 @@ namespace torlan {
 struct options_t {
     QString data = QStringLiteral("var");  ///< absolute after parse_options()
     quint16 config_port = 4321;            ///< of the configuration server, on loopback
+    std::optional<quint16> web_port;       ///< the console's; nothing: a free one will do
+    bool no_web = false;                   ///< no console
+    std::optional<quint16> port;           ///< the broker's, read for the server and handed on
+    std::optional<quint16> ws_port;        ///< the same, of its WebSockets; 0: none
     QString user;                          ///< system account to become; empty: stay who starts it
     bool is_knx_demo = false;              ///< a bus of its own, and devices on it
     QStringList server;                    ///< everything else, for the server; it reads them

@@ -21,9 +21,9 @@ QString ending_of(const supervised_process_t& _child) {
 
 }  // namespace
 
-supervisor_t::supervisor_t(const options_t& _options, const QString& _programs,
-                           const QString& _settings, QObject* _parent)
-    : QObject(_parent), options(_options), programs(_programs), settings(_settings) {
+supervisor_t::supervisor_t(const options_t& _options, const std::optional<web_t>& _web,
+                           const QString& _programs, const QString& _settings, QObject* _parent)
+    : QObject(_parent), options(_options), web(_web), programs(_programs), settings(_settings) {
     set_up_connections();
     if (options.is_knx_demo) {
         set_up_demo();
@@ -54,6 +54,8 @@ void supervisor_t::set_up_connections() {
             on_server_ready();
         }
     });
+    connect(&console, &console_child_t::settled, this, &supervisor_t::launch_server);
+    connect(&console, &console_child_t::told, this, &supervisor_t::told);
     connect(&config, &supervised_process_t::failed, this, &supervisor_t::on_config_failed);
     connect(&config, &supervised_process_t::died, this, &supervisor_t::on_config_died);
     connect(&server, &supervised_process_t::failed, this, &supervisor_t::on_server_failed);
@@ -99,10 +101,26 @@ void supervisor_t::start_config() {
 
 void supervisor_t::on_config_ready() {
     if (server.state() == supervised_process_t::state_t::stopped && !served) {
-        launch_server();
+        if (web) {
+            console.start(programs + QStringLiteral("/torlan-web"), *web,
+                          options.data + QStringLiteral("/console.json"));
+        } else {
+            launch_server();
+        }
     } else {
         Q_EMIT told(QStringLiteral("the configuration server had ended and was started again."));
     }
+}
+
+QStringList supervisor_t::console_arguments() const {
+    if (!web || !console.is_up()) {
+        return {};
+    }
+    QStringList arguments{QStringLiteral("--console"), web->address()};
+    if (!options.ws_port) {
+        arguments += {QStringLiteral("--ws-port"), QString::number(web->ws_port)};
+    }
+    return arguments;
 }
 
 QStringList supervisor_t::server_arguments() const {
@@ -110,7 +128,7 @@ QStringList supervisor_t::server_arguments() const {
     return QStringList{QStringLiteral("--supervisor"),  QString::number(server_link.descriptor()),
                        QStringLiteral("--data"),        options.data,
                        QStringLiteral("--config-port"), QString::number(options.config_port)} +
-           options.server +
+           console_arguments() + options.server +
            (demo ? QStringList{QStringLiteral("--knx"), demo->url()} : QStringList()) +
            (served ? QStringList() : options.once);
 }
@@ -192,6 +210,7 @@ int supervisor_t::end_all() {
     server_link.read_all();
     const bool runs = server.process_id() != 0;
     server.stop();
+    console.stop();
     config.stop();
     if (demo) {
         demo->stop();

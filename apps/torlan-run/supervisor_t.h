@@ -5,23 +5,26 @@
 #include <memory>
 
 #include "child_link_t.h"
+#include "console_child_t.h"
 #include "knx_demo_t.h"
 #include "options_t.h"
 #include "process/supervised_process_t.h"
 
 namespace torlan {
 
-/// The two programs of an installation: the configuration server, then, when that is ready, the
-/// server; both brought back when they die after they were once ready, and ended together. With a
-/// KNX bus to try it on, where one is asked for. Main thread, with an event loop.
+/// The programs of an installation: the configuration server, then, when that is ready, the
+/// console's, which nothing depends on, then the server; all brought back when they die after they
+/// were once ready, and ended together. With a KNX bus to try it on, where one is asked for. Main
+/// thread, with an event loop.
 class supervisor_t : public QObject {
     Q_OBJECT
 
  public:
-    /// @param _programs folder of both
+    /// @param _web nothing: no console
+    /// @param _programs folder of them all
     /// @param _settings file of the settings
-    supervisor_t(const options_t& _options, const QString& _programs, const QString& _settings,
-                 QObject* _parent = nullptr);
+    supervisor_t(const options_t& _options, const std::optional<web_t>& _web,
+                 const QString& _programs, const QString& _settings, QObject* _parent = nullptr);
 
     /// ended() may come before this returns.
     void start();
@@ -49,6 +52,7 @@ class supervisor_t : public QObject {
     void set_up_demo();
     void start_config();
     QStringList server_arguments() const;
+    QStringList console_arguments() const;
     void launch_server();
     void on_config_ready();
     void on_server_ready();
@@ -60,6 +64,7 @@ class supervisor_t : public QObject {
     int end_all();
 
     const options_t options;
+    const std::optional<web_t> web;
     const QString programs;
     const QString settings;
     bool served = false;
@@ -68,6 +73,7 @@ class supervisor_t : public QObject {
     qint64 server_process = 0;  ///< of its last launch
     child_link_t config_link;
     child_link_t server_link;
+    console_child_t console;
     // Ended before the links close.
     process::supervised_process_t config;
     process::supervised_process_t server;

@@ -9,6 +9,7 @@
 #include "broker/port_check.h"
 #include "chosen_log.h"
 #include "connection_topic.h"
+#include "console_facts.h"
 #include "driver_folder.h"
 #include "first_request_t.h"
 #include "logs/log_line.h"
@@ -326,6 +327,14 @@ base::result_t host_t::ask_api() {
     connect(this, &host_t::broken_off, &probe, &ready_probe_t::give_up);
     base::result_t answered = probe.run();
     accounts->end_checks();
+    if (answered.is_ok() && !options.console.isEmpty()) {
+        // The console lacks the state of the server then, and the rest runs.
+        if (const base::result_t told = write_console_facts(
+                folder.file(QStringLiteral("console.json")), options.port, *database);
+            !told.is_ok()) {
+            utility::log_line(told.error, 2, __func__, source, __LINE__);
+        }
+    }
     return answered;
 }
 
@@ -363,6 +372,9 @@ QString host_t::ready_text() const {
     text += QStringLiteral(" (%1 elements, %2 users)\n")
                 .arg(data->getElements()->getObjects().size())
                 .arg(data->getUsers()->getObjects().size());
+    if (!options.console.isEmpty()) {
+        text += QStringLiteral("torlan: the console is at %1\n").arg(options.console);
+    }
     if (const auto request = first_request_t::find(*database, *live->gate())) {
         text += request->text(options.port, import.password_of(request->user_id));
     }

@@ -70,6 +70,9 @@ void describe(QCommandLineParser* _parser) {
         {QStringLiteral("sample"),
          QStringLiteral("Import FILE if there is no installation in the data folder yet."),
          QStringLiteral("FILE")},
+        {QStringLiteral("console"),
+         QStringLiteral("Address of the console, shown when ready; torlan-run gives it."),
+         QStringLiteral("URL")},
         {QStringLiteral("user"),
          QStringLiteral("Run as the system account NAME, for good; only root can ask for it."),
          QStringLiteral("NAME")},
@@ -186,6 +189,7 @@ base::result_of_t<options_t> read(const QCommandLineParser& _parser) {
     options.simulate = _parser.isSet(QStringLiteral("simulate"));
     options.broker_program = _parser.value(QStringLiteral("broker-program"));
     options.import_file = _parser.value(QStringLiteral("import"));
+    options.console = _parser.value(QStringLiteral("console"));
     options.user = _parser.value(QStringLiteral("user"));
     options.supervisor = supervisor_descriptor(_parser);
     options.sample_file = _parser.value(QStringLiteral("sample"));

@@ -32,6 +32,7 @@ struct options_t {
     QString import_file;                   ///< replaces the installation; empty: none
     QString sample_file;  ///< imported when there is no installation yet; empty: none
     int supervisor = -1;  ///< socket of the program that supervises; -1: none does
+    QString console;      ///< address of the console, to be shown; empty: there is none
     QString user;         ///< system account to become; empty: stay who starts it
     QString to_show;      ///< to be printed instead of all that: help, version; empty: none
 };

@@ -133,8 +133,9 @@ const QList<row_t> rows{
     {"host/live", "base/|contract/(bus|database)/|host/(installation|store)/"},
     {"host/loader", "base/|contract/|server/drivers/driver/|host/process/trusted_path"},
     {"apps/program", "base/"},
+    {"apps/gate", "base/|http/loopback"},
     {"apps/torlan-config",
-     "base/|http/|apps/program/|host/process/(file_lock_t|holder_text)|"
+     "base/|http/|apps/(program|gate)/|host/process/(file_lock_t|holder_text)|"
      "host/audit/(audit_log_t|entry_t|file_name|operations)"},
     {"apps/torlan-ets",
      "base/|contract/database/name_rules|host/ets/|host/installation/password_error|"
@@ -149,6 +150,7 @@ const QList<row_t> rows{
      "logs/)|host/"
      "(accounts|audit|broker|control|endpoint|installation|live|loader|logs|process|store)/|"
      "server/utility/(cnfserver|http_read_config_server_t|torlan_option_t|utility_t)\\.h"},
+    {"apps/torlan-web", "base/|apps/(program|gate)/"},
     {"apps/torlanctl",
      "base/|contract/database/(name_rules|permission)|host/(installation|store)/|"
      "host/accounts/broker_hash|host/audit/(audit_reader_t|file_name|filter_t|people_text)|"

@@ -3,8 +3,8 @@
 #include <QJsonDocument>
 
 #include "fuzz/fuzz_input.h"
+#include "gate/request_head_t.h"
 #include "request_guard_t.h"
-#include "request_head_t.h"
 #include "settings_document_t.h"
 #include "settings_path_t.h"
 

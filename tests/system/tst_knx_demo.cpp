@@ -82,7 +82,7 @@ void tst_knx_demo::begin(const QString& _sample, const QStringList& _more) {
     process->start(TORLAN_RUN,
                    QStringList{"--data", data(), "--config-port", QString::number(free_port()),
                                "--port", QString::number(port), "--sample", _sample,
-                               "--log-level-std", "2", "--knx", "demo"} +
+                               "--log-level-std", "2", "--knx", "demo", "--no-web"} +
                        _more);
 }
 
@@ -289,7 +289,7 @@ void tst_knx_demo::missing_daemon_is_one_sentence_and_leaves_nothing() {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("PATH", "/nonexistent");
     process->setProcessEnvironment(environment);
-    process->start(TORLAN_RUN, {"--data", data(), "--knx", "demo"});
+    process->start(TORLAN_RUN, {"--data", data(), "--knx", "demo", "--no-web"});
     QVERIFY(process->waitForFinished(process_timeout_ms));
     QCOMPARE(process->exitCode(), 1);
     const QByteArray error = process->readAllStandardError();

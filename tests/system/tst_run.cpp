@@ -15,6 +15,7 @@ class tst_run : public QObject {
         folder = std::make_unique<QTemporaryDir>();
         QVERIFY(QFile::copy(RUN, folder->filePath("run")));
         script("packaging/install-packages", "exit 0");
+        script("packaging/unpack-packages", "exit 0");
         script("tools/cmake",
                "mkdir -p build/release && echo \"CMAKE_HOME_DIRECTORY:INTERNAL=$PWD\" "
                ">build/release/CMakeCache.txt && touch build/release/build.ninja");
@@ -27,11 +28,13 @@ class tst_run : public QObject {
     }
 
     void it_becomes_the_supervisor_with_its_options() {
-        start({"--data", "/a b", "--port=5", "--simulate", "--user", "u", "--config-port", "7"});
+        start({"--data", "/a b", "--port=5", "--simulate", "--user", "u", "--config-port", "7",
+               "--web-port", "8", "--no-web"});
         QVERIFY(process.waitForFinished());
         const QByteArray given = process.readAllStandardOutput();
         QVERIFY2(given.startsWith("--data\n/a b\n--config-port\n7\n--sample\n"), given);
-        QVERIFY2(given.endsWith("--port=5\n--simulate\n--user\nu\n"), given);
+        QVERIFY2(given.endsWith("--port=5\n--simulate\n--user\nu\n--web-port\n8\n--no-web\n"),
+                 given);
         QCOMPARE(process.exitCode(), 0);
     }
 
@@ -130,6 +133,13 @@ class tst_run : public QObject {
         QVERIFY(!QFile::exists(moved + "/build/release/left"));
         QVERIFY(process.readAllStandardError().contains("has moved"));
         QVERIFY(QDir().rename(moved, former));
+    }
+
+    void library_that_cannot_be_fetched_ends_nothing() {
+        script("packaging/unpack-packages", "exit 1");
+        start({});
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitCode(), 0);
     }
 
     void failed_step_ends_it_data() {

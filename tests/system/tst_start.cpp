@@ -41,7 +41,8 @@ class tst_start : public QObject {
                            "--config-port",   QString::number(config_port),
                            "--port",          QString::number(port),
                            "--sample",        SAMPLE,
-                           "--log-level-std", "2"} +
+                           "--log-level-std", "2",
+                           "--no-web"} +
                _more;
     }
     void begin(const QStringList& _arguments) {

@@ -55,6 +55,17 @@ class tst_options_t : public QObject {
         QTEST(read.value.server, "server");
     }
 
+    void console_is_ours_and_the_ports_it_must_know_go_on() {
+        const auto read = parse_options(
+            {"torlan-run", "--web-port", "7", "--ws-port=9", "--port", "3", "--no-web"});
+        QCOMPARE(read.error, QString());
+        QCOMPARE(read.value.web_port, std::optional<quint16>(7));
+        QCOMPARE(read.value.ws_port, std::optional<quint16>(9));
+        QCOMPARE(read.value.port, std::optional<quint16>(3));
+        QVERIFY(read.value.no_web);
+        QCOMPARE(read.value.server, (QStringList{"--ws-port", "9", "--port", "3"}));
+    }
+
     void wrong_one_is_told_data() {
         QTest::addColumn<QStringList>("given");
         QTest::addColumn<QString>("named");
@@ -63,6 +74,8 @@ class tst_options_t : public QObject {
         QTest::newRow("no number") << QStringList{"--config-port", "x"} << "\"x\"";
         QTest::newRow("port 0") << QStringList{"--config-port=0"} << "\"0\"";
         QTest::newRow("above ports") << QStringList{"--config-port", "65536"} << "\"65536\"";
+        QTest::newRow("web port 0") << QStringList{"--web-port=0"} << "--web-port takes";
+        QTest::newRow("web port, no value") << QStringList{"--web-port"} << "--web-port needs";
         QTest::newRow("empty port") << QStringList{"--config-port="} << "\"\"";
     }
 

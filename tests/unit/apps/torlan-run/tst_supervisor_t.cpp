@@ -19,6 +19,7 @@ class tst_supervisor_t : public QObject {
     void init() {
         folder = std::make_unique<QTemporaryDir>();
         options = {};
+        web.reset();
         options.data = folder->path();
         options.config_port = 4711;
         options.server = QStringList{"--port", "1"};
@@ -36,6 +37,54 @@ class tst_supervisor_t : public QObject {
         QCOMPARE(calls("torlan-server"),
                  QStringList{QString("--data %1 --config-port 4711 --port 1 --import file")
                                  .arg(folder->path())});
+    }
+
+    void console_starts_between_and_the_server_tells_its_address() {
+        web = torlan::web_t{"pages", 8, 9};
+        program("torlan-web", ready + lasting);
+        start();
+        QTRY_VERIFY(supervisor->was_ready());
+        QCOMPARE(calls("torlan-web"),
+                 QStringList{QString("--pages pages --facts %1/console.json --port 8 --ws-port 9")
+                                 .arg(folder->path())});
+        QVERIFY2(calls("torlan-server")
+                     .constFirst()
+                     .contains("--console http://127.0.0.1:8/ --ws-port 9 --port 1"),
+                 qPrintable(calls("torlan-server").constFirst()));
+        QCOMPARE(supervisor->stop(), 0);
+        QVERIFY(!is_running("torlan-web"));
+    }
+
+    void websockets_that_were_asked_for_are_not_asked_for_twice() {
+        web = torlan::web_t{"pages", 8, 9};
+        options.ws_port = 9;
+        program("torlan-web", ready + lasting);
+        start();
+        QTRY_VERIFY(supervisor->was_ready());
+        QVERIFY(!calls("torlan-server").constFirst().contains("--ws-port"));
+    }
+
+    void console_that_cannot_start_is_told_and_the_rest_runs() {
+        web = torlan::web_t{"pages", 8, 9};
+        program("torlan-web", "exit 1");
+        start();
+        QTRY_VERIFY(supervisor->was_ready());
+        QVERIFY(!calls("torlan-server").constFirst().contains("--console"));
+        QCOMPARE(told->size(), 1);
+        QVERIFY(told->constFirst()[0].toString().startsWith("there is no console"));
+    }
+
+    void console_that_dies_is_started_again_and_nothing_else() {
+        web = torlan::web_t{"pages", 8, 9};
+        program("torlan-web", ready + lasting);
+        start();
+        QTRY_VERIFY(supervisor->was_ready());
+        const pid_t server = process("torlan-server");
+        ::kill(process("torlan-web"), SIGKILL);
+        QTRY_COMPARE(calls("torlan-web").size(), 2);
+        QTRY_COMPARE(told->size(), 2);
+        QCOMPARE(process("torlan-server"), server);
+        QCOMPARE(calls("torlan-server").size(), 1);
     }
 
     void both_end_with_it() {
@@ -140,6 +189,7 @@ class tst_supervisor_t : public QObject {
 
  private:
     // Its number, on the descriptor that is its first argument; the options begin behind it.
+    // Of bash: other shells know descriptors of one digit only.
     const QByteArray ready = "eval 'echo $$ >&'$1; ";
     const QByteArray lasting = "trap 'exit 0' TERM; while :; do sleep 0.05; done";
 
@@ -147,7 +197,7 @@ class tst_supervisor_t : public QObject {
         // Exchanged as a whole: a shell reads its file while it runs.
         QFile file(folder->filePath("new"));
         QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("#!/bin/sh\nshift\necho $$ >" + path(_name, ".pid") +
+        file.write("#!/bin/bash\nshift\necho $$ >" + path(_name, ".pid") +
                    "\n(number=$1; shift; echo \"$*\") >>" + path(_name, ".calls") + "\n" + _line +
                    "\n");
         file.close();
@@ -174,7 +224,7 @@ class tst_supervisor_t : public QObject {
         return QFile::exists(QStringLiteral("/proc/%1").arg(process(_name)));
     }
     void start() {
-        supervisor = std::make_unique<supervisor_t>(options, folder->path(), "settings");
+        supervisor = std::make_unique<supervisor_t>(options, web, folder->path(), "settings");
         ended = std::make_unique<QSignalSpy>(supervisor.get(), &supervisor_t::ended);
         told = std::make_unique<QSignalSpy>(supervisor.get(), &supervisor_t::told);
         supervisor->start();
@@ -182,6 +232,7 @@ class tst_supervisor_t : public QObject {
 
     std::unique_ptr<QTemporaryDir> folder;
     options_t options;
+    std::optional<torlan::web_t> web;
     std::unique_ptr<supervisor_t> supervisor;
     std::unique_ptr<QSignalSpy> ended;
     std::unique_ptr<QSignalSpy> told;

@@ -1,4 +1,4 @@
-#include "request_head_t.h"
+#include "gate/request_head_t.h"
 
 #include <QTest>
 

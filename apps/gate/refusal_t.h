@@ -7,8 +7,9 @@ namespace torlan {
 
 /// Why a request is not served; status 0: it is.
 struct refusal_t {
-    int status = 0;   ///< an HTTP status of 400 or above
-    QString message;  ///< one sentence for the client
+    int status = 0;        ///< an HTTP status of 400 or above
+    QString message;       ///< one sentence for the client
+    QByteArray allowed{};  ///< of a 405: the methods that are served
 
     explicit operator bool() const { return status != 0; }
 };

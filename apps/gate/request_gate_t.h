@@ -4,7 +4,7 @@
 #include <QTcpSocket>
 #include <QTimer>
 
-#include "refusal_t.h"
+#include "gate/gate_rules_t.h"
 
 namespace torlan {
 
@@ -17,8 +17,8 @@ class request_gate_t : public QObject {
     Q_OBJECT
 
  public:
-    /// Watches @p _socket and becomes its child. Request and answer together get @p _limit_ms.
-    request_gate_t(QTcpSocket* _socket, int _limit_ms);
+    /// Watches @p _socket and becomes its child.
+    request_gate_t(QTcpSocket* _socket, const gate_rules_t& _rules);
 
     /// Answers with @p _refusal and closes.
     void refuse(const refusal_t& _refusal);
@@ -36,6 +36,7 @@ class request_gate_t : public QObject {
     void on_late();
 
     QTcpSocket* const socket;
+    const gate_rules_t rules;
     QTimer limit;
     qint64 whole_bytes = 0;  ///< of head and body; 0: the head is not known yet
     qint64 head_bytes = 0;

@@ -1,9 +1,6 @@
-#include "request_gate_t.h"
+#include "gate/request_gate_t.h"
 
 #include <sys/socket.h>
-
-#include "request_guard_t.h"
-#include "request_head_t.h"
 
 namespace torlan {
 
@@ -14,16 +11,15 @@ constexpr int linger_ms = 2000;
 
 }  // namespace
 
-request_gate_t::request_gate_t(QTcpSocket* _socket, int _limit_ms)
-    : QObject(_socket), socket(_socket) {
-    socket->setReadBufferSize(request_guard_t::max_head_bytes + request_guard_t::max_body_bytes +
-                              1);
+request_gate_t::request_gate_t(QTcpSocket* _socket, const gate_rules_t& _rules)
+    : QObject(_socket), socket(_socket), rules(_rules) {
+    socket->setReadBufferSize(rules.max_head_bytes + rules.max_body_bytes + 1);
     connect(socket, &QTcpSocket::readyRead, this, &request_gate_t::examine);
     connect(socket, &QTcpSocket::bytesWritten, this, &request_gate_t::close_when_sent);
     connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
     connect(&limit, &QTimer::timeout, this, &request_gate_t::on_late);
     limit.setSingleShot(true);
-    limit.start(_limit_ms);
+    limit.start(rules.limit_ms);
 }
 
 void request_gate_t::examine() {
@@ -31,9 +27,9 @@ void request_gate_t::examine() {
         examine_body();
         return;
     }
-    const QByteArray start = socket->peek(request_guard_t::max_head_bytes);
+    const QByteArray start = socket->peek(rules.max_head_bytes);
     const qsizetype end = start.indexOf("\r\n\r\n");
-    if (end < 0 && start.size() < request_guard_t::max_head_bytes) {
+    if (end < 0 && start.size() < rules.max_head_bytes) {
         return;
     }
     const auto head = end < 0 ? std::nullopt : request_head_t::parse(start.left(end + 2));
@@ -42,7 +38,7 @@ void request_gate_t::examine() {
                        : refusal_t{400, QStringLiteral("The request is malformed")});
         return;
     }
-    if (const refusal_t refusal = request_guard_t::judge(*head)) {
+    if (const refusal_t refusal = rules.judge(*head)) {
         refuse(refusal);
         return;
     }
