@@ -5,9 +5,13 @@
 #include <QJsonDocument>
 #include <QSaveFile>
 
+#include "bench/cases/change_cases.h"
+#include "bench/cases/micro_cases.h"
+#include "bench/cases/peer_cases.h"
 #include "bench/cases/progress.h"
 #include "bench/cases/push_cases.h"
 #include "bench/cases/request_cases.h"
+#include "bench/cases/start_cases.h"
 #include "bench/cases/storm_cases.h"
 #include "bench/load/client_loop_t.h"
 #include "bench/measure/machine_facts.h"
@@ -27,8 +31,10 @@ struct case_t {
     result_t (*measure)(const run_plan_t& _plan, QJsonArray* _results);
 };
 
-const QList<case_t> cases{
-    {"requests", measure_requests}, {"pushes", measure_pushes}, {"storms", measure_storms}};
+const QList<case_t> cases{{"requests", measure_requests}, {"pushes", measure_pushes},
+                          {"storms", measure_storms},     {"starts", measure_starts},
+                          {"changes", measure_changes},   {"micro", measure_micro},
+                          {"peer", measure_peer}};
 
 struct options_t {
     run_plan_t plan;
@@ -47,9 +53,11 @@ void describe(QCommandLineParser* _parser) {
     _parser->setApplicationDescription("Measures what the server costs.");
     _parser->addOptions({{"out", "Where the results go, as JSON.", "FILE"},
                          {"rounds", "Rounds of each measurement (default: 9).", "N", "9"},
+                         {"milliseconds", "Of one lane in one round (default: 400).", "N", "400"},
                          {"only", "Measure what holds this word.", "WORD"},
                          {"note", "A sentence about this run, for its readers.", "TEXT"},
                          {"commit", "What was built.", "ID"},
+                         {"peer", "Folder where bench/peers is installed.", "DIR"},
                          {"smallest", "Everything once and as small as it goes; says nothing."}});
     torlan::add_standard_options(_parser);
 }
@@ -57,10 +65,12 @@ void describe(QCommandLineParser* _parser) {
 options_t options_of(const QCommandLineParser& _parser) {
     options_t options;
     options.out = _parser.value("out");
+    options.plan.peer = _parser.value("peer");
     options.note = _parser.value("note");
     options.commit = _parser.value("commit");
     options.plan.only = _parser.value("only");
     options.plan.rounds = _parser.value("rounds").toInt();
+    options.plan.duration = std::chrono::milliseconds(_parser.value("milliseconds").toInt());
     options.plan.smallest = _parser.isSet("smallest");
     if (options.plan.smallest) {
         options.plan.rounds = 1;
@@ -86,6 +96,7 @@ result_t measure(const options_t& _options) {
                         {"note", _options.note},
                         {"rounds", _options.plan.rounds},
                         {"smallest", _options.plan.smallest},
+                        {"milliseconds", int(_options.plan.duration.count())},
                         {"machine", machine_facts()}};
     for (const case_t& each : cases) {
         QJsonArray found;

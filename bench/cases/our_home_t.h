@@ -26,6 +26,7 @@ class our_home_t {
     qint64 server_pid() const { return host.pid(); }
     qint64 broker_pid() const { return host.broker_pid(); }
     support::host_process_t& process() { return host; }
+    QString data() const { return host.data(); }
 
  private:
     const int lamps;

@@ -13,6 +13,8 @@ struct run_plan_t {
         false;     ///< once, as small as it goes: proves that it works and says nothing else
     QString only;  ///< what holds this word; empty: all
 
+    QString peer;  ///< folder where the peer is installed; empty: none
+
     bool wants(const QString& _name) const { return _name.contains(only); }
 };
 

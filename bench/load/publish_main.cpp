@@ -1,6 +1,7 @@
 // torlan-bench-publish HOST PORT IN_FLIGHT USERS ELEMENTS BYTES: the raw half of a start. Signs in
 // as the line "user password" of standard input, publishes a retained state of BYTES bytes for each
-// element and user at QoS 2, IN_FLIGHT of them unanswered, and says "done".
+// element and user at QoS 2, IN_FLIGHT of them unanswered, and says "done" and
+// how many seconds that took.
 #include <cstdlib>
 #include <iostream>
 
@@ -43,11 +44,13 @@ int main(int _argc, char** _argv) {
     door.port = std::atoi(_argv[2]);
     load_client_t client([](std::string_view, std::string_view) {});
     const auto number = [_argv](int _index) { return std::size_t(std::atol(_argv[_index])); };
-    if (!client.sign_in(door) ||
-        !publish_all(&client, number(3), number(4), number(5), number(6))) {
+    const bool signed_in = client.sign_in(door);
+    const auto begin = client_loop_t::clock_t::now();
+    if (!signed_in || !publish_all(&client, number(3), number(4), number(5), number(6))) {
         std::cerr << "torlan-bench-publish: not everything was published\n";
         return 1;
     }
-    std::cout << "done" << std::endl;
+    const std::chrono::duration<double> took = client_loop_t::clock_t::now() - begin;
+    std::cout << "done " << took.count() << std::endl;
     return 0;
 }

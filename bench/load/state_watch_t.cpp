@@ -60,7 +60,7 @@ void state_watch_t::hear(std::size_t _user, std::string_view _topic, std::string
     const long value = _payload.empty() ? deleted : value_in(_payload);
     if (std::exchange(last[_user][std::size_t(element)], value) == -1) {
         end = clock_t::now();
-        begin = heard_count++ == 0 ? end : begin;
+        ++heard_count;
     }
     bytes = _payload.empty() ? bytes : _payload.size();
     if (_user == 0 && on_first) {

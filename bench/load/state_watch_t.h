@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -27,14 +28,13 @@ class state_watch_t {
     /// Called for each state of the first user.
     std::function<void(std::size_t _element, long _value)> on_first;
 
-    /// How many states were heard of at least once, over all users.
+    /// How many states were heard of at least once, over all users. Any thread.
     std::size_t heard() const { return heard_count; }
     std::size_t expected() const { return doors.size() * elements; }
     /// The last value of each element that each user has heard; -1: none, -2: it was deleted.
     const std::vector<std::vector<long>>& values() const { return last; }
     std::size_t state_bytes() const { return bytes; }
-    /// When something was heard of for the first time, and last so.
-    clock_t::time_point first_new() const { return begin; }
+    /// When a state was last heard of for the first time.
     clock_t::time_point last_new() const { return end; }
 
  private:
@@ -45,10 +45,9 @@ class state_watch_t {
     std::vector<std::unique_ptr<load_client_t>> clients;
     client_loop_t loop;
     std::vector<std::vector<long>> last;  ///< by user and element
-    std::size_t heard_count = 0;
+    std::atomic<std::size_t> heard_count{0};
     std::size_t bytes = 0;
-    clock_t::time_point begin;
-    clock_t::time_point end;
+    clock_t::time_point end = clock_t::now();
 };
 
 }  // namespace bench

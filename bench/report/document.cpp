@@ -4,7 +4,9 @@
 #include <QRegularExpression>
 
 #include "bench/report/markdown.h"
+#include "bench/report/other_tables.h"
 #include "bench/report/request_table.h"
+#include "bench/report/target_table.h"
 
 namespace bench {
 
@@ -17,13 +19,22 @@ struct table_t {
 };
 
 const QList<table_t> tables{{"requests", "requests", request_table},
-                            {"request_costs", "requests", request_cost_table}};
+                            {"request_costs", "requests", request_cost_table},
+                            {"pushes", "pushes", push_table},
+                            {"storms", "storms", storm_table},
+                            {"starts", "starts", start_table},
+                            {"memory", "starts", memory_table},
+                            {"changes", "changes", change_table},
+                            {"micro", "micro", micro_table},
+                            {"peer", "peer", peer_table}};
 
 QString machine_text(const QJsonObject& _results) {
     const QJsonObject machine = _results["machine"].toObject();
-    QList<QStringList> rows{{"measured", _results["measured"].toString()},
-                            {"commit", _results["commit"].toString()},
-                            {"rounds", QString::number(_results["rounds"].toInt())}};
+    QList<QStringList> rows{
+        {"measured", _results["measured"].toString()},
+        {"commit", _results["commit"].toString()},
+        {"rounds", QString::number(_results["rounds"].toInt())},
+        {"milliseconds of a round", QString::number(_results["milliseconds"].toInt())}};
     for (auto it = machine.begin(); it != machine.end(); ++it) {
         rows.append({QString(it.key()).replace('_', ' '), it.value().toVariant().toString()});
     }
@@ -34,7 +45,8 @@ QString machine_text(const QJsonObject& _results) {
 }  // namespace
 
 QMap<QString, QString> tables_of(const QJsonObject& _results) {
-    QMap<QString, QString> made{{"machine", machine_text(_results)}};
+    QMap<QString, QString> made{{"machine", machine_text(_results)},
+                                {"targets", target_table(_results)}};
     for (const table_t& table : tables) {
         const QJsonArray rows = _results[table.section].toArray();
         made.insert(table.word, rows.isEmpty() ? QStringLiteral("Not measured in this run.\n")

@@ -7,6 +7,7 @@
 #include <QSaveFile>
 
 #include "bench/report/document.h"
+#include "bench/report/plots.h"
 #include "bench/report/results_check.h"
 #include "program/begin_program.h"
 #include "program/exit_status_t.h"
@@ -42,7 +43,8 @@ result_t make_document(const QJsonObject& _results, const QStringList& _argument
         return checked.is_ok() ? result_t(form) : checked;
     }
     const auto text = fill_in(QString::fromUtf8(form.value), tables_of(_results));
-    return text.is_ok() ? write(_arguments[3], text.value) : result_t(text);
+    const result_t drawn = text.is_ok() ? draw(plots_of(_results), _arguments[4]) : result_t(text);
+    return drawn.is_ok() ? write(_arguments[3], text.value) : drawn;
 }
 
 result_t report(const QStringList& _arguments) {

@@ -20,4 +20,8 @@ QString figure(double _value) {
     return QLocale(QLocale::English).toString(_value, 'f', places);
 }
 
+QString number_of(double _count) {
+    return QLocale(QLocale::English).toString(_count, 'f', 0);
+}
+
 }  // namespace bench

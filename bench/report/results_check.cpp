@@ -10,7 +10,7 @@ namespace {
 using base::result_t;
 
 constexpr int least_rounds = 9;
-const QStringList sections{"requests"};
+const QStringList sections{"requests", "pushes", "storms", "starts", "changes", "micro"};
 
 result_t check_lane(const QString& _section, const QJsonObject& _lane, int _rounds) {
     for (const char* const key : {"rate", "median", "p99"}) {

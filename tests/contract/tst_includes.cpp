@@ -155,6 +155,9 @@ const QList<row_t> rows{
      "base/|contract/database/(name_rules|permission)|host/(installation|store)/|"
      "host/accounts/broker_hash|host/audit/(audit_reader_t|file_name|filter_t|people_text)|"
      "host/control/(control_client_t|protocol)|apps/program/|knx/data_point_(type|types|value)"},
+    {"bench/micro",
+     "contract/router/|server/(drivers/plugins/plugin_driver_api|utility)/|tests/fakes/"
+     "memory_database_t"},
     {"bench",
      "base/result_t|contract/|host/|server/drivers/driver/|apps/program/|tests/fakes/|"
      "tests/kit/(end_with_test|free_port|lamps_home|password_of)|"

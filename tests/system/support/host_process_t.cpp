@@ -11,8 +11,9 @@
 namespace support {
 
 namespace {
-constexpr int start_timeout_ms = 60000;
-constexpr int tool_timeout_ms = 60000;
+// Benchmarks start a million states with it.
+constexpr int start_timeout_ms = 300000;
+constexpr int tool_timeout_ms = 300000;
 constexpr int stop_timeout_ms = 15000;
 }  // namespace
 

@@ -22,7 +22,9 @@ QJsonObject lane(int _rounds) {
 
 QJsonObject results(int _rounds_of_lane = 9) {
     const QJsonArray row{QJsonObject{{"lanes", QJsonArray{lane(9), lane(_rounds_of_lane)}}}};
-    return {{"format", 1}, {"smallest", false}, {"rounds", 9}, {"requests", row}};
+    return {{"format", 1},     {"smallest", false}, {"rounds", 9},
+            {"requests", row}, {"pushes", row},     {"storms", row},
+            {"starts", row},   {"changes", row},    {"micro", row}};
 }
 
 QJsonObject but(const QString& _key, const QJsonValue& _value) {
@@ -53,7 +55,7 @@ class tst_results_check : public QObject {
             << but("rounds", 3) << "The results are of 3 rounds, 9 are needed.";
         QTest::newRow("more rounds than measured")
             << but("rounds", 10) << "\"rate\" of \"torlan\" in \"requests\" is not of 10 rounds.";
-        for (const char* section : {"requests"}) {
+        for (const char* section : {"requests", "pushes", "storms", "starts", "changes", "micro"}) {
             QTest::newRow(section) << but(section, QJsonArray())
                                    << QStringLiteral("The results have no \"%1\".").arg(section);
         }
