@@ -28,6 +28,7 @@ class tst_knx_bus_t : public QObject {
     void telegrams_and_counters_are_shown();
     void own_telegram_sets_every_item_that_listens();
     void scene_of_the_telegram_is_executed_and_no_other();
+    void end_of_a_scene_is_no_telegram();
     void scene_that_devices_are_to_learn_is_not_played();
     void value_out_of_range_is_refused_and_told();
     void bad_telegrams_are_counted_and_told_once();
@@ -181,6 +182,19 @@ void tst_knx_bus_t::scene_of_the_telegram_is_executed_and_no_other() {
     Q_EMIT site.port.execution_requested("s-3", true);
     QVERIFY(site.comes("s-3=true"));
     QCOMPARE(site.port.reported.mid(2), QStringList({"s-3=true", "s-4=false"}));
+}
+
+void tst_knx_bus_t::end_of_a_scene_is_no_telegram() {
+    real_knxd_t knxd(cache_t::without);
+    QVERIFY(knxd.start());
+    site_t site(knxd.url());
+    QVERIFY(site.start());
+    Q_EMIT site.port.execution_requested("s-3", false);
+    QCOMPARE(site.port.reported, QStringList({"s-3=false"}));
+    // What waited would go before it.
+    Q_EMIT site.port.value_requested("i-temperature", "20");
+    QVERIFY(site.comes("i-temperature=20"));
+    QCOMPARE(site.bus->counted().sent, quint64(1));
 }
 
 void tst_knx_bus_t::scene_that_devices_are_to_learn_is_not_played() {
