@@ -17,6 +17,11 @@ using base::result_t;
 
 constexpr int longest_ms = 60'000;
 
+/// A text as gnuplot reads it.
+QString quoted(QString _text) {
+    return '\'' + _text.replace('\'', "''") + '\'';
+}
+
 /// Part of the requests that was answered within a time.
 plot_t latency_plot(const QJsonObject& _row) {
     plot_t plot;
@@ -100,9 +105,9 @@ QString plot_script(const plot_t& _plot, const QString& _path) {
     QString text =
         QStringLiteral(
             "set terminal svg size 720,420 noenhanced font 'sans,13' background 'white'\n"
-            "set output '%1'\nset title '%2'\nset xlabel '%3'\nset ylabel '%4'\n"
+            "set output %1\nset title %2\nset xlabel %3\nset ylabel %4\n"
             "set grid\nset key below\n")
-            .arg(_path, _plot.title, _plot.x, _plot.y);
+            .arg(quoted(_path), quoted(_plot.title), quoted(_plot.x), quoted(_plot.y));
     text += _plot.x_log ? "set logscale x\n" : "";
     text += _plot.y_log ? "set logscale y\n" : "";
     QStringList parts;
@@ -112,9 +117,9 @@ QString plot_script(const plot_t& _plot, const QString& _path) {
             text += QStringLiteral("%1 %2\n").arg(point.x()).arg(point.y());
         }
         text += "END\n";
-        parts += QStringLiteral("$line%1 with linespoints pt 7 ps 0.3 lw 2 title '%2'")
+        parts += QStringLiteral("$line%1 with linespoints pt 7 ps 0.3 lw 2 title %2")
                      .arg(i)
-                     .arg(_plot.lines[i].name);
+                     .arg(quoted(_plot.lines[i].name));
     }
     return text + "plot " + parts.join(", ") + '\n';
 }

@@ -23,10 +23,11 @@ class tst_plots : public QObject {
     }
 
     void a_script_has_every_point_and_line() {
-        plot_t plot{"f", "Title", "x", "y", true, false, {{"one", {{1, 2}}}, {"two", {{3, 4.5}}}}};
+        plot_t plot{
+            "f", "Title", "x", "y", true, false, {{"one", {{1, 2}}}, {"two's", {{3, 4.5}}}}};
         const QString script = plot_script(plot, "/out.svg");
         for (const char* part : {"set output '/out.svg'\n", "set logscale x\n", "1 2\n", "3 4.5\n",
-                                 "$line0 with", "$line1 with", "title 'two'"}) {
+                                 "$line0 with", "$line1 with", "title 'two''s'"}) {
             QVERIFY2(script.contains(QLatin1String(part)), part);
         }
         QVERIFY(!script.contains("set logscale y"));
