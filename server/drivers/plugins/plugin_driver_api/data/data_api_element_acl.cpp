@@ -1,5 +1,5 @@
 // The permission side of data_api_element_object_t.
-#include <QThread>
+#include <QSet>
 
 #include "database/permission.h"
 #include "drivers/plugins/plugin_driver_api/data/data_api_element_object_t.h"
@@ -10,11 +10,11 @@ using namespace database::permission;
 
 void data_api_element_object_t::populatePermission() {
     permission = false;
-    QStringList seen;
+    QSet<QString> seen;
     const QStringList ids = view.user_ids(true);
     for (const QString& id : ids) {
         const QString username = view.username(id);
-        seen.append(username);
+        seen.insert(username);
         const int bits = view.permission(id_element, id);
         if (!permissions.contains(username)) {
             permissions.insert(username, static_cast<quint64>(qMax(bits, 0)));

@@ -1,9 +1,11 @@
 #include "drivers/plugins/plugin_driver_api/data/data_api_element_object_t.h"
 
+#include <QStringBuilder>
+
 #include "database/element_type.h"
 #include "database/persistent/objects/psoe_scenario.h"
 #include "database/persistent/objects/psoe_thermo_logic.h"
-#include "logs/log_line.h"
+#include "logs/classlogs.h"
 #include "utility/utility_t.h"
 
 namespace interfaces {
@@ -15,7 +17,18 @@ namespace element_type = database::element_type;
 namespace {
 constexpr const char* source =
     "server/drivers/plugins/plugin_driver_api/data/data_api_element_object_t";
+
+/// A line of update_value(), which every listening element writes at every change: its texts are
+/// made once.
+void log_update(const QString& _message, int _line) {
+    static const QString function = QStringLiteral("update_value");
+    static const QString file = QLatin1String(source);
+    if (utility::logs::classlogs* logger = utility::logs::classlogs::getInstance()) {
+        logger->log_asynch(_message, 6, function, file, _line);
+    }
 }
+
+}  // namespace
 
 data_api_element_object_t::data_api_element_object_t(QPointer<database::database_t> db,
                                                      const QString& _id_element, QObject* _parent)
@@ -146,12 +159,11 @@ bool data_api_element_object_t::setItemValue(const QString& id_item, const QStri
 }
 
 void data_api_element_object_t::update_value(const QString& _key) {
-    utility::log_line(
-        QStringLiteral("Update element ") + name_element + QStringLiteral(" item: ") + _key, 6,
-        "update_value", source, 431);
+    log_update(QStringLiteral("Update element ") % name_element % QStringLiteral(" item: ") % _key,
+               431);
     const QStringList functions = function_ids.value(_key);
     if (functions.isEmpty()) {
-        utility::log_line(QStringLiteral("Functions id is empty"), 6, "update_value", source, 435);
+        log_update(QStringLiteral("Functions id is empty"), 435);
         return;
     }
     for (const QString& function : functions) {

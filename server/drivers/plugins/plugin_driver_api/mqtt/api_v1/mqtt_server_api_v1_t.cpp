@@ -1,6 +1,5 @@
 #include "drivers/plugins/plugin_driver_api/mqtt/api_v1/mqtt_server_api_v1_t.h"
 
-#include <QRegExp>
 #include <array>
 
 #include "database/permission.h"
@@ -45,11 +44,17 @@ QJsonObject restricted(QJsonObject _json, const QHash<QString, QString>& _item_i
     return _json;
 }
 
+QRegExp compiled(const QString& _root) {
+    QString pattern = api_topics::retained_pattern(_root);
+    pattern.replace(QLatin1Char('/'), QLatin1String("\\/"));
+    return QRegExp(pattern);
+}
+
 }  // namespace
 
 mqtt_server_api_v1_t::mqtt_server_api_v1_t(QPointer<data_api_elements_t> _elements,
                                            QObject* _parent)
-    : mqtt_server_api_base_t(version, _elements, _parent) {}
+    : mqtt_server_api_base_t(version, _elements, _parent), retained_topic(compiled(api_root)) {}
 
 mqtt_server_api_v1_t::~mqtt_server_api_v1_t() = default;
 
@@ -136,9 +141,8 @@ void mqtt_server_api_v1_t::init_route_path() {
 
 bool mqtt_server_api_v1_t::handlerMessageRetained(const QString& username, const QString& topic,
                                                   const QJsonObject&) {
-    QString pattern = api_topics::retained_pattern(api_root);
-    pattern.replace(QLatin1Char('/'), QLatin1String("\\/"));
-    QRegExp expression(pattern);
+    // Shares what was compiled once: the broker may send a million of them.
+    QRegExp expression = retained_topic;
     if (!expression.exactMatch(topic)) {
         return true;
     }
@@ -153,8 +157,12 @@ QString mqtt_server_api_v1_t::topic_update_element(const QString& user, const QS
 }
 
 void mqtt_server_api_v1_t::populate_acl(acl_t acl) {
-    const QHash<QString, QStringList> lines = acl_lines(api_root, usernames(), acl);
-    Q_UNUSED(lines);
+    // One user's at a time: of a large installation all of them are some hundred megabytes.
+    const QStringList users = usernames();
+    for (const QString& user : users) {
+        const QHash<QString, QStringList> lines = acl_lines(api_root, {user}, acl);
+        Q_UNUSED(lines);
+    }
 }
 
 QHash<QString, QStringList> mqtt_server_api_v1_t::acl_lines(const QString& _root,

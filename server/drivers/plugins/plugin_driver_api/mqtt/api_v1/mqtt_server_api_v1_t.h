@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QRegExp>
+
 #include "drivers/plugins/plugin_driver_api/mqtt/api_v1/mqtt_server_api_base_t.h"
 
 namespace interfaces {
@@ -37,6 +39,8 @@ class mqtt_server_api_v1_t : public mqtt_server_api_base_t {
     /// The packets of one element for @p _usernames; see packet_update(id, changed).
     packets_t element_packets(const QString& _id, const QStringList& _changed,
                               const QStringList& _usernames);
+
+    const QRegExp retained_topic;  ///< of an element's state
 };
 
 }  // namespace interfaces
