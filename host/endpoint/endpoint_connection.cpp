@@ -25,4 +25,14 @@ client_settings_t connection_of(const endpoint_settings_t& _settings) {
     return made;
 }
 
+outgoing_t connection_message(const endpoint_settings_t& _settings, const QByteArray& _word,
+                              bool _bus_online) {
+    QByteArray text = "{\"state\":\"" + _word + '"';
+    if (_settings.tells_bus) {
+        const bool is_there = _bus_online && _word == "online";
+        text += QByteArray(",\"bus\":\"") + (is_there ? "online" : "offline") + '"';
+    }
+    return {_settings.connection_topic.toUtf8(), text + '}', utility::qos_t::at_least_once, true};
+}
+
 }  // namespace comunication

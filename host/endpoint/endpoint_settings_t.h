@@ -31,8 +31,9 @@ struct endpoint_settings_t {
     std::chrono::seconds keep_alive{15};                ///< 5 s or more
 
     request_limits_t requests;
-    std::size_t packet_bytes = 0;          ///< the broker takes no larger message; 0: no limit
-    std::size_t queue_messages = 500'000;  ///< waiting messages, above: dropped
+    std::size_t packet_bytes = 0;  ///< the broker takes no larger message; 0: no limit
+    /// Waiting messages; states above it are dropped. Some portions of elements for 100 users.
+    std::size_t queue_messages = 65'536;
     std::size_t queue_bytes = 256u * 1024 * 1024;  ///< topics and payloads of these
 };
 

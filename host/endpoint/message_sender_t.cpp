@@ -21,40 +21,61 @@ constexpr std::size_t loaded_bytes = 1024 * 1024;
 /// Of the window, for refusals: an answer finds a place in it at once.
 constexpr int window_of_refusals = 5;
 
-void tell_once(bool& _told, const QString& _line) {
-    if (!std::exchange(_told, true)) {
-        ::utility::log_line(_line, 3, "send", source, __LINE__);
-    }
-}
-
 }  // namespace
 
 message_sender_t::message_sender_t(mosquitto_client_t& _client, endpoint_counters_t& _counts,
                                    std::size_t _most_messages, std::size_t _most_bytes,
-                                   marked_t _marked)
+                                   listener_t _listener)
     : client(_client),
       counts(_counts),
-      marked(std::move(_marked)),
+      listener(std::move(_listener)),
       queue(_most_messages, _most_bytes) {}
 
 void message_sender_t::send(outgoing_t _message) {
     if (!is_open) {
         ++counts.dropped_disconnected;
-        tell_once(told_closed, QStringLiteral("Not connected to the broker, messages are dropped"));
+        if (!std::exchange(told_closed, true)) {
+            ::utility::log_line(QStringLiteral("Not connected to the broker, messages are dropped"),
+                                3, "send", source, __LINE__);
+        }
         return;
     }
+    const bool is_state = _message.retain;
     if (!queue.push(std::move(_message))) {
-        ++counts.dropped_full;
-        tell_once(told_full,
-                  QStringLiteral("Too many messages wait for the broker, more are dropped"));
+        drop(is_state);
         return;
     }
     send_more();
 }
 
+void message_sender_t::drop(bool _is_state) {
+    ++counts.dropped_full;
+    if (lost_states + lost_answers == 0) {
+        ::utility::log_line(
+            QStringLiteral("%1 messages of %2 bytes wait for the broker, more are dropped")
+                .arg(queue.size())
+                .arg(queue.bytes()),
+            2, "drop", source, __LINE__);
+    }
+    ++(_is_state ? lost_states : lost_answers);
+}
+
+void message_sender_t::tell_lost() {
+    const quint64 states = std::exchange(lost_states, 0);
+    const quint64 answers = std::exchange(lost_answers, 0);
+    ::utility::log_line(QStringLiteral("Dropped %1 states and %2 answers, too many waited for the "
+                                       "broker: all states are published again")
+                            .arg(states)
+                            .arg(answers),
+                        2, "tell_lost", source, __LINE__);
+    if (listener.states_lost) {
+        listener.states_lost();
+    }
+}
+
 void message_sender_t::mark(quint64 _mark) {
     if (!is_open) {
-        marked(_mark, false);
+        tell_mark(_mark, false);
         return;
     }
     outgoing_t mark;
@@ -62,6 +83,12 @@ void message_sender_t::mark(quint64 _mark) {
     mark.mark = _mark;
     static_cast<void>(queue.push(std::move(mark)));
     send_more();
+}
+
+void message_sender_t::tell_mark(quint64 _mark, bool _complete) const {
+    if (listener.marked) {
+        listener.marked(_mark, _complete);
+    }
 }
 
 void message_sender_t::send_refusal(const QString& _user, outgoing_t _message) {
@@ -73,6 +100,10 @@ void message_sender_t::send_refusal(const QString& _user, outgoing_t _message) {
 }
 
 bool message_sender_t::is_loaded() const {
+    // A portion of elements is under way, and the next: requests need not wait for all of them.
+    if (queue.has_marks() && queue.answers() < loaded_messages) {
+        return false;
+    }
     return queue.size() >= loaded_messages || queue.bytes() >= loaded_bytes;
 }
 
@@ -83,18 +114,20 @@ void message_sender_t::on_delivered(bool _accepted) {
 }
 
 void message_sender_t::close() {
-    is_open = told_full = told_closed = false;
+    is_open = false;
     counts.dropped_disconnected += quint64(in_flight) + refusals.size();
-    refusals.clear();
-    in_flight = 0;
     while (!queue.is_empty()) {
         const outgoing_t dropped = queue.pop();
         if (dropped.kind == outgoing_t::kind_t::mark) {
-            marked(dropped.mark, false);
+            tell_mark(dropped.mark, false);
         } else {
             ++counts.dropped_disconnected;
         }
     }
+    refusals.clear();
+    in_flight = 0;
+    lost_states = lost_answers = 0;
+    told_closed = false;
 }
 
 void message_sender_t::send_more() {
@@ -112,8 +145,8 @@ void message_sender_t::send_more() {
         hand_over(refusals.pop());
     }
     sending = false;
-    if (queue.is_empty()) {
-        told_full = false;
+    if (queue.is_empty() && lost_states + lost_answers > 0) {
+        tell_lost();
     }
 }
 
@@ -123,12 +156,12 @@ void message_sender_t::hand_over(const outgoing_t& _next) {
                          status_subscription);
         return;
     }
-    if (_next.kind == outgoing_t::kind_t::mark) {
-        marked(_next.mark, true);
-        return;
-    }
     if (_next.kind == outgoing_t::kind_t::unsubscribe) {
         client.unsubscribe(QString::fromUtf8(_next.topic));
+        return;
+    }
+    if (_next.kind == outgoing_t::kind_t::mark) {
+        tell_mark(_next.mark, true);
         return;
     }
     ++in_flight;

@@ -17,12 +17,17 @@ class message_sender_t {
     /// Identifier of the status subscription.
     static constexpr quint32 status_subscription = 2;
 
-    /// Hears of each mark once: the broker has answered all that was sent before it; not
-    /// @p _complete: or that was lost with the connection.
-    using marked_t = std::function<void(quint64 _mark, bool _complete)>;
+    /// What the owner hears; nothing of it is called when it is empty.
+    struct listener_t {
+        /// Of each mark once: the broker has answered all that was sent before it; not
+        /// @p _complete: or that was lost with the connection.
+        std::function<void(quint64 _mark, bool _complete)> marked;
+        /// The queue was too full for some states or deletions, and has room again.
+        std::function<void()> states_lost;
+    };
 
     message_sender_t(mosquitto_client_t& _client, endpoint_counters_t& _counts,
-                     std::size_t _most_messages, std::size_t _most_bytes, marked_t _marked);
+                     std::size_t _most_messages, std::size_t _most_bytes, listener_t _listener);
 
     /// Takes one message, sent as soon as possible; dropped and counted when there is no
     /// connection or no room. A change of the status subscription has the filter as its topic.
@@ -53,18 +58,22 @@ class message_sender_t {
  private:
     void send_more();
     void hand_over(const outgoing_t& _next);
+    void drop(bool _is_state);
+    void tell_lost();
+    void tell_mark(quint64 _mark, bool _complete) const;
 
     mosquitto_client_t& client;
     endpoint_counters_t& counts;
-    const marked_t marked;
+    const listener_t listener;
     outgoing_queue_t queue;
     refusal_queue_t refusals;
     int in_flight = 0;  ///< handed to the library, not yet answered
     bool is_open = false;
     bool sending = false;  ///< send_more() is running
-    // One line per burst of each kind.
-    bool told_full = false;
-    bool told_closed = false;
+    // Dropped since the queue was empty.
+    quint64 lost_states = 0;
+    quint64 lost_answers = 0;
+    bool told_closed = false;  ///< one line per burst
 };
 
 }  // namespace comunication

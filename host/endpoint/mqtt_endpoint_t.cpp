@@ -21,8 +21,7 @@ mqtt_endpoint_t::mqtt_endpoint_t(const endpoint_settings_t& _settings, QObject* 
       settings(_settings),
       connection(connection_of(_settings)),
       client(this),
-      sender(client, counts, _settings.queue_messages, _settings.queue_bytes,
-             [this](quint64 _mark, bool _complete) { Q_EMIT marked(_mark, _complete); }),
+      sender(client, counts, _settings.queue_messages, _settings.queue_bytes, sender_listener()),
       publisher(sender, counts, _settings.packet_bytes),
       gate(
           _settings.requests, counts, [this]() { return sender.is_loaded(); }, this),
@@ -36,6 +35,11 @@ mqtt_endpoint_t::mqtt_endpoint_t(const endpoint_settings_t& _settings, QObject* 
 
 mqtt_endpoint_t::~mqtt_endpoint_t() {
     client.abandon();
+}
+
+message_sender_t::listener_t mqtt_endpoint_t::sender_listener() {
+    return {[this](quint64 _mark, bool _complete) { Q_EMIT marked(_mark, _complete); },
+            [this]() { Q_EMIT states_lost(); }};
 }
 
 void mqtt_endpoint_t::set_up_connections() {
@@ -296,12 +300,7 @@ void mqtt_endpoint_t::publish_delete(const QString& _topic, utility::qos_t _qos,
 }
 
 outgoing_t mqtt_endpoint_t::connection_message(const QByteArray& _word) const {
-    QByteArray text = "{\"state\":\"" + _word + '"';
-    if (settings.tells_bus) {
-        const bool is_there = bus_online && _word == "online";
-        text += QByteArray(",\"bus\":\"") + (is_there ? "online" : "offline") + '"';
-    }
-    return {settings.connection_topic.toUtf8(), text + '}', utility::qos_t::at_least_once, true};
+    return comunication::connection_message(settings, _word, bus_online);
 }
 
 }  // namespace comunication

@@ -65,6 +65,10 @@ class mqtt_endpoint_t : public protoserver_t {
     /// its connection.
     void marked(quint64 mark, bool complete);
 
+    /// States or deletions were dropped because too many waited, and there is room again: what the
+    /// broker holds is complete when everything is published once more.
+    void states_lost();
+
     /// What became of a request; whoever listens does little and is called on this thread.
     void exchanged(const comunication::exchange_t& exchange);
 
@@ -98,6 +102,7 @@ class mqtt_endpoint_t : public protoserver_t {
     void tell(const std::optional<exchange_t>& _exchange);
     void log_outage(const QString& _reason);
     outgoing_t connection_message(const QByteArray& _word) const;
+    message_sender_t::listener_t sender_listener();
     void finish_stop();
     void end_stop();
 

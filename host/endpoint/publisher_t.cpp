@@ -30,12 +30,24 @@ QJsonValue publisher_t::publish(const QString& _topic, const QJsonValue& _payloa
         ++counts.refused;
         return QJsonValue::Undefined;
     }
-    outgoing_t message{_topic.toUtf8(), base::json_to_text(_payload), _qos, _retain};
+    outgoing_t message{_topic.toUtf8(), text_of(_payload), _qos, _retain};
     if (is_too_large(message)) {
         return replace_too_large(message, _payload);
     }
     sender.send(std::move(message));
     return _payload;
+}
+
+QByteArray publisher_t::text_of(const QJsonValue& _payload) {
+    if (!_payload.isObject()) {
+        return base::json_to_text(_payload);
+    }
+    const QJsonObject payload = _payload.toObject();
+    if (last_text.isEmpty() || payload != last_payload) {
+        last_payload = payload;
+        last_text = base::json_to_text(payload);
+    }
+    return last_text;
 }
 
 void publisher_t::refuse(const QString& _request_topic, const QJsonObject& _answer) {

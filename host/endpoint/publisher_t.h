@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QByteArray>
+#include <QJsonObject>
 #include <QJsonValue>
 #include <QString>
 
@@ -27,6 +29,7 @@ class publisher_t {
     void open() { told_topic = told_size = false; }
 
  private:
+    QByteArray text_of(const QJsonValue& _payload);
     bool is_retainable(const QString& _topic);
     bool is_too_large(const outgoing_t& _message) const;
     QJsonValue replace_too_large(const outgoing_t& _message, const QJsonValue& _payload);
@@ -34,6 +37,9 @@ class publisher_t {
     message_sender_t& sender;
     endpoint_counters_t& counts;
     const std::size_t packet_bytes;
+    // The same state goes to one user after the other, and is the same object.
+    QJsonObject last_payload;
+    QByteArray last_text;
     // Logged for this connection.
     bool told_topic = false;
     bool told_size = false;

@@ -3,6 +3,7 @@
 #include <QTest>
 
 #include "endpoint/mqtt_endpoint_t.h"
+#include "fakes/recording_logger_t.h"
 #include "kit/mqtt_client_t.h"
 #include "kit/real_broker_t.h"
 #include "kit/wait_until.h"
@@ -44,6 +45,8 @@ class tst_mqtt_endpoint_t : public QObject {
     void publish_without_a_value_deletes_nothing();
     void impossible_topic_is_refused_and_counted();
     void full_queue_drops_and_counts();
+    void a_mark_comes_back_behind_what_was_published();
+    void a_mark_comes_back_without_a_connection();
     void connection_topic_tells_the_state();
 
  private:
@@ -302,6 +305,7 @@ void tst_mqtt_endpoint_t::impossible_topic_is_refused_and_counted() {
 }
 
 void tst_mqtt_endpoint_t::full_queue_drops_and_counts() {
+    const fakes::recording_logger_t logger;
     auto settings = broker->endpoint_settings();
     settings.queue_messages = 100;
     connect_endpoint(settings);
@@ -311,7 +315,40 @@ void tst_mqtt_endpoint_t::full_queue_drops_and_counts() {
     }
     // 20 in flight, 100 waiting: nothing is acknowledged before events are handled.
     QCOMPARE(endpoint->counters().dropped_full.load(), quint64(880));
+    QSignalSpy lost(endpoint.get(), &mqtt_endpoint_t::states_lost);
     QTRY_COMPARE(endpoint->counters().published.load(), quint64(121));
+    QCOMPARE(lost.size(), 1);
+    QCOMPARE(logger.lines().size(), 2);
+    QCOMPARE(logger.lines().last().level, 2);
+    QCOMPARE(logger.count("100 messages of "), 1);
+    QCOMPARE(logger.count("Dropped 880 states and 0 answers"), 1);
+}
+
+void tst_mqtt_endpoint_t::a_mark_comes_back_behind_what_was_published() {
+    QSignalSpy marked(endpoint.get(), &mqtt_endpoint_t::marked);
+    const quint64 before = endpoint->counters().published.load();
+    for (int i = 0; i < 100; ++i) {
+        publish(QStringLiteral("local/api/v1/bob/status/e-%1").arg(i), {}, true);
+    }
+    endpoint->mark(7);
+    publish(answer, {{"behind", 1}});
+    QCOMPARE(marked.size(), 0);
+    QVERIFY(marked.wait());
+    QCOMPARE(marked.first(), (QVariantList{quint64(7), true}));
+    QVERIFY(endpoint->counters().published.load() >= before + 100);
+    QVERIFY(endpoint->counters().published.load() <= before + 101);
+}
+
+void tst_mqtt_endpoint_t::a_mark_comes_back_without_a_connection() {
+    QSignalSpy marked(endpoint.get(), &mqtt_endpoint_t::marked);
+    publish("local/api/v1/bob/status/e-1", {}, true);
+    endpoint->mark(1);
+    QCOMPARE(marked.size(), 0);
+    broker.reset();
+    QTRY_COMPARE(marked.size(), 1);
+    endpoint->mark(2);
+    QCOMPARE(marked.size(), 2);
+    QCOMPARE(marked.last(), (QVariantList{quint64(2), false}));
 }
 
 void tst_mqtt_endpoint_t::connection_topic_tells_the_state() {
