@@ -47,25 +47,22 @@ base::result_t account_keeper_t::start_broker() {
     if (const base::result_t known = read(); !known.is_ok()) {
         return known;
     }
-    const base::result_t started = broker->start(users);
+    const base::result_t started = broker->start(let_in());
     return started.is_ok() ? broker->wait_until_listening() : started;
 }
 
 void account_keeper_t::update() {
-    const QList<accounts::broker_account_t> before = known_users();
+    const QList<accounts::broker_account_t> before = users;
     const base::result_t known = read();
     lags = lags && !known.is_ok();
     hand_over(known, {});
     if (known.is_ok()) {
-        Q_EMIT users_read(before, known_users());
+        Q_EMIT users_read(before, users);
     }
 }
 
-QList<accounts::broker_account_t> account_keeper_t::known_users() const {
-    QList<accounts::broker_account_t> known = users;
-    known.removeIf(
-        [this](const accounts::broker_account_t& _user) { return _user.name == account; });
-    return known;
+QList<accounts::broker_account_t> account_keeper_t::let_in() const {
+    return checking ? QList<accounts::broker_account_t>{{account, password_hash, {}}} : users;
 }
 
 void account_keeper_t::withdraw(const QStringList& _users) {
@@ -80,7 +77,8 @@ void account_keeper_t::withdraw(const QStringList& _users) {
 }
 
 void account_keeper_t::hand_over(const base::result_t& _read, const QSet<QString>& _withdrawn) {
-    const base::result_t result = _read.is_ok() ? broker->set_accounts(users, _withdrawn) : _read;
+    const base::result_t result =
+        _read.is_ok() ? broker->set_accounts(let_in(), _withdrawn) : _read;
     if (result.is_ok()) {
         return;
     }
@@ -104,9 +102,6 @@ base::result_t account_keeper_t::read() {
     users.clear();
     for (auto each = stored.value.begin(); each != stored.value.end(); ++each) {
         users.append({each->username, each->password_hash, each.key()});
-    }
-    if (checking) {
-        users.append({account, password_hash});
     }
     return {};
 }

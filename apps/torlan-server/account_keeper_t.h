@@ -14,8 +14,9 @@ class live_database_t;
 
 namespace torlan {
 
-/// Keeps the broker's accounts those of the installation's users, plus one account for the
-/// start's own checks as long as they run. Main thread; both parts outlive it.
+/// Keeps the broker's accounts those of the installation's users, or one account for the start's
+/// own checks as long as they run: nobody is let in before all is there. Main thread; both parts
+/// outlive it.
 class account_keeper_t : public QObject {
     Q_OBJECT
 
@@ -38,7 +39,7 @@ class account_keeper_t : public QObject {
     /// is delivered.
     void withdraw(const QStringList& _users);
 
-    /// Takes the checks' account away.
+    /// Takes the checks' account away, and lets the users in.
     void end_checks();
 
     /// Of the checks' account. Never log the password.
@@ -54,7 +55,7 @@ class account_keeper_t : public QObject {
 
  private:
     base::result_t read();
-    QList<accounts::broker_account_t> known_users() const;
+    QList<accounts::broker_account_t> let_in() const;
     void hand_over(const base::result_t& _read, const QSet<QString>& _withdrawn);
     bool is_check(const accounts::broker_event_t& _event) const;
 

@@ -53,42 +53,21 @@ base::result_t driver_set_t::init(database::database_t* _database,
     return drivers.empty() ? base::result_t::failed(refused) : base::result_t();
 }
 
-void driver_set_t::start_or_stop(which_t _which, bool _start) const {
+void driver_set_t::start_or_stop(bool _start) const {
     for (const loader::loaded_driver_t& driver : drivers) {
-        if (_which == which_t::all || driver.uses_endpoint() == (_which == which_t::of_endpoint)) {
-            driver.get_driver()->start(_start);
-        }
+        driver.get_driver()->start(_start);
     }
 }
 
 void driver_set_t::start() {
     started = true;
-    start_or_stop(which_t::all, true);
+    start_or_stop(true);
 }
 
 void driver_set_t::stop() {
-    const bool are_stopped = std::exchange(restarting, false);
     if (std::exchange(started, false)) {
-        start_or_stop(are_stopped ? which_t::others : which_t::all, false);
+        start_or_stop(false);
     }
-}
-
-void driver_set_t::restart(comunication::protoserver_t* _endpoint) {
-    if (started && !restarting) {
-        start_or_stop(which_t::of_endpoint, false);
-    }
-    restarting = true;
-    // A driver ends its routes on the endpoint's thread and forgets its states on its own after
-    // that. A start right behind the stop would overtake it, and nothing would be published.
-    const auto start_here = [this]() {
-        if (std::exchange(restarting, false)) {
-            start_or_stop(which_t::of_endpoint, true);
-        }
-    };
-    const auto turn_back = [this, start_here]() {
-        QMetaObject::invokeMethod(this, start_here, Qt::QueuedConnection);
-    };
-    QMetaObject::invokeMethod(_endpoint, turn_back, Qt::QueuedConnection);
 }
 
 }  // namespace torlan

@@ -38,20 +38,15 @@ class driver_set_t : public QObject {
     void start();
     /// Nothing when they are not started.
     void stop();
-    /// Stops the drivers of the endpoint, and starts them when the stop has gone through its thread
-    /// and back; so every state is published again. The others, a bus's, go on.
-    void restart(comunication::protoserver_t* _endpoint);
 
     /// Deletes the drivers.
     void clear() { drivers.clear(); }
 
  private:
-    enum class which_t { all, of_endpoint, others };
-    void start_or_stop(which_t _which, bool _start) const;
+    void start_or_stop(bool _start) const;
 
     std::vector<loader::loaded_driver_t> drivers;
     bool started = false;
-    bool restarting = false;  ///< those of the endpoint are stopped, and a start is on its way
 };
 
 }  // namespace torlan

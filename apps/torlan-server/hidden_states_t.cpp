@@ -10,12 +10,25 @@ namespace torlan {
 
 namespace api_topics = comunication::api_topics;
 using database::live::shown_state_t;
-using database::live::shown_states_t;
+
+namespace {
+
+/// A small part of what the endpoint's queue holds.
+constexpr int deleted_at_a_time = 1'024;
+
+/// No identifier holds it.
+const QLatin1Char between('/');
+
+}  // namespace
 
 hidden_states_t::hidden_states_t(const database::database_t* _database,
                                  comunication::protoserver_t* _endpoint, QObject* _parent)
-    : QObject(_parent), database(_database), endpoint(_endpoint), turn(this) {
-    connect(&turn, &comunication::drivers_turn_t::over, this, &hidden_states_t::take_back);
+    : QObject(_parent),
+      database(_database),
+      endpoint(_endpoint),
+      turn(this),
+      deleted([this](const QString& _name) { take_back(_name); }, deleted_at_a_time) {
+    connect(&turn, &comunication::drivers_turn_t::over, this, [this]() { take_back(); });
 }
 
 hidden_states_t::~hidden_states_t() = default;
@@ -26,28 +39,24 @@ void hidden_states_t::take(const QList<shown_state_t>& _states) {
 }
 
 void hidden_states_t::take_back() {
-    const std::set<shown_state_t> states = std::exchange(waiting, {});
-    if (states.empty()) {
+    QStringList names;
+    for (const shown_state_t& state : std::exchange(waiting, {})) {
+        names += state.username + between + state.element;
+    }
+    deleted.add(names);
+}
+
+void hidden_states_t::take_back(const QString& _name) {
+    const shown_state_t state{_name.section(between, 0, 0), _name.section(between, 1)};
+    if (database::live::is_shown(*database, state)) {
         return;
     }
-    std::set<QString> elements;
-    for (const shown_state_t& state : states) {
-        elements.insert(state.element);
-    }
-    const shown_states_t shown = database::live::shown_states(*database, elements, {});
-    QStringList topics;
-    for (const shown_state_t& state : states) {
-        if (shown.count(state) == 0) {
-            topics +=
-                api_topics::element_state(api_topics::version_1, state.username, state.element);
-        }
-    }
+    const QString topic =
+        api_topics::element_state(api_topics::version_1, state.username, state.element);
     QMetaObject::invokeMethod(
         endpoint,
-        [to = endpoint, topics]() {
-            for (const QString& topic : topics) {
-                to->publish_delete(topic, comunication::utility::qos_t::exactly_once, true);
-            }
+        [to = endpoint, topic]() {
+            to->publish_delete(topic, comunication::utility::qos_t::exactly_once, true);
         },
         Qt::QueuedConnection);
 }

@@ -6,6 +6,7 @@
 #include "comunication/protoserver_t.h"
 #include "database/database_t.h"
 #include "endpoint/drivers_turn_t.h"
+#include "live/portions_t.h"
 #include "live/shown_state_t.h"
 
 namespace torlan {
@@ -26,12 +27,17 @@ class hidden_states_t : public QObject {
     /// What may be read again by then stays.
     void take(const QList<database::live::shown_state_t>& _states);
 
+    /// Whose portions have to be answered, so that deletions are paced.
+    database::live::portions_t* portions() { return &deleted; }
+
  private:
     void take_back();
+    void take_back(const QString& _name);
 
     const database::database_t* const database;
     comunication::protoserver_t* const endpoint;
     comunication::drivers_turn_t turn;
+    database::live::portions_t deleted;
     std::set<database::live::shown_state_t> waiting;  ///< for a turn of the drivers
 };
 

@@ -33,6 +33,8 @@ namespace {
 constexpr const char* source = "apps/torlan-server/host_t";
 constexpr QLatin1String database_name("installation.db");
 constexpr std::chrono::milliseconds connect_timeout{10'000};
+/// Drivers make a message for each user of each.
+constexpr int elements_at_a_time = 64;
 
 }  // namespace
 
@@ -63,7 +65,8 @@ base::result_t host_t::start() {
          {&host_t::read_import, &host_t::open_folder, &host_t::read_settings, &host_t::open_log,
           &host_t::load_drivers, &host_t::await_former_broker, &host_t::check_ports,
           &host_t::open_database, &host_t::start_broker, &host_t::check_rights,
-          &host_t::connect_endpoint, &host_t::start_drivers, &host_t::ask_api}) {
+          &host_t::connect_endpoint, &host_t::start_drivers, &host_t::show_elements,
+          &host_t::ask_api}) {
         if (result.is_ok() && given_up) {
             result = start_broken_off();
         }
@@ -95,6 +98,7 @@ base::result_t host_t::stop() {
     drivers.stop();
     drivers.clear();
     hidden.reset();
+    pace.reset();
     endpoint.reset();
     door_log.reset();
     accounts.reset();
@@ -191,6 +195,7 @@ base::result_t host_t::open_database() {
     database = std::make_unique<database::database_t>();
     live_database_t::options_t live_options;
     live_options.save_delay_ms = torlan_option_t::DelayToSave();
+    live_options.portion = elements_at_a_time;
     live_options.save_iterations = torlan_option_t::DelayIterationToForceSave();
     live = std::make_unique<live_database_t>(database.get(), live_options);
     connect(live.get(), &live_database_t::failed, this, [](const QString& _sentence) {
@@ -318,6 +323,15 @@ base::result_t host_t::start_drivers() {
     return taken;
 }
 
+base::result_t host_t::show_elements() {
+    QEventLoop loop;
+    connect(live->feed(), &change_feed_t::shown, &loop, &QEventLoop::quit, Qt::QueuedConnection);
+    connect(this, &host_t::broken_off, &loop, &QEventLoop::quit);
+    live->feed()->show();
+    loop.exec();
+    return {};
+}
+
 base::result_t host_t::ask_api() {
     ready_probe_t::settings_t given;
     given.port = options.port;
@@ -355,11 +369,22 @@ void host_t::set_up_connections() {
         connect(knx.get(), &database::live::live_bus_port_t::link_changed, mqtt,
                 &mqtt_endpoint_t::set_bus);
     }
-    connect(mqtt, &mqtt_endpoint_t::connected, this, [this, mqtt](bool _again) {
+    pace = std::make_unique<drivers_pace_t>(mqtt);
+    pace->set_pace_of(live->feed()->portions());
+    pace->set_pace_of(hidden->portions());
+    // What waits at the endpoint gives way to newer states of its own.
+    portions_t* const items = live->writer()->portions();
+    connect(items, &portions_t::announced, &items_turn, &comunication::drivers_turn_t::begin);
+    connect(&items_turn, &comunication::drivers_turn_t::over, items, &portions_t::taken);
+    connect(mqtt, &mqtt_endpoint_t::connected, this, [this](bool _again) {
         // The private broker has lost what was retained.
         if (_again) {
-            drivers.restart(mqtt);
+            live->feed()->show_again();
         }
+    });
+    connect(mqtt, &mqtt_endpoint_t::states_lost, this, [this]() {
+        live->feed()->show_again();
+        sweep.trigger();
     });
 }
 

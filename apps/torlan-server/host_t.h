@@ -11,6 +11,7 @@
 #include "data_folder_t.h"
 #include "door_log_t.h"
 #include "driver_set_t.h"
+#include "drivers_pace_t.h"
 #include "endpoint/endpoint_thread_t.h"
 #include "former_broker_t.h"
 #include "hidden_states_t.h"
@@ -73,6 +74,7 @@ class host_t : public QObject {
     base::result_t check_rights();
     base::result_t connect_endpoint();
     base::result_t start_drivers();
+    base::result_t show_elements();
     base::result_t ask_api();
     void set_up_connections();
     void on_new_broker();
@@ -99,6 +101,8 @@ class host_t : public QObject {
     std::unique_ptr<door_log_t> door_log;
     std::unique_ptr<comunication::endpoint_thread_t> endpoint;
     std::unique_ptr<hidden_states_t> hidden;
+    std::unique_ptr<drivers_pace_t> pace;
+    comunication::drivers_turn_t items_turn;
     retained_sweep_t sweep;
     driver_set_t drivers;
     utility::logs::error_ring_t errors;

@@ -1,6 +1,7 @@
 #include "installation_import_t.h"
 
 #include <QJsonDocument>
+#include <utility>
 
 #include "accounts/broker_hash.h"
 #include "installation/document_reader.h"
@@ -42,18 +43,19 @@ void installation_import_t::give_up() {
     Q_EMIT given_up();
 }
 
-base::result_t installation_import_t::write(const QString& _database) const {
-    if (!is_read) {
+base::result_t installation_import_t::write(const QString& _database) {
+    if (!std::exchange(is_read, false)) {
         return {};
     }
+    const database::installation::installation_t whole = std::exchange(installation, {});
     database::store::sqlite_store_t store;
     base::result_t result = store.open(_database);
     if (result.is_ok()) {
-        result = store.replace(installation);
+        result = store.replace(whole);
     }
     QStringList notes = store.take_notes();
     if (result.is_ok()) {
-        notes += database::installation::shared_items(installation);
+        notes += database::installation::shared_items(whole);
     }
     for (const QString& sentence : notes) {
         utility::log_line(sentence, 3, "write", source, __LINE__);

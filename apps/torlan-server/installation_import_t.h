@@ -25,9 +25,9 @@ class installation_import_t : public QObject {
     /// Makes a read() that waits for the file fail soon.
     void give_up();
 
-    /// Puts it in the place of what is in the database, which is made when it is missing. Nothing
-    /// without a file that was read.
-    base::result_t write(const QString& _database) const;
+    /// Puts it in the place of what is in the database, which is made when it is missing, and lets
+    /// go of it: a large one takes some hundred megabytes. Nothing without a file that was read.
+    base::result_t write(const QString& _database);
 
     /// A user's password as the file gives it in clear text; empty when it does not. For the
     /// first hint on the screen only: never log it.

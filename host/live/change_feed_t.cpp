@@ -10,17 +10,19 @@ using ::base::result_t;
 using store::transaction_t;
 
 change_feed_t::change_feed_t(store::connection_t& _connection, database_t* _database,
-                             realtime_writer_t* _realtime, write_gate_t* _gate, int _bulk_limit,
-                             QObject* _parent)
+                             realtime_writer_t* _realtime, write_gate_t* _gate,
+                             const options_t& _options, QObject* _parent)
     : QObject(_parent),
       connection(_connection),
       database(_database),
       realtime(_realtime),
-      bulk_limit(_bulk_limit),
+      options(_options),
       pacer(bulk_pacer_t::usual_gap, this),
+      shower([this](const QString& _id) { announce_element(_id); }, _options.portion, this),
       model(_database, _realtime, _gate),
       log(_connection) {
     connect(&pacer, &bulk_pacer_t::due, this, &change_feed_t::announce_bulk);
+    connect(&shower, &portions_t::over, this, &change_feed_t::on_portions_over);
 }
 
 change_feed_t::~change_feed_t() = default;
@@ -30,7 +32,7 @@ result_t change_feed_t::load() {
     if (const result_t result = read_whole(&whole); !result.is_ok()) {
         return result;
     }
-    model.fill(whole);
+    model.fill(whole, options.portion > 0 && whole.elements.size() > options.portion);
     // Only saves space: rows that stay because another program writes just now are not read again.
     static_cast<void>(log.prune(last_sequence));
     return {};
@@ -158,83 +160,6 @@ result_t change_feed_t::absorb(model_changes_t* _changes) {
         _changes->buses = batch.buses;
     }
     return {};
-}
-
-void change_feed_t::announce(const model_changes_t& _changes) {
-    if (_changes.everything || _changes.accounts) {
-        Q_EMIT users_changed();
-    }
-    const QStringList withdrawn =
-        _changes.everything ? database->getPersistent()->getData()->getUsers()->getUsersAPI(true)
-                            : _changes.withdrawn;
-    if (!withdrawn.isEmpty()) {
-        Q_EMIT reading_withdrawn(withdrawn);
-    }
-    if (_changes.everything) {
-        database_due = true;
-        pacer.ask();
-    } else {
-        announce_users_and_elements(_changes);
-        announce_realtime(_changes);
-    }
-    if (_changes.everything || _changes.buses) {
-        Q_EMIT bus_data_changed();
-    }
-    if (!_changes.hidden.isEmpty()) {
-        Q_EMIT states_hidden(_changes.hidden);
-    }
-    if (!_changes.grants.isEmpty()) {
-        Q_EMIT grants_changed(_changes.grants);
-    }
-    if (_changes.everything || !_changes.users.isEmpty() || !_changes.elements.isEmpty()) {
-        Q_EMIT access_changed();
-    }
-    if (_changes.everything) {
-        Q_EMIT reloaded();
-    }
-}
-
-void change_feed_t::announce_users_and_elements(const model_changes_t& _changes) {
-    persistent::ps_notifier_t* notifier = database->getPersistent()->getNotifier();
-    for (const QString& id : _changes.users) {
-        Q_EMIT notifier->onPersistentChangeUser({{QStringLiteral("user"), id}}, id);
-    }
-    for (const QString& id : _changes.thermostats) {
-        Q_EMIT notifier->onPersistentStatusThermo({{QStringLiteral("thermostat"), id}}, id);
-    }
-    if (_changes.topic) {
-        database_due = true;
-        pacer.ask();
-    }
-    for (const QString& id : _changes.elements) {
-        Q_EMIT notifier->onPersistentChangeElement({{QStringLiteral("element"), id}}, id);
-    }
-}
-
-void change_feed_t::announce_realtime(const model_changes_t& _changes) {
-    for (const QString& id : _changes.scenarios) {
-        realtime->announce_scenario(id);
-    }
-    if (_changes.items.size() > bulk_limit) {
-        items_due = true;
-        pacer.ask();
-        return;
-    }
-    for (const QString& id : _changes.items) {
-        realtime->announce_item(id);
-    }
-}
-
-void change_feed_t::announce_bulk() {
-    if (!database) {
-        return;
-    }
-    if (std::exchange(database_due, false)) {
-        Q_EMIT database->getPersistent()->getNotifier()->onPersistentChangeDatabase({});
-    }
-    if (std::exchange(items_due, false)) {
-        Q_EMIT database->getRealtime()->getNotifier()->onRealtimeChangeItems({});
-    }
 }
 
 }  // namespace database::live

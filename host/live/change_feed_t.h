@@ -4,6 +4,8 @@
 
 #include "live/bulk_pacer_t.h"
 #include "live/model_t.h"
+#include "live/portions_t.h"
+#include "live/stale_names_t.h"
 #include "live/told_once_t.h"
 #include "store/change_log_t.h"
 #include "store/connection_t.h"
@@ -13,19 +15,38 @@ namespace database::live {
 /// Brings what others wrote into the objects in memory and announces it, always in this order:
 /// all objects of the batch first, then users_changed(), then the notifiers, then the rest. Bulk
 /// signals are paced; what they stand for is in memory by then. A change of elements or grants is
-/// never one of them: it has to count at once.
+/// never one of them: it has to count at once. Of more elements than a portion the bulk signals are
+/// changes of elements, in portions.
 class change_feed_t : public QObject {
     Q_OBJECT
 
  public:
-    /// @param _bulk_limit more item values than this in one batch are announced by one bulk signal
+    struct options_t {
+        int bulk_limit = 64;  ///< more item values in one batch are announced by one bulk signal
+        /// Elements that are announced at a time; an installation with more is shown by show()
+        /// only. 0: as many as there are.
+        int portion = 0;
+    };
+
     change_feed_t(store::connection_t& _connection, database_t* _database,
-                  realtime_writer_t* _realtime, write_gate_t* _gate, int _bulk_limit,
+                  realtime_writer_t* _realtime, write_gate_t* _gate, const options_t& _options,
                   QObject* _parent = nullptr);
     ~change_feed_t() override;
 
     /// Fills the model; what is written from then on comes as changes. Announces nothing.
     ::base::result_t load();
+
+    /// Drivers have been started: shows them what load() has withheld. shown() follows.
+    void show();
+
+    /// Announces every element once more: what drivers have published is lost.
+    void show_again();
+
+    /// Whose portions have to be answered, so that they are paced.
+    portions_t* portions() { return &shower; }
+
+    /// Users under these names are not to be let in yet: drivers take them for former ones.
+    const std::set<QString>& held_back() const { return held_names; }
 
     /// Looks whether something was written, and if so applies and announces it.
     void check();
@@ -35,8 +56,8 @@ class change_feed_t : public QObject {
     qint64 seen() const { return seen_sequence; }
     /// Looks, whether anything was written or not.
     void check_anew();
-    /// False: a bulk signal waits for its turn.
-    bool is_announced() const { return !database_due && !items_due; }
+    /// False: a bulk signal waits for its turn, or elements for their portion.
+    bool is_announced() const { return !database_due && !items_due && !shower.is_waiting(); }
     /// Why the last look went wrong; empty: it did not.
     QString last_failure() const { return failure; }
 
@@ -66,6 +87,8 @@ class change_feed_t : public QObject {
     void grants_changed(const QList<database::live::grant_change_t>& _changes);
     /// Grants, users or elements may have changed: retained packets may have to go.
     void access_changed();
+    /// What drivers make of show() is on the broker.
+    void shown();
     /// Everything was read again.
     void reloaded();
     /// The store could not be read; the next look tries again. The same sentence once only, until a
@@ -79,15 +102,40 @@ class change_feed_t : public QObject {
     ::base::result_t read_changes(model_changes_t* _changes);
     ::base::result_t catch_up();
     void tell(const QString& _failure);
-    void announce_users_and_elements(const model_changes_t& _changes);
+    bool is_large() const;
+    /// The same of an import, which may have taken most elements away.
+    bool is_large(const model_changes_t& _everything) const;
+    void hold_back(const model_changes_t& _changes);
+    void announce_everything(const model_changes_t& _changes);
+    /// Whether more retained packets than the hidden ones may have to go.
+    bool announce_users_and_elements(const model_changes_t& _changes);
+    /// What hides something first, when they are more than a portion.
+    void add_to_portions(const QStringList& _ids, const QList<shown_state_t>& _hidden);
+    /// In the order of their ids, but without those that need no announcement of their own.
+    QStringList elements_to_announce(const model_changes_t& _changes);
+    std::set<QString> elements_of_held_names();
     void announce_realtime(const model_changes_t& _changes);
     void announce_bulk();
+    void announce_element(const QString& _id);
+    void announce_users();
+    void on_portions_over();
+    void remember_hidden(const QList<shown_state_t>& _states);
 
     store::connection_t& connection;
     QPointer<database_t> database;
     realtime_writer_t* const realtime;
-    const int bulk_limit;
+    const options_t options;
     bulk_pacer_t pacer;
+    portions_t shower;
+    /// What portions_over() means: that drivers have begun, that they have been shown everything.
+    enum class stage_t { loaded, beginning, showing, shown };
+    stage_t stage = stage_t::loaded;
+    QStringList due_users;  ///< to be announced by the portions
+    /// To be told once more behind the portions: until its turn an element publishes for those who
+    /// could read it before.
+    QList<shown_state_t> late_hidden;
+    stale_names_t stale;
+    std::set<QString> held_names;
     bool database_due = false;  ///< a bulk signal waits for the pacer
     bool items_due = false;     ///< and this one
     model_t model;

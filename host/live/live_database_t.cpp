@@ -24,7 +24,7 @@ live_database_t::live_database_t(database_t* _database, const options_t& _option
       options(_options),
       realtime(_database),
       requests(_database),
-      changes(connection, _database, &realtime, &requests, _options.bulk_limit),
+      changes(connection, _database, &realtime, &requests, {_options.bulk_limit, _options.portion}),
       saver(connection, _database, &realtime, &changes, _options.save_delay_ms,
             _options.save_iterations),
       keeper(connection) {
@@ -167,6 +167,9 @@ QString live_database_t::lag(const store::change_mark_t& _mark) {
         return result;
     }
     changes.tell_notes(reader.notes());
+    part.users.removeIf([this](const auto& _user) {
+        return changes.held_back().count(_user.value().username) > 0;
+    });
     return part.users;
 }
 

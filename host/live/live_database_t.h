@@ -24,6 +24,7 @@ class live_database_t : public QObject {
         int save_delay_ms = 500;  ///< see realtime_saver_t
         int save_iterations = 5;
         int bulk_limit = 64;  ///< see change_feed_t
+        int portion = 0;      ///< see change_feed_t
     };
 
     /// @param _database filled by open(); not owned, may die first
@@ -38,7 +39,7 @@ class live_database_t : public QObject {
     /// database no longer. A failure says how many values are lost, and why.
     ::base::result_t close();
 
-    /// Reads the users with their password hashes, by user id: what the broker's files are made of.
+    /// Reads the users with their password hashes, by user id: who may sign in by now.
     ::base::result_of_t<QMap<QString, installation::user_t>> read_users();
 
     /// Reads what the bus has to do with items and scenarios; the rest of the value is empty.

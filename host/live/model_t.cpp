@@ -8,6 +8,7 @@
 #include "database/persistent/objects/psoe_scenario.h"
 #include "database/persistent/objects/psoe_thermo_logic.h"
 #include "live/grant_changes.h"
+#include "live/item_references.h"
 #include "live/shown_states.h"
 #include "live/table_writer_t.h"
 
@@ -17,18 +18,6 @@ using installation::installation_t;
 namespace objects = persistent::objects;
 
 namespace {
-
-QVariant item_reference(const QString& _id) {
-    return _id.isEmpty() ? QVariant() : QVariant(_id);
-}
-
-QMap<QString, QVariant> item_references(const QMap<QString, QString>& _ids) {
-    QMap<QString, QVariant> references;
-    for (auto i = _ids.begin(); i != _ids.end(); ++i) {
-        references.insert(references.cend(), i.key(), item_reference(i.value()));
-    }
-    return references;
-}
 
 std::unique_ptr<objects::ps_object_element_t> make_element(const installation::element_t& _from) {
     objects::ps_element_data_t data{_from.name, _from.type, _from.flags,
@@ -51,9 +40,16 @@ QStringList to_list(const std::set<QString>& _ids) {
 model_t::model_t(database_t* _database, realtime_writer_t* _realtime, write_gate_t* _gate)
     : database(_database), realtime(_realtime), gate(_gate) {}
 
-model_changes_t model_t::fill(const installation_t& _installation) {
+model_changes_t model_t::fill(const installation_t& _installation, bool _withholds) {
     model_changes_t changes;
     changes.everything = true;
+    const auto known = database->getPersistent()->getData()->getElements()->getObjects();
+    std::set<QString> ids(known.keyBegin(), known.keyEnd());
+    ids.insert(_installation.elements.keyBegin(), _installation.elements.keyEnd());
+    changes.elements = to_list(ids);
+    const names_t names = usernames();
+    withheld.clear();
+    withholding = _withholds;
     changes.hidden = hidden_by(*database, _installation);
     changes.grants = grant_changes(*database, _installation);
     table_writer_t(database).clear();
@@ -74,16 +70,37 @@ model_changes_t model_t::fill(const installation_t& _installation) {
     insert_keys(_installation.users, &all.users);
     model_changes_t replaced;
     replace(all, _installation, &replaced);
+    withholding = false;
+    tell_names(names, &changes);
     return changes;
+}
+
+void model_t::show(const QString& _id) {
+    auto element = withheld.extract(_id);
+    if (!element.empty()) {
+        table_writer_t(database).put(_id, std::move(element.mapped()));
+    }
+}
+
+QStringList model_t::withheld_elements() const {
+    QStringList ids;
+    for (const auto& each : withheld) {
+        ids.append(each.first);
+    }
+    return ids;
 }
 
 model_changes_t model_t::apply(const store::change_batch_t& _batch, const installation_t& _part) {
     model_changes_t changes;
-    const shown_states_t before = shown_states(*database, _batch.elements, _batch.users);
+    const QList<shown_state_t> before = shown_states(*database, _batch.elements, _batch.users);
+    const std::set<QString> equal = equal_elements(_batch, _part);
+    const names_t names = _batch.users.empty() ? names_t() : usernames();
     replace(_batch, _part, &changes);
-    const shown_states_t after = shown_states(*database, _batch.elements, _batch.users);
-    std::set_difference(before.begin(), before.end(), after.begin(), after.end(),
-                        std::back_inserter(changes.hidden));
+    if (!_batch.users.empty()) {
+        tell_names(names, &changes);
+        tell_rights_only(equal, &changes);
+    }
+    changes.hidden = not_shown(*database, before);
     return changes;
 }
 
@@ -189,8 +206,11 @@ void model_t::apply_elements(const std::set<QString>& _ids, const installation_t
     const table_writer_t tables(database);
     for (const QString& id : _ids) {
         const auto from = _part.elements.constFind(id);
+        withheld.erase(id);
         if (from == _part.elements.constEnd()) {
             tables.remove<objects::ps_object_element_t>(id);
+        } else if (withholding) {
+            withheld.emplace(id, make_element(*from));
         } else {
             tables.put(id, make_element(*from));
         }
@@ -244,21 +264,6 @@ void model_t::apply_users(const std::set<QString>& _ids, const installation_t& _
             tables.put(id, std::make_unique<objects::ps_object_user_api_t>(from->username));
         }
     }
-}
-
-std::set<QString> model_t::elements_of(const std::set<QString>& _thermostats) const {
-    std::set<QString> ids;
-    if (_thermostats.empty()) {
-        return ids;
-    }
-    const auto elements = database->getPersistent()->getData()->getElements()->getObjects();
-    for (auto i = elements.begin(); i != elements.end(); ++i) {
-        const auto* element = qobject_cast<const objects::psoe_thermo_logic*>(i.value());
-        if (element != nullptr && _thermostats.count(element->getThermoId()) > 0) {
-            ids.insert(i.key());
-        }
-    }
-    return ids;
 }
 
 }  // namespace database::live

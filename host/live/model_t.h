@@ -2,6 +2,9 @@
 
 #include <QPointer>
 #include <QStringList>
+#include <map>
+#include <memory>
+#include <set>
 
 #include "installation/installation_t.h"
 #include "live/grant_change_t.h"
@@ -22,6 +25,9 @@ struct model_changes_t {
     QStringList withdrawn;        ///< ids of users who may read some element no longer
     QList<shown_state_t> hidden;  ///< what users could read before and cannot now
     QList<grant_change_t> grants;
+    std::set<QString> gone_names, come_names;  ///< of users
+    /// Of the elements, those of which nothing changed but the rights of users of these names.
+    std::set<QString> rights_only;
 };
 
 /// Makes the objects in memory hold what values from the store say. Emits nothing.
@@ -30,8 +36,18 @@ class model_t {
     model_t(database_t* _database, realtime_writer_t* _realtime, write_gate_t* _gate);
 
     /// Replaces everything; unsaved realtime values give way to the store's. Only what is hidden by
-    /// it is told, and the grants that are others.
-    model_changes_t fill(const installation::installation_t& _installation);
+    /// it is told, the grants that are others, the elements of before and after, and names of
+    /// users.
+    /// @param _withholds drivers are shown no element until show()
+    model_changes_t fill(const installation::installation_t& _installation,
+                         bool _withholds = false);
+
+    /// Drivers can see this element from now on, if there is one that was withheld.
+    void show(const QString& _id);
+    QStringList withheld_elements() const;
+
+    /// Ids of the elements that show one of these items.
+    QStringList elements_with(const QStringList& _items) const;
 
     /// Replaces the objects of the batch's keys; a key that @p _part lacks is taken out.
     model_changes_t apply(const store::change_batch_t& _batch,
@@ -41,6 +57,13 @@ class model_t {
     void replace(const store::change_batch_t& _batch, const installation::installation_t& _part,
                  model_changes_t* _changes);
     void apply_limits(const std::set<QString>& _ids, const installation::installation_t& _part);
+    std::set<QString> equal_elements(const store::change_batch_t& _batch,
+                                     const installation::installation_t& _part) const;
+    /// Ids of users by their names.
+    using names_t = QMap<QString, QString>;
+    names_t usernames() const;
+    void tell_names(const names_t& _before, model_changes_t* _changes) const;
+    void tell_rights_only(const std::set<QString>& _equal, model_changes_t* _changes) const;
     void put_item(const QString& _id);
     void put_scenario(const QString& _id);
 
@@ -64,6 +87,9 @@ class model_t {
     QPointer<database_t> database;
     realtime_writer_t* const realtime;
     write_gate_t* const gate;
+    using element_t = persistent::objects::ps_object_element_t;
+    std::map<QString, std::unique_ptr<element_t>> withheld;
+    bool withholding = false;  ///< what is filled in is withheld
 };
 
 }  // namespace database::live

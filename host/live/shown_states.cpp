@@ -1,5 +1,7 @@
 #include "live/shown_states.h"
 
+#include <algorithm>
+
 #include "database/permission.h"
 
 namespace database::live {
@@ -28,25 +30,50 @@ QHash<QString, QString> names_of(const installation_t& _installation) {
 
 }  // namespace
 
-shown_states_t shown_states(const database_t& _database, const std::set<QString>& _elements,
-                            const std::set<QString>& _users) {
+QList<shown_state_t> shown_states(const database_t& _database, const std::set<QString>& _elements,
+                                  const std::set<QString>& _users) {
     const auto* data = _database.getPersistent()->getData();
     const auto users = data->getUsers()->getObjects();
-    const QStringList all_elements =
-        _users.empty() ? QStringList() : data->getElements()->getObjects().keys();
-    shown_states_t shown;
+    const auto elements = data->getElements()->getObjects();
+    QList<shown_state_t> shown;
     for (auto user = users.begin(); user != users.end(); ++user) {
+        const QString name = (*user)->getUsername();
         const auto look_at = [&](const QString& _element) {
             if (is_shown(_database, _element, user.key())) {
-                shown.insert({(*user)->getUsername(), _element});
+                shown.append({name, _element});
             }
         };
-        std::for_each(_elements.begin(), _elements.end(), look_at);
         if (_users.count(user.key()) > 0) {
-            std::for_each(all_elements.begin(), all_elements.end(), look_at);
+            std::for_each(elements.keyBegin(), elements.keyEnd(), look_at);
+        } else {
+            std::for_each(_elements.begin(), _elements.end(), look_at);
         }
     }
     return shown;
+}
+
+QList<shown_state_t> not_shown(const database_t& _database, QList<shown_state_t> _states) {
+    QHash<QString, QString> ids;
+    const auto users = _database.getPersistent()->getData()->getUsers()->getObjects();
+    for (auto user = users.begin(); user != users.end(); ++user) {
+        ids.insert((*user)->getUsername(), user.key());
+    }
+    _states.removeIf([&](const shown_state_t& _state) {
+        const auto id = ids.constFind(_state.username);
+        return id != ids.constEnd() && is_shown(_database, _state.element, *id);
+    });
+    std::sort(_states.begin(), _states.end());
+    return _states;
+}
+
+bool is_shown(const database_t& _database, const shown_state_t& _state) {
+    const auto users = _database.getPersistent()->getData()->getUsers()->getObjects();
+    for (auto user = users.begin(); user != users.end(); ++user) {
+        if ((*user)->getUsername() == _state.username) {
+            return is_shown(_database, _state.element, user.key());
+        }
+    }
+    return false;
 }
 
 QList<shown_state_t> hidden_by(const database_t& _database, const installation_t& _next) {

@@ -33,11 +33,6 @@ capability_t* capability_of(interfaces::plugin_driver_interface_t* _driver) {
 
 }  // namespace
 
-bool loaded_driver_t::uses_endpoint() const {
-    interfaces::plugin_driver_interface_t* const object = get_driver();
-    return object != nullptr && capability_of<interfaces::IComunication>(object) != nullptr;
-}
-
 bool loaded_driver_t::init(database::database_t* _database, comunication::protoserver_t* _endpoint,
                            bus::bus_port_t* _bus) const {
     interfaces::plugin_driver_interface_t* const object = get_driver();

@@ -37,9 +37,6 @@ class loaded_driver_t {
     bool init(database::database_t* _database, comunication::protoserver_t* _endpoint,
               bus::bus_port_t* _bus) const;
 
-    /// Whether what the driver does hangs on the endpoint.
-    bool uses_endpoint() const;
-
  private:
     QString file;
     driver_metadata_t metadata;

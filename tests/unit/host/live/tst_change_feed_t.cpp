@@ -499,8 +499,8 @@ class tst_change_feed_t : public QObject {
         gate = std::make_unique<write_gate_t>(db.get());
         connection = std::make_unique<database::store::connection_t>();
         QCOMPARE(database::store::open_database(*connection, file->path(), 0).error, QString());
-        feed =
-            std::make_unique<change_feed_t>(*connection, db.get(), realtime.get(), gate.get(), 2);
+        feed = std::make_unique<change_feed_t>(*connection, db.get(), realtime.get(), gate.get(),
+                                               change_feed_t::options_t{.bulk_limit = 2});
         QCOMPARE(feed->load().error, QString());
     }
     void import(const database::installation::installation_t& _whole) {

@@ -24,8 +24,8 @@ class tst_realtime_saver_t : public QObject {
         gate = std::make_unique<write_gate_t>(db.get());
         connection = std::make_unique<database::store::connection_t>();
         QVERIFY(database::store::open_database(*connection, file->path(), 0).is_ok());
-        feed =
-            std::make_unique<change_feed_t>(*connection, db.get(), realtime.get(), gate.get(), 64);
+        feed = std::make_unique<change_feed_t>(*connection, db.get(), realtime.get(), gate.get(),
+                                               change_feed_t::options_t{});
         QVERIFY(feed->load().is_ok());
         make_saver(10, 5);
     }
