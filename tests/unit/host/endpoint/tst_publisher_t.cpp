@@ -66,7 +66,7 @@ class tst_publisher_t : public QObject {
  private:
     endpoint_counters_t counts;
     mosquitto_client_t client;
-    message_sender_t sender{client, counts, 100, 100'000};
+    message_sender_t sender{client, counts, 100, 100'000, {}};
     publisher_t publisher{sender, counts, 100};
 };
 
