@@ -5,6 +5,7 @@ include(CheckCXXCompilerFlag)
 option(TORLAN_WERROR "Warnings are errors" OFF)
 option(TORLAN_SLOTS_ALONE "Every slot of a test runs in a process of its own" OFF)
 option(TORLAN_PROOFS "Proofs that take minutes and a machine of their own" OFF)
+option(TORLAN_BROWSER_TESTS "Tests with a browser and node of this machine" ON)
 option(TORLAN_FUZZ "Fuzzers look for new inputs; needs clang and sanitizers" OFF)
 set(TORLAN_SANITIZE "" CACHE STRING "Sanitizers for every target, e.g. address,undefined")
 
