@@ -31,6 +31,7 @@ test('topics', () => {
     for (const name of ['', 'a/b', '+', 'a#', 'a\u0000']) {
         assert.ok(!isLevel(name), name);
     }
+    assert.ok(isLevel('alice') && isLevel('é 1'));
 });
 
 test('values', () => {
