@@ -15,7 +15,7 @@ if (!words.includes(process.argv.length - 2)) fail('read [ELEMENT] | write ELEME
 const { TORLAN_USER: username, TORLAN_PASSWORD: password, TORLAN_HOST: host, TORLAN_PORT: port, TORLAN_WAIT: wait } = process.env;
 const root = `local/api/v1/${username}`, own = `${root}/js${process.pid}`, list = 'elements/objects_list';
 const home = new Map();  // element: {function: value}
-let passedOn = false;  // "202": no promise that the value comes
+let sent = false, passedOn = false;  // "202": no promise that the value comes
 
 const client = mqtt.connect({ host: host || '127.0.0.1', port: Number(port || 1883), username, password,
   protocolVersion: 5, properties: { receiveMaximum: 65535 }, resubscribe: false });
@@ -43,11 +43,11 @@ function answered({ data }) {  // everything was read
     if (element && !home.has(element)) fail(`${element} cannot be read`);
     console.log(JSON.stringify(element ? home.get(element) : Object.fromEntries(home)));
     done();
-  } else if (verb === 'write') {
+  } else if (verb === 'write' && !sent) {  // not again after a gap
+    sent = true;
     client.publish(`${own}/request/set/${list}/${element}`, `{"data":{"functions":{"${func}":${value}}}}`, { qos: 1 });
   }
 }
-
 client.on('message', (topic, payload) => {
   const packet = payload.length ? JSON.parse(payload) : null, id = topic.split('/').pop();
   if (topic === `${own}/status/get/${list}`) answered(packet);

@@ -48,7 +48,7 @@ while not (passed_on and home.get(element, {}).get(function) == value):
             known = home if element is None else home.get(element)
             sys.exit(print(json.dumps(known)) if known is not None else f"client.py: {element} cannot be read")
         if verb == "write":
-            payload = json.dumps({"data": {"functions": {function: json.loads(value)}}})
+            verb, payload = "written", json.dumps({"data": {"functions": {function: json.loads(value)}}})
             client.publish(f"{own}/request/set/{paths}/{element}", payload, qos=1)
     elif topic == f"{own}/status/set/{paths}/{element}":
         if not (passed_on := packet.get("data", {}).get("functions", {}).get(function) == "202"):
