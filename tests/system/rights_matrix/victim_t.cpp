@@ -197,6 +197,10 @@ void victim_t::judge_connections(const QString& _moment) {
 }
 
 void victim_t::judge_sessions(const QString& _moment) {
+    // A name that was given again is kept out while somebody's former rights are remembered: that
+    // the session is refused right after the change says as little as one that is empty.
+    const outcome_t without =
+        change == change_t::recreated ? outcome_t::silent : outcome_t::refused;
     for (const old_t& old : olds) {
         const auto session = old.visitor->device(old.session, kept);
         if (session) {
@@ -205,7 +209,7 @@ void victim_t::judge_sessions(const QString& _moment) {
         for (const element_t& element : elements()) {
             if (!element.is_hidden) {
                 note(right, old.visitor->plan.door, _moment, path_t::old_session, element,
-                     !session                                       ? outcome_t::refused
+                     !session                                       ? without
                      : has_state(*session, user, element.id, false) ? outcome_t::allowed
                                                                     : outcome_t::silent);
             }
