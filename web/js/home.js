@@ -143,17 +143,15 @@ export class Home {
 
     /// Everything, as it is now: states hold what has changed only, and a gap hides what has gone.
     async readAll() {
+        const read = this.elements.beginRead();
         const answer = await this.requests.ask('get', '', {}, readIn).catch(() => null);
         // 409: there is nothing that this user may see.
         if (answer === null || (answer.error !== undefined && Number(answer.error) !== 409)) {
+            this.elements.endRead(read);
             return;
         }
         const data = answer.error === undefined ? answer.data ?? {} : {};
-        for (const [id, element] of Object.entries(data)) {
-            this.merge(id, element);
-        }
-        const own = [...this.elements.all.values()].filter((each) => each.isWriteOnly);
-        this.elements.keepOnly(new Set([...Object.keys(data), ...own.map((each) => each.id)]));
+        this.elements.mergeList(read, data, (id, element) => this.merge(id, element));
         this.loadWriteOnly();
         this.hasRead = true;
         this.handlers.list();

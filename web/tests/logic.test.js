@@ -133,9 +133,49 @@ test('elements keep what a change does not name', () => {
     assert.deepEqual([...elements.get('e').functions], [['execute', '0'], ['level', '20']]);
     assert.equal(elements.get('e').name, 'Lamp');
     assert.ok(elements.merge('e', {name: 'Other'}).isNew);
-    assert.deepEqual(elements.keepOnly(new Set(['x'])), ['e']);
+    assert.ok(elements.remove('e'));
     assert.equal(elements.remove('e'), false);
 });
+
+test('a list replaces what is known', () => {
+    const elements = new Elements();
+    const list = (data) => elements.mergeList(elements.beginRead(), data,
+        (id, element) => elements.merge(id, element));
+    list({e: lamp('1'), f: lamp('2')});
+    elements.merge('own', {name: 'own'});
+    elements.get('own').isWriteOnly = true;
+    list({f: lamp('3')});
+    assert.deepEqual([...elements.all.keys()], ['f', 'own']);
+    assert.equal(elements.get('f').functions.get('level'), '3');
+    assert.equal(elements.reads.size, 0);
+});
+
+test('what comes while the list is read is newer than the answer', () => {
+    const elements = new Elements();
+    const merge = (id, data) => elements.merge(id, data);
+    ['revoked', 'changed', 'back', 'left'].forEach((id) => elements.merge(id, lamp('1')));
+    const read = elements.beginRead();
+    elements.remove('revoked');
+    elements.merge('changed', {functions: {level: {value: '2'}}});
+    elements.merge('new', lamp('2'));
+    elements.remove('back');
+    elements.merge('back', lamp('2'));
+    const old = {revoked: lamp('1'), changed: lamp('1'), back: lamp('1')};
+    elements.mergeList(read, old, merge);
+    assert.deepEqual([...elements.all.keys()].sort(), ['back', 'changed', 'new']);
+    assert.deepEqual(levels(elements, ['changed', 'back', 'new']), ['2', '2', '2']);
+    // What an answer alone says counts still, and the next answer counts whole.
+    const next = elements.beginRead();
+    elements.merge('changed', {functions: {level: {value: '3'}}});
+    elements.mergeList(next, {changed: {functions: {...lamp('2').functions, execute: {value: '0'}}},
+        revoked: lamp('4')}, merge);
+    assert.equal(elements.get('changed').functions.get('execute'), '0');
+    assert.deepEqual(levels(elements, ['changed', 'revoked']), ['3', '4']);
+});
+
+const lamp = (level) => ({name: 'Lamp', type: 2, functions: {level: {value: level}}});
+
+const levels = (elements, ids) => ids.map((id) => elements.get(id).functions.get('level'));
 
 test('a history is bounded and keeps its ends', () => {
     const history = new History();

@@ -1,8 +1,12 @@
 // The elements that the user may see, as far as messages have told.
+//
+// An answer may be overtaken by states that were sent after it. So what comes while a read of the list
+// is open is newer than its answer: beginRead(), then mergeList() or endRead().
 
 export class Elements {
     constructor() {
         this.all = new Map();
+        this.reads = new Set();
     }
 
     get(id) {
@@ -23,20 +27,49 @@ export class Elements {
             changed.push(name);
         }
         this.all.set(id, element);
+        this.reads.forEach((read) => {
+            const told = read.get(id);
+            read.set(id, new Set([...(told === undefined || told === gone ? [] : told), ...changed]));
+        });
         return {isNew: known === undefined || isRenamed, changed};
     }
 
-    /// Everything that the user may see, by the answer to a read of the list. Returns the ids that
-    /// were known and are not in it.
-    keepOnly(ids) {
-        const gone = [...this.all.keys()].filter((id) => !ids.has(id));
-        gone.forEach((id) => this.all.delete(id));
-        return gone;
+    beginRead() {
+        const read = new Map();
+        this.reads.add(read);
+        return read;
+    }
+
+    endRead(read) {
+        this.reads.delete(read);
+    }
+
+    /// Everything that the user may see, by the answer to a read of the list, and what has come since
+    /// it was asked. Calls merge(id, data) with what is news.
+    mergeList(read, list, merge) {
+        this.endRead(read);
+        const ids = new Set();
+        for (const [id, data] of Object.entries(list)) {
+            const told = read.get(id);
+            if (told !== gone) {
+                ids.add(id);
+                merge(id, told === undefined ? data : without(data, told));
+            }
+        }
+        const isLeft = ([id, element]) => !ids.has(id) && !element.isWriteOnly &&
+            (read.get(id) ?? gone) === gone;
+        [...this.all].filter(isLeft).forEach(([id]) => this.all.delete(id));
     }
 
     remove(id) {
+        this.reads.forEach((read) => read.set(id, gone));
         return this.all.delete(id);
     }
 }
+
+const gone = 'gone';
+
+const without = (data, names) => ({...data, functions: Object.fromEntries(
+    Object.entries(data.functions ?? {}).filter(([name]) => !names.has(name)))});
 
 const textOf = (value) => (value === undefined || value === null ? null : String(value));
