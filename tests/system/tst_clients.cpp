@@ -69,6 +69,7 @@ void tst_clients::clients() {
     // Debian's own, which has Debian's paho.
     QTest::newRow("Python") << QStringList{"/usr/bin/python3", folder + "py"};
     QTest::newRow("JavaScript") << QStringList{TORLAN_NODE, folder + "js"};
+    QTest::newRow("C++") << QStringList{CLIENT};
 }
 
 QProcessEnvironment tst_clients::environment(const QString& _user, const QString& _password) const {

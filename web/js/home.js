@@ -145,13 +145,11 @@ export class Home {
     async readAll() {
         const read = this.elements.beginRead();
         const answer = await this.requests.ask('get', '', {}, readIn).catch(() => null);
-        // 409: there is nothing that this user may see.
-        if (answer === null || (answer.error !== undefined && Number(answer.error) !== 409)) {
+        if (answer === null || answer.error !== undefined) {
             this.elements.endRead(read);
             return;
         }
-        const data = answer.error === undefined ? answer.data ?? {} : {};
-        this.elements.mergeList(read, data, (id, element) => this.merge(id, element));
+        this.elements.mergeList(read, answer.data ?? {}, (id, element) => this.merge(id, element));
         this.loadWriteOnly();
         this.hasRead = true;
         this.handlers.list();
