@@ -1,6 +1,9 @@
 #include "knx/knxd/eib_connection_t.h"
 
 #include <eibclient.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
 
 #include <array>
 #include <cerrno>
@@ -18,6 +21,19 @@ void block_broken_pipe() {
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 }
 
+/// A cable that is pulled says nothing: the kernel has to ask. A link without an answer is lost
+/// after 10 + 3 x 5 s, with something unsent after 20 s. A unix socket refuses all but the first.
+void notice_silence(int _descriptor) {
+    const auto set = [_descriptor](int _level, int _option, int _value) {
+        setsockopt(_descriptor, _level, _option, &_value, sizeof _value);
+    };
+    set(SOL_SOCKET, SO_KEEPALIVE, 1);
+    set(IPPROTO_TCP, TCP_KEEPIDLE, 10);
+    set(IPPROTO_TCP, TCP_KEEPINTVL, 5);
+    set(IPPROTO_TCP, TCP_KEEPCNT, 3);
+    set(IPPROTO_TCP, TCP_USER_TIMEOUT, 20'000);
+}
+
 using buffer_t = std::array<uint8_t, 512>;
 
 QByteArray bytes_of(const buffer_t& _buffer, int _size) {
@@ -29,8 +45,11 @@ QByteArray bytes_of(const buffer_t& _buffer, int _size) {
 std::unique_ptr<eib_connection_t> eib_connection_t::open(const QString& _url) {
     block_broken_pipe();
     _EIBConnection* const made = EIBSocketURL(_url.toLocal8Bit().constData());
-    return std::unique_ptr<eib_connection_t>(made == nullptr ? nullptr
-                                                             : new eib_connection_t(made));
+    if (made == nullptr) {
+        return nullptr;
+    }
+    notice_silence(EIB_Poll_FD(made));
+    return std::unique_ptr<eib_connection_t>(new eib_connection_t(made));
 }
 
 eib_connection_t::~eib_connection_t() {
