@@ -4,48 +4,23 @@
 #include "options_t.h"
 #include "program/begin_program.h"
 #include "program/exit_status_t.h"
-#include "program/privileges.h"
+#include "program/loopback_service.h"
 #include "program/say.h"
 #include "program/standard_streams.h"
-#include "program/stop_signals_t.h"
-#include "program/supervisor_link_t.h"
 
 namespace torlan {
 
 namespace {
 
-int fail(const QString& _sentence) {
-    say(stderr, _sentence);
-    return status_failed;
-}
-
 int serve(const options_t& _options) {
-    QString told;
-    const base::result_t allowed = give_up_privileges(_options.user, {}, &told);
-    if (!allowed.is_ok()) {
-        return fail(allowed.error);
-    }
-    const stop_signals_t stop_signals;
-    QObject::connect(&stop_signals, &stop_signals_t::stop_asked, &QCoreApplication::quit);
-    const supervisor_link_t supervisor(_options.supervisor);
-    QObject::connect(&supervisor, &supervisor_link_t::supervisor_gone, &QCoreApplication::quit);
     config_server_t server(_options.trigger);
-    const base::result_t started = server.start(_options.file, _options.port);
-    if (!started.is_ok()) {
-        return fail(started.error);
-    }
-    if (server.is_file_new()) {
-        say(stderr, QStringLiteral("made %1 with empty settings").arg(_options.file));
-    }
-    if (supervisor.is_supervised()) {
-        supervisor.tell_ready();
-    } else {
-        say(stdout, QStringLiteral("ready on http://127.0.0.1:%1/").arg(server.port()));
-        if (!told.isEmpty()) {
-            say(stdout, told);
+    return serve_loopback(_options.user, _options.supervisor, [&]() -> base::result_of_t<quint16> {
+        const base::result_t started = server.start(_options.file, _options.port);
+        if (started.is_ok() && server.is_file_new()) {
+            say(stderr, QStringLiteral("made %1 with empty settings").arg(_options.file));
         }
-    }
-    return QCoreApplication::exec();
+        return started.is_ok() ? server.port() : base::result_of_t<quint16>(started);
+    });
 }
 
 }  // namespace
@@ -58,7 +33,8 @@ int main(int _argc, char* _argv[]) {
     const QCoreApplication application(_argc, _argv);
     const base::result_of_t<options_t> options = parse_options(QCoreApplication::arguments());
     if (!options.is_ok()) {
-        return fail(options.error);
+        say(stderr, options.error);
+        return status_failed;
     }
     if (!options.value.to_show.isEmpty()) {
         write_text(stdout, options.value.to_show);
