@@ -16,7 +16,7 @@ struct gate_settings_t {
     stored_hash_t host_password;  ///< host_hash; with few iterations, it is checked at once
     /// idle_seconds: how long a session is kept without a connection.
     std::chrono::seconds idle{7 * 24 * 3'600};
-    std::size_t sessions_of_user = 32;  ///< sessions_of_user: kept without a connection
+    std::size_t sessions_of_user = 8;  ///< sessions_of_user: kept without a connection
     /// publishes_per_second, bytes_per_second: what one user may publish; 0: no limit.
     unsigned int publishes_per_second = 1'000;
     unsigned int bytes_per_second = 2 * 1024 * 1024;

@@ -2,6 +2,7 @@
 
 #include <QTest>
 
+#include "broker/broker_settings_t.h"
 #include "unit/host/broker/plugin/plugin_broker_t.h"
 
 using namespace broker::plugin;
@@ -14,6 +15,7 @@ class tst_gate_settings_t : public QObject {
     void option();
     void host_is_needed();
     void values_are_taken_over();
+    void sessions_that_a_user_leaves_behind_leave_others_memory();
 };
 
 void tst_gate_settings_t::option_data() {
@@ -79,6 +81,13 @@ void tst_gate_settings_t::values_are_taken_over() {
     QCOMPARE(settings.idle.count(), 10);
     QCOMPARE(settings.sessions_of_user, 3u);
     QCOMPARE(settings.at_once.count(), 7);
+}
+
+// What waits takes about twice its payload in the broker.
+void tst_gate_settings_t::sessions_that_a_user_leaves_behind_leave_others_memory() {
+    const broker::broker_settings_t broker;
+    QVERIFY(2 * qint64(gate_settings_t().sessions_of_user) * broker.queued_bytes <=
+            broker.memory_bytes * 2 / 3);
 }
 
 QTEST_GUILESS_MAIN(tst_gate_settings_t)
