@@ -1,16 +1,13 @@
 #include <signal.h>
 
-#include <QSqlDatabase>
-#include <QSqlQuery>
 #include <QtTest>
 #include <atomic>
 #include <future>
-#include <memory>
 
 #include "kit/lamps_home.h"
-#include "kit/raw_mqtt_t.h"
-#include "system/support/api_user.h"
+#include "kit/password_of.h"
 #include "system/support/host_process_t.h"
+#include "system/support/shown_to_user.h"
 
 using namespace kit;
 using namespace support;
@@ -143,48 +140,13 @@ void tst_every_state::is_there_again_after_the_broker_was_killed() {
 }
 
 QSet<QByteArray> tst_every_state::due(const host_process_t& _host, const QString& _username) {
-    QSet<QByteArray> topics;
-    {
-        QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", "due");
-        database.setDatabaseName(_host.data() + QStringLiteral("/installation.db"));
-        database.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
-        database.open();
-        QSqlQuery query(database);
-        query.prepare(
-            QStringLiteral("SELECT element FROM permissions JOIN users ON user = id "
-                           "WHERE username = ? AND bits & 1"));
-        query.addBindValue(_username);
-        query.exec();
-        while (query.next()) {
-            topics.insert(state_topic(_username, query.value(0).toString()).toUtf8());
-        }
-    }
-    QSqlDatabase::removeDatabase("due");
-    return topics;
+    return states_due(_host.data(), _username);
 }
 
 QSet<QByteArray> tst_every_state::retained(const host_process_t& _host, const QString& _username) {
-    QSet<QByteArray> topics;
-    std::unique_ptr<raw_mqtt_t> client;
-    // The broker hangs up without an answer when it has no time for a password.
-    const QDeadlineTimer limit(30'000);
-    for (int code = raw_mqtt_t::closed; code == raw_mqtt_t::closed;) {
-        client =
-            std::make_unique<raw_mqtt_t>(raw_mqtt_t::way_t::tcp, QString::number(_host.port()));
-        code = client->connect(
-            {.name = _username.toUtf8(), .password = password_of(_username).toUtf8()});
-        if (code > 0 || limit.hasExpired()) {
-            return topics;
-        }
-    }
-    // QoS 0: the broker does not wait for the client, and an answer to a ping comes behind all.
-    client->subscribe(state_topic(_username, QStringLiteral("#")).toUtf8(), 0);
-    for (const raw_message_t& message : client->received()) {
-        if (message.retain && !message.payload.isEmpty()) {
-            topics.insert(message.topic);
-        }
-    }
-    return topics;
+    const QList<QByteArray> topics =
+        states_retained(_host.port(), _username, password_of(_username)).keys();
+    return {topics.begin(), topics.end()};
 }
 
 QTEST_GUILESS_MAIN(tst_every_state)

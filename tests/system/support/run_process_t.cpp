@@ -1,10 +1,10 @@
 #include "system/support/run_process_t.h"
 
-#include <QFile>
 #include <QRegularExpression>
 
 #include "kit/end_with_test.h"
 #include "kit/free_port.h"
+#include "system/support/children_of.h"
 
 namespace support {
 
@@ -12,24 +12,26 @@ namespace {
 
 constexpr int start_ms = 60'000;
 
-qint64 find_below(qint64 _process, const QByteArray& _name) {
-    QFile list(QStringLiteral("/proc/%1/task/%1/children").arg(_process));
-    if (!list.open(QIODevice::ReadOnly)) {
-        return 0;
+qint64 find_below(qint64 _process, const QString& _name) {
+    const QMap<QString, qint64> children = children_of(_process);
+    if (const qint64 found = children.value(_name); found != 0) {
+        return found;
     }
-    for (const QByteArray& id : list.readAll().simplified().split(' ')) {
-        QFile name("/proc/" + id + "/comm");
-        if (id.isEmpty() || !name.open(QIODevice::ReadOnly)) {
-            continue;
-        }
-        if (name.readAll().trimmed() == _name) {
-            return id.toLongLong();
-        }
-        if (const qint64 found = find_below(id.toLongLong(), _name); found != 0) {
+    for (const qint64 child : children) {
+        if (const qint64 found = find_below(child, _name); found != 0) {
             return found;
         }
     }
     return 0;
+}
+
+QList<qint64> all_below(qint64 _process) {
+    QList<qint64> found;
+    for (const qint64 child : children_of(_process)) {
+        found += child;
+        found += all_below(child);
+    }
+    return found;
 }
 
 }  // namespace
@@ -43,14 +45,21 @@ run_process_t::~run_process_t() {
 }
 
 bool run_process_t::start(const QString& _home, const QStringList& _more_arguments) {
+    const bool has_console = !_more_arguments.contains(QStringLiteral("--no-web"));
+    config = kit::free_port();
+    QStringList arguments{"--data",          data(),
+                          "--port",          QString::number(broker_port),
+                          "--config-port",   QString::number(config),
+                          "--sample",        _home,
+                          "--log-level-std", "2"};
+    if (has_console) {
+        arguments += {"--web-port", QString::number(kit::free_port()), "--ws-port",
+                      QString::number(kit::free_port())};
+    }
+    output.clear();
     kit::end_with_test(&program);
     program.setProcessChannelMode(QProcess::MergedChannels);
-    program.start(TORLAN_RUN, QStringList{"--data", data(), "--port", QString::number(broker_port),
-                                          "--config-port", QString::number(kit::free_port()),
-                                          "--sample", _home, "--log-level-std", "2", "--web-port",
-                                          QString::number(kit::free_port()), "--ws-port",
-                                          QString::number(kit::free_port())} +
-                                  _more_arguments);
+    program.start(TORLAN_RUN, arguments + _more_arguments);
     static const QRegularExpression place(QStringLiteral("the console is at (\\S+)"));
     while (program.state() != QProcess::NotRunning) {
         while (!program.canReadLine() && program.waitForReadyRead(start_ms)) {
@@ -61,8 +70,8 @@ bool run_process_t::start(const QString& _home, const QStringList& _more_argumen
             address = match.captured(1);
             return output.contains("torlan: ready");
         }
-        if (line.isEmpty()) {
-            break;
+        if (line.isEmpty() || (!has_console && line.startsWith("torlan: ready"))) {
+            return !line.isEmpty();
         }
     }
     return false;
@@ -89,7 +98,11 @@ int run_process_t::control(const QStringList& _arguments, const QByteArray& _inp
 }
 
 qint64 run_process_t::descendant(const QString& _name) const {
-    return find_below(program.processId(), _name.toUtf8());
+    return find_below(program.processId(), _name);
+}
+
+QList<qint64> run_process_t::descendants() const {
+    return all_below(program.processId());
 }
 
 }  // namespace support

@@ -12,7 +12,7 @@ class run_process_t {
     run_process_t();
     ~run_process_t();
 
-    /// With the installation in @p _home, a file; waits until it is ready.
+    /// With the installation in @p _home, a file; waits until it is ready. Again after an end.
     bool start(const QString& _home, const QStringList& _more_arguments = {});
     /// SIGTERM; its exit status, -1: it had to be killed.
     int stop();
@@ -22,16 +22,21 @@ class run_process_t {
     /// Where the page is, as it was told beside "torlan: ready".
     QString console() const { return address; }
     quint16 port() const { return broker_port; }
+    /// Of this start.
+    quint16 config_port() const { return config; }
     QString data() const { return folder.filePath(QStringLiteral("home")); }
     QProcess& process() { return program; }
     /// Child, and child's child, by program name; 0: there is none.
     qint64 descendant(const QString& _name) const;
+    /// All of them.
+    QList<qint64> descendants() const;
     QByteArray shown() const { return output; }
 
  private:
     QTemporaryDir folder;
     QProcess program;
     quint16 broker_port;
+    quint16 config = 0;
     QByteArray output;
     QString address;
 };
