@@ -17,7 +17,7 @@ struct broker_settings_t {
     /// API users.
     QString host_account = QStringLiteral("@torlan");
 
-    int packet_bytes = 4 * 1024 * 1024;               ///< largest packet accepted
+    int packet_bytes = 4 * 1024 * 1024;              ///< largest packet accepted
     qint64 queued_bytes = qint64(64) * 1024 * 1024;  ///< waiting for one client
     /// Unacknowledged messages to and from one client. Clients that speak MQTT 3 are not told, and
     /// what they send beyond it is lost.
