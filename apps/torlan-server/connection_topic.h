@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include "comunication/api_topics.h"
 #include "database/database_t.h"
 
 namespace torlan {
@@ -9,7 +10,7 @@ namespace torlan {
 /// Readable by every API user; empty for an installation without a topic.
 inline QString connection_topic(const database::database_t& _database) {
     const QString topic = _database.getPersistent()->getTopicbase()->getTopic();
-    return topic.isEmpty() ? QString() : QStringLiteral("local/%1/connection").arg(topic);
+    return topic.isEmpty() ? QString() : comunication::api_topics::connection(topic);
 }
 
 }  // namespace torlan

@@ -18,8 +18,23 @@ QString user_root(const QString& _version, const QString& _user) {
     return QStringLiteral("%1/%2/%3").arg(root, _version, _user);
 }
 
+namespace {
+const QString elements_path = QStringLiteral("elements/objects_list/");
+}  // namespace
+
 QString element_state(const QString& _version, const QString& _user, const QString& _element) {
-    return user_root(_version, _user) + QStringLiteral("/status/elements/objects_list/") + _element;
+    return user_root(_version, _user) + QStringLiteral("/status/") + elements_path + _element;
+}
+
+QString connection(const QString& _installation) {
+    return QStringLiteral("local/%1/connection").arg(_installation);
+}
+
+QString element_request(const QString& _version, const QString& _user, const QString& _client,
+                        const QString& _verb, const QString& _element) {
+    return QStringLiteral("%1/%2/%3/%4/%5")
+               .arg(user_root(_version, _user), _client, request_word, _verb, elements_path) +
+           _element;
 }
 
 QString answer(const QString& _topic) {

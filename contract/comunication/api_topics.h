@@ -21,6 +21,13 @@ QString user_root(const QString& _version, const QString& _user);
 /// Where the state of an element lies for a user.
 QString element_state(const QString& _version, const QString& _user, const QString& _element);
 
+/// Where it is told whether the server is there; @p _installation is the installation's topic.
+QString connection(const QString& _installation);
+
+/// Where a client asks for something of an element; @p _verb is "get" or "set".
+QString element_request(const QString& _version, const QString& _user, const QString& _client,
+                        const QString& _verb, const QString& _element);
+
 /// Where the answer to a request goes: every "request" becomes "status".
 QString answer(const QString& _topic);
 

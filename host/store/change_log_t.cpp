@@ -93,4 +93,15 @@ result_t change_log_t::collapse(qint64 _sequence) {
                            : deleted;
 }
 
+result_t change_log_t::collapse_above(qint64 _sequence, int _most) {
+    const auto elements = connection.value(
+        QStringLiteral("SELECT count(DISTINCT key) FROM changes WHERE sequence > ? AND "
+                       "tab IN ('elements', 'thermostats')"),
+        {_sequence});
+    if (!elements.is_ok()) {
+        return elements;
+    }
+    return elements.value.toInt() > _most ? collapse(_sequence) : result_t();
+}
+
 }  // namespace database::store

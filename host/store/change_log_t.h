@@ -27,6 +27,8 @@ class change_log_t {
     ::base::result_t clear();
     /// Deletes the rows above @p _sequence and leaves one that means "read everything again".
     ::base::result_t collapse(qint64 _sequence);
+    /// The same when they are about more than @p _most elements and thermostats.
+    ::base::result_t collapse_above(qint64 _sequence, int _most);
 
  private:
     connection_t& connection;

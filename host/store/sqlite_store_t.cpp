@@ -75,7 +75,7 @@ result_t sqlite_store_t::replace(const installation_t& _installation) {
         result = write_difference(next);
     }
     if (result.is_ok()) {
-        result = collapse_many(&log, before.value);
+        result = log.collapse_above(before.value, told_singly);
     }
     return result.is_ok() ? transaction.commit() : result;
 }
@@ -103,17 +103,6 @@ result_t sqlite_store_t::write_difference(const installation_t& _next) {
                           {QDateTime::currentDateTimeUtc().toString(Qt::ISODate)});
     }
     return result;
-}
-
-result_t sqlite_store_t::collapse_many(change_log_t* _log, qint64 _before) {
-    const auto elements =
-        link.value(QStringLiteral("SELECT count(DISTINCT key) FROM changes WHERE sequence > ? AND "
-                                  "tab IN ('elements', 'thermostats')"),
-                   {_before});
-    if (!elements.is_ok()) {
-        return elements;
-    }
-    return elements.value.toInt() > told_singly ? _log->collapse(_before) : result_t();
 }
 
 }  // namespace database::store

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "installation/installation_t.h"
-#include "store/change_log_t.h"
 #include "store/connection_t.h"
 
 namespace database::store {
@@ -23,8 +22,8 @@ class sqlite_store_t {
     /// out or cleaned. One sentence for each thing.
     QStringList take_notes() { return std::exchange(sentences, {}); }
 
-    /// Elements and thermostats that replace() notes one by one. When it changes more, whoever
-    /// follows is to read everything again.
+    /// Elements and thermostats that are noted one by one. Whoever changes more at once, as
+    /// replace() does, leaves word that everything is to be read again.
     static constexpr int told_singly = 64;
 
     /// Puts @p _installation in the place of what is there: all of it or, on an error, nothing.
@@ -37,7 +36,6 @@ class sqlite_store_t {
  private:
     ::base::result_t keep_passwords(installation::installation_t* _next);
     ::base::result_t write_difference(const installation::installation_t& _next);
-    ::base::result_t collapse_many(change_log_t* _log, qint64 _before);
 
     connection_t link;
     QStringList sentences;

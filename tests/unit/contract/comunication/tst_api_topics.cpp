@@ -22,6 +22,9 @@ void tst_api_topics::words_are_as_clients_know_them() {
     QCOMPARE(api_topics::user_root("%2", "a"), QString("local/api/%2/a"));
     QCOMPARE(api_topics::element_state(api_topics::version_1, "alice", "e-lamp"),
              QString("local/api/v1/alice/status/elements/objects_list/e-lamp"));
+    QCOMPARE(api_topics::element_request(api_topics::version_1, "alice", "me", "get", "e-lamp"),
+             QString("local/api/v1/alice/me/request/get/elements/objects_list/e-lamp"));
+    QCOMPARE(api_topics::connection("home/1"), QString("local/home/1/connection"));
 }
 
 void tst_api_topics::answer_replaces_every_request_data() {
