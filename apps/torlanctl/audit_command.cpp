@@ -8,9 +8,10 @@
 #include "audit/audit_reader_t.h"
 #include "audit/file_name.h"
 #include "audit/people_text.h"
+#include "commands.h"
 #include "database/name_rules.h"
+#include "output_t.h"
 #include "program/say.h"
-#include "program/standard_streams.h"
 
 namespace torlan {
 
@@ -18,8 +19,6 @@ namespace {
 
 using audit::audit_reader_t;
 using base::result_t;
-
-constexpr qsizetype bytes_at_once = 64 * 1024;
 
 result_t read_since(const QString& _text, qint64 _now, audit_call_t* _call) {
     const auto since = audit::since_of(_text, _now);
@@ -31,20 +30,6 @@ result_t read_since(const QString& _text, qint64 _now, audit_call_t* _call) {
     }
     _call->filter.since = *since;
     return {};
-}
-
-/// Where the value of an option goes; null: there is no such option.
-QString* place_of(const QString& _option, audit_call_t* _call, QString* _since) {
-    if (_option == QLatin1String("--user")) {
-        return &_call->filter.user;
-    }
-    if (_option == QLatin1String("--element")) {
-        return &_call->filter.element;
-    }
-    if (_option == QLatin1String("--logs")) {
-        return &_call->logs;
-    }
-    return _option == QLatin1String("--since") ? _since : nullptr;
 }
 
 /// The lines of several readers, by time.
@@ -76,19 +61,13 @@ QByteArray text_of(const audit_reader_t::line_t& _line, bool _as_json) {
 }
 
 result_t write_lines(merged_t _lines, const audit_call_t& _call) {
-    QByteArray text;
-    while (const auto line = _lines.next()) {
+    output_t output;
+    while (const auto line = output.is_read() ? _lines.next() : std::nullopt) {
         if (_call.filter.matches(line->entry)) {
-            text += text_of(*line, _call.as_json);
-        }
-        if (text.size() >= bytes_at_once) {
-            if (const result_t written = write_output(text); !written.is_ok()) {
-                return written;
-            }
-            text.clear();
+            output.add(text_of(*line, _call.as_json));
         }
     }
-    return write_output(text);
+    return output.finish();
 }
 
 result_t nothing_there(const QString& _logs) {
@@ -100,51 +79,31 @@ result_t nothing_there(const QString& _logs) {
 
 }  // namespace
 
-base::result_of_t<audit_call_t> parse_audit_call(const QStringList& _arguments, qint64 _now) {
-    audit_call_t call;
-    QString since;
-    QStringList words = _arguments;
-    while (!words.isEmpty()) {
-        const QString word = words.takeFirst();
-        const QString option = word.section(QLatin1Char('='), 0, 0);
-        const bool has_value = word != option;
-        if (option == QLatin1String("--json") && !has_value) {
-            call.as_json = true;
-            continue;
-        }
-        QString* const place = place_of(option, &call, &since);
-        if (place == nullptr) {
-            return result_t::failed(
-                QStringLiteral("audit has no option %1.").arg(database::quoted(option)));
-        }
-        if (!has_value && words.isEmpty()) {
-            return result_t::failed(QStringLiteral("%1 takes a value.").arg(option));
-        }
-        *place = has_value ? word.mid(option.size() + 1) : words.takeFirst();
-    }
-    const result_t read = since.isEmpty() ? result_t() : read_since(since, _now, &call);
+base::result_of_t<audit_call_t> read_audit_call(const call_t& _typed, qint64 _now) {
+    audit_call_t call{{_typed["user"], _typed["element"]}, _typed["logs"], _typed.has("json")};
+    const result_t read =
+        _typed.has("since") ? read_since(_typed["since"], _now, &call) : result_t();
     if (!read.is_ok()) {
         return read;
     }
     return call;
 }
 
-result_t check_audit_call(const QStringList& _arguments) {
-    return parse_audit_call(_arguments, QDateTime::currentMSecsSinceEpoch());
-}
+namespace {
 
-result_t show_audit(const QString& _data, const QStringList& _arguments) {
-    const auto call = parse_audit_call(_arguments, QDateTime::currentMSecsSinceEpoch());
+outcome_t show_audit(const call_t& _typed) {
+    const auto call = read_audit_call(_typed, QDateTime::currentMSecsSinceEpoch());
     if (!call.is_ok()) {
-        return call;
+        return {status_usage, call.error};
     }
-    const QString logs =
-        call.value.logs.isEmpty() ? QDir(_data).filePath(QStringLiteral("logs")) : call.value.logs;
+    const QString logs = call.value.logs.isEmpty()
+                             ? QDir(_typed.data).filePath(QStringLiteral("logs"))
+                             : call.value.logs;
     audit_reader_t server;
     audit_reader_t settings;
     result_t result = server.open(logs, audit::server_file, call.value.filter.since);
     if (result.is_ok()) {
-        result = settings.open(_data, audit::settings_file, call.value.filter.since);
+        result = settings.open(_typed.data, audit::settings_file, call.value.filter.since);
     }
     if (result.is_ok() && !server.is_there() && !settings.is_there()) {
         result = nothing_there(logs);
@@ -160,6 +119,24 @@ result_t show_audit(const QString& _data, const QStringList& _arguments) {
         say(stderr, QStringLiteral("%1 lines are broken and left out.").arg(broken));
     }
     return result;
+}
+
+}  // namespace
+
+commands_t audit_commands() {
+    return {
+        {.name = "audit",
+         .arguments = "",
+         .help = "who did what, the oldest first",
+         .run = show_audit,
+         .options = {{"user", "USER", "what this user did"},
+                     {"element", "ELEMENT", "what was done with this element"},
+                     {"since", "TIME", "10m, 2h, 3d ago or since 2026-01-31T12:00:00Z"},
+                     {"logs", "DIR", "the server's logs are there, not in the data folder"},
+                     json_option},
+         .examples = {QStringLiteral("audit --user alice --since 2h"),
+                      QStringLiteral("audit --element e-lamp --json")}},
+    };
 }
 
 }  // namespace torlan

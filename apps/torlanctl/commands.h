@@ -1,12 +1,20 @@
 #pragma once
 
-#include <QList>
-
-#include "command_t.h"
+#include "line/command_t.h"
 
 namespace torlan {
 
 /// Every command, in the order in which the help lists them.
-const QList<command_t>& commands();
+const commands_t& commands();
+
+// Those of each file.
+commands_t document_commands();
+commands_t user_commands();
+commands_t grant_commands();
+commands_t value_commands();
+commands_t dpt_commands();
+commands_t audit_commands();
+commands_t live_commands();
+commands_t shell_commands();
 
 }  // namespace torlan

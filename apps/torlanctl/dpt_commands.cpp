@@ -1,10 +1,11 @@
-#include "dpt_commands.h"
-
+#include "base/json_text.h"
+#include "commands.h"
 #include "database/name_rules.h"
 #include "knx/data_point_types.h"
 #include "knx/data_point_value.h"
-#include "program/standard_streams.h"
+#include "output_t.h"
 
+/// Values of KNX data points; no folder is looked at.
 namespace torlan {
 
 namespace {
@@ -27,39 +28,82 @@ result_of_t<QByteArray> bytes_of(const QString& _hex) {
     return bytes;
 }
 
-}  // namespace
-
-result_t encode_value(const QString&, const QStringList& _arguments) {
-    const knx::data_point_type_t* const type = knx::find_data_point_type(_arguments[0]);
-    if (type == nullptr) {
-        return unknown_type(_arguments[0]);
-    }
-    const auto bytes = knx::encode(*type, _arguments[1]);
-    return bytes.is_ok() ? write_output(bytes.value.toHex() + '\n') : result_t(bytes);
+result_of_t<const knx::data_point_type_t*> type_of(const call_t& _call) {
+    const knx::data_point_type_t* const type = knx::find_data_point_type(_call["TYPE"]);
+    return type == nullptr ? result_of_t<const knx::data_point_type_t*>(unknown_type(_call["TYPE"]))
+                           : result_of_t<const knx::data_point_type_t*>(type);
 }
 
-result_t decode_value(const QString&, const QStringList& _arguments) {
-    const knx::data_point_type_t* const type = knx::find_data_point_type(_arguments[0]);
-    if (type == nullptr) {
-        return unknown_type(_arguments[0]);
+/// One text, or an object with it alone.
+outcome_t write(const call_t& _call, const char* _key, const QString& _text) {
+    output_t output;
+    if (_call.has("json")) {
+        output.line(QJsonObject{{QLatin1String(_key), _text}});
+    } else {
+        output.line(_text);
     }
-    const auto bytes = bytes_of(_arguments[1]);
+    return output.finish();
+}
+
+outcome_t encode_value(const call_t& _call) {
+    const auto type = type_of(_call);
+    const auto bytes =
+        type.is_ok() ? knx::encode(*type.value, _call["VALUE"]) : result_of_t<QByteArray>(type);
+    return bytes.is_ok() ? write(_call, "bytes", QString::fromLatin1(bytes.value.toHex()))
+                         : outcome_t(bytes);
+}
+
+outcome_t decode_value(const call_t& _call) {
+    const auto type = type_of(_call);
+    const auto bytes = type.is_ok() ? bytes_of(_call["BYTES"]) : result_of_t<QByteArray>(type);
     if (!bytes.is_ok()) {
         return bytes;
     }
-    const auto text = knx::decode(*type, bytes.value);
-    return text.is_ok() ? write_output(text.value.toUtf8() + '\n') : result_t(text);
+    const auto text = knx::decode(*type.value, bytes.value);
+    return text.is_ok() ? write(_call, "value", text.value) : outcome_t(text);
 }
 
-result_t list_types(const QString&, const QStringList&) {
-    QString list;
+outcome_t list_types(const call_t& _call) {
+    output_t output;
     for (const knx::data_point_type_t& type : knx::data_point_types()) {
-        list += QStringLiteral("%1 %2 %3\n")
-                    .arg(type.id(), -8)
-                    .arg(QString::fromUtf8(type.name), -32)
-                    .arg(type.range());
+        const QString name = QString::fromUtf8(type.name);
+        if (_call.has("json")) {
+            output.line(QJsonObject{{QStringLiteral("type"), type.id()},
+                                    {QStringLiteral("name"), name},
+                                    {QStringLiteral("range"), type.range()}});
+        } else {
+            output.line(
+                QStringLiteral("%1 %2 %3").arg(type.id(), -8).arg(name, -32).arg(type.range()));
+        }
     }
-    return write_output(list.toUtf8());
+    return output.finish();
+}
+
+}  // namespace
+
+commands_t dpt_commands() {
+    return {
+        {.name = "dpt encode",
+         .arguments = "TYPE VALUE",
+         .help = "print the bytes of a value of a KNX data point type",
+         .run = encode_value,
+         .on = works_on_t::nothing,
+         .options = {json_option},
+         .examples = {QStringLiteral("dpt encode 9.001 -5.5")}},
+        {.name = "dpt decode",
+         .arguments = "TYPE BYTES",
+         .help = "print the value that the bytes are",
+         .run = decode_value,
+         .on = works_on_t::nothing,
+         .options = {json_option},
+         .examples = {QStringLiteral("dpt decode 9.001 0c33")}},
+        {.name = "dpt list",
+         .arguments = "",
+         .help = "list the data point types with their units and ranges",
+         .run = list_types,
+         .on = works_on_t::nothing,
+         .options = {json_option}},
+    };
 }
 
 }  // namespace torlan

@@ -1,16 +1,15 @@
-#include "live_commands.h"
-
 #include <QDeadlineTimer>
 #include <QJsonArray>
 #include <chrono>
 
 #include "base/json_text.h"
+#include "commands.h"
 #include "control/control_client_t.h"
 #include "control/protocol.h"
-#include "database/name_rules.h"
 #include "live_text.h"
 #include "program/standard_streams.h"
 
+/// What the server that runs on the data folder tells of itself.
 namespace torlan {
 
 namespace {
@@ -20,19 +19,6 @@ using base::result_t;
 using control::control_client_t;
 
 constexpr std::chrono::seconds patience{5};
-
-const QString as_json = QStringLiteral("--json");
-const QString following = QStringLiteral("--follow");
-
-result_t check(const char* _command, const QStringList& _arguments, const QStringList& _known) {
-    for (const QString& argument : _arguments) {
-        if (!_known.contains(argument)) {
-            return result_t::failed(QStringLiteral("%1 has no option %2.")
-                                        .arg(QLatin1String(_command), database::quoted(argument)));
-        }
-    }
-    return {};
-}
 
 /// A clause about the server as a sentence.
 result_t sentence(const result_t& _clause) {
@@ -88,33 +74,23 @@ result_t write_telegram(QJsonObject _line, bool _as_json) {
                : told;
 }
 
-}  // namespace
-
-result_t check_status_call(const QStringList& _arguments) {
-    return check("status", _arguments, {as_json});
-}
-
-result_t show_status(const QString& _data, const QStringList& _arguments) {
-    control_client_t client(_data);
+outcome_t show_status(const call_t& _call) {
+    control_client_t client(_call.data);
     const auto status =
-        first_line(&client, _data, {{QStringLiteral("ask"), control::ask_status()}});
+        first_line(&client, _call.data, {{QStringLiteral("ask"), control::ask_status()}});
     if (!status.is_ok()) {
         return status;
     }
-    return _arguments.contains(as_json) ? write_json(status.value)
-                                        : write_output(status_text(status.value).toUtf8());
+    return _call.has("json") ? write_json(status.value)
+                             : write_output(status_text(status.value).toUtf8());
 }
 
-result_t check_bus_call(const QStringList& _arguments) {
-    return check("bus", _arguments, {as_json, following});
-}
-
-result_t show_bus(const QString& _data, const QStringList& _arguments) {
-    const bool is_json = _arguments.contains(as_json);
-    const bool follows = _arguments.contains(following);
-    control_client_t client(_data);
+outcome_t show_bus(const call_t& _call) {
+    const bool is_json = _call.has("json");
+    const bool follows = _call.has("follow");
+    control_client_t client(_call.data);
     const auto bus = first_line(
-        &client, _data,
+        &client, _call.data,
         {{QStringLiteral("ask"), control::ask_bus()}, {QStringLiteral("follow"), follows}});
     result_t result(bus);
     if (result.is_ok()) {
@@ -125,6 +101,25 @@ result_t show_bus(const QString& _data, const QStringList& _arguments) {
         result = line.is_ok() ? write_telegram(line.value, is_json) : sentence(line);
     }
     return result;
+}
+
+}  // namespace
+
+commands_t live_commands() {
+    return {
+        {.name = "status",
+         .arguments = "",
+         .help = "what the server that runs on it, its broker and its bus are doing",
+         .run = show_status,
+         .options = {json_option},
+         .examples = {QStringLiteral("status"), QStringLiteral("status --json")}},
+        {.name = "bus",
+         .arguments = "",
+         .help = "the bus: link, counters, the last telegrams",
+         .run = show_bus,
+         .options = {{"follow", "", "go on with each telegram that comes"}, json_option},
+         .examples = {QStringLiteral("bus --follow")}},
+    };
 }
 
 }  // namespace torlan

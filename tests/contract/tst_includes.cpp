@@ -152,9 +152,11 @@ const QList<row_t> rows{
      "server/utility/(cnfserver|http_read_config_server_t|torlan_option_t|utility_t)\\.h"},
     {"apps/torlan-web", "base/|apps/(program|gate)/"},
     {"apps/torlanctl",
-     "base/|contract/database/(name_rules|permission)|host/(installation|store)/|"
-     "host/accounts/broker_hash|host/audit/(audit_reader_t|file_name|filter_t|people_text)|"
+     "base/|contract/(comunication/api_topics|database/(element_type|name_rules|permission))|"
+     "host/(installation|store)/|host/accounts/broker_hash|host/broker/plugin/topic_judge|host/"
+     "audit/(audit_reader_t|file_name|filter_t|people_text)|"
      "host/control/(control_client_t|protocol)|apps/program/|knx/data_point_(type|types|value)"},
+    {"apps/torlanctl/line", "base/|contract/database/name_rules|apps/program/exit_status_t"},
     {"bench/micro",
      "contract/router/|server/(drivers/plugins/plugin_driver_api|utility)/|tests/fakes/"
      "memory_database_t"},

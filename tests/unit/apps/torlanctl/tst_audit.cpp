@@ -114,10 +114,11 @@ class tst_audit : public QObject {
     void wrong_call_ends_with_status_2_data() {
         QTest::addColumn<QStringList>("options");
         QTest::addColumn<QString>("error");
-        QTest::newRow("unknown") << QStringList{"--usr", "x"} << "audit has no option \"--usr\".";
-        QTest::newRow("no option") << QStringList{"alice"} << "audit has no option \"alice\".";
-        QTest::newRow("json with a value")
-            << QStringList{"--json=1"} << "audit has no option \"--json\".";
+        QTest::newRow("unknown") << QStringList{"--usr", "x"}
+                                 << "audit has no option \"--usr\". Did you mean --user?";
+        QTest::newRow("no option")
+            << QStringList{"alice"} << "Usage: torlanctl [--data DIR] audit [OPTIONS].";
+        QTest::newRow("json with a value") << QStringList{"--json=1"} << "--json takes no value.";
         QTest::newRow("no value") << QStringList{"--user"} << "--user takes a value.";
         QTest::newRow("no time") << QStringList{"--since", "soon"}
                                  << "--since takes a time such as 10m, 2h, 3d or "

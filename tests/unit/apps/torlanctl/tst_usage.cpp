@@ -1,3 +1,4 @@
+#include <QStandardPaths>
 #include <QTest>
 
 #include "unit/apps/torlanctl/torlanctl_t.h"
@@ -9,6 +10,11 @@ class tst_usage : public QObject {
     void wrong_call_ends_with_status_2_data();
     void wrong_call_ends_with_status_2();
     void help_lists_every_command();
+    void help_of_a_command_has_examples();
+    void help_of_a_group_lists_its_commands();
+    void folder_is_var_unless_it_is_named();
+    void manual_page_has_no_mistakes();
+    void completion_is_a_function_that_bash_runs();
 };
 
 void tst_usage::wrong_call_ends_with_status_2_data() {
@@ -18,21 +24,26 @@ void tst_usage::wrong_call_ends_with_status_2_data() {
         QTest::newRow(qPrintable(_arguments.join(' '))) << _arguments << _error;
     };
     row({}, "A command is missing.");
-    row({"export"}, "--data DIR is missing.");
-    row({"--data"}, "Missing value after '--data'.");
-    row({"--dta", "x", "export"}, "Unknown option 'dta'.");
-    row({"--data", "x", "exprot"}, "There is no command \"exprot\".");
-    row({"--data", "x", "user"}, "There is no command \"user\".");
-    row({"--data", "x", "user", "list", "y"}, "There is no command \"user list\".");
-    row({"--data", "x", "import"}, "Usage: torlanctl --data DIR import FILE.");
-    row({"--data", "x", "user", "add"}, "Usage: torlanctl --data DIR user add NAME.");
-    row({"--data", "x", "set", "i"}, "Usage: torlanctl --data DIR set ITEM VALUE.");
-    row({"dpt"}, "There is no command \"dpt\".");
-    row({"dpt", "list", "y"}, "Usage: torlanctl dpt list.");
-    row({"dpt", "encode", "9.001"}, "Usage: torlanctl dpt encode TYPE VALUE.");
-    row({"--data", "x", "status", "--jsn"}, "status has no option \"--jsn\".");
-    row({"--data", "x", "bus", "--follow", "y"}, "bus has no option \"y\".");
-    row({"--data", "x", "export", "y"}, "Usage: torlanctl --data DIR export.");
+    row({"--data"}, "--data takes a value.");
+    row({"--dta", "x", "export"}, "torlanctl has no option \"--dta\". Did you mean --data?");
+    row({"--data", "x", "exprot"}, "There is no command \"exprot\". Did you mean export?");
+    row({"--data", "x", "user"}, "user is followed by one of list, add, passwd, rename, remove.");
+    row({"--data", "x", "user", "lst"},
+        "There is no command \"user lst\". Did you mean user list?");
+    row({"--data", "x", "import"}, "Usage: torlanctl [--data DIR] import FILE [OPTIONS].");
+    row({"--data", "x", "user", "add"}, "Usage: torlanctl [--data DIR] user add NAME [OPTIONS].");
+    row({"--data", "x", "set", "i"}, "Usage: torlanctl [--data DIR] set ITEM VALUE.");
+    row({"dpt"}, "dpt is followed by one of encode, decode, list.");
+    row({"dpt", "list", "y"}, "Usage: torlanctl dpt list [OPTIONS].");
+    row({"dpt", "encode", "9.001"}, "Usage: torlanctl dpt encode TYPE VALUE [OPTIONS].");
+    row({"--data", "x", "status", "--jsn"}, "status has no option \"--jsn\". Did you mean --json?");
+    row({"--data", "x", "bus", "--follow", "y"}, "Usage: torlanctl [--data DIR] bus [OPTIONS].");
+    row({"--data", "x", "export", "y"}, "Usage: torlanctl [--data DIR] export [OPTIONS].");
+    row({"grant", "alice", "e-lamp"},
+        "Usage: torlanctl [--data DIR] grant USER ELEMENT|--all|--type N PERMISSION.");
+    row({"grant", "alice", "--type", "x", "read"}, "--type takes a number, not \"x\".");
+    row({"audit", "--since", "soon"},
+        "--since takes a time such as 10m, 2h, 3d or 2026-01-31T12:00:00Z, not \"soon\".");
 }
 
 void tst_usage::wrong_call_ends_with_status_2() {
@@ -48,11 +59,78 @@ void tst_usage::help_lists_every_command() {
     const call_t call = torlanctl_t::run({"--help"});
     QCOMPARE(call.status, 0);
     for (const char* command :
-         {"import FILE", "export", "grant USER ELEMENT PERMISSION", "user add NAME",
-          "user passwd NAME", "user remove NAME", "set ITEM VALUE", "dpt encode TYPE VALUE",
-          "audit [OPTIONS]", "status [--json]", "bus [--follow] [--json]", "--data <DIR>"}) {
+         {"import FILE", "export", "grant USER ELEMENT|--all|--type N PERMISSION", "user add NAME",
+          "user passwd USER", "user remove USER", "set ITEM VALUE", "dpt encode TYPE VALUE",
+          "audit", "status", "bus", "--data DIR"}) {
         QVERIFY2(call.output.contains(QLatin1StringView(command)), command);
     }
+    QVERIFY(!call.output.contains("man-page"));
+}
+
+void tst_usage::help_of_a_command_has_examples() {
+    const call_t call = torlanctl_t::run({"grant", "--help"});
+    QCOMPARE(call.status, 0);
+    QVERIFY(call.output.startsWith("Usage: torlanctl [--data DIR] grant USER "));
+    QVERIFY(call.output.contains("\nExamples:\n  torlanctl grant bob e-kitchen-ceiling read\n"));
+    QVERIFY(call.output.contains("  --type N  "));
+}
+
+void tst_usage::help_of_a_group_lists_its_commands() {
+    const call_t call = torlanctl_t::run({"user", "--help"});
+    QCOMPARE(call.status, 0);
+    QVERIFY(call.output.contains("  user rename USER NAME "));
+    QVERIFY(!call.output.contains("matrix"));
+}
+
+void tst_usage::folder_is_var_unless_it_is_named() {
+    const torlanctl_t torlanctl;
+    QProcess process;
+    process.setWorkingDirectory(torlanctl.data());
+    process.start(QStringLiteral(TORLANCTL), {"export"});
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.readAllStandardError(), QByteArray("torlanctl: There is no folder var.\n"));
+    QCOMPARE(process.exitCode(), 1);
+}
+
+void tst_usage::manual_page_has_no_mistakes() {
+    const QByteArray page = torlanctl_t::run({"man-page"}).output.toUtf8();
+    QVERIFY(page.contains("\n.SS \"grant USER ELEMENT|\\-\\-all|\\-\\-type N PERMISSION\"\n"));
+    const QString groff = QStandardPaths::findExecutable("groff");
+    if (groff.isEmpty()) {
+        QSKIP("NOT RUN: there is no groff");
+    }
+    QProcess process;
+    process.start(groff, {"-ww", "-z", "-man", "-Tutf8"});
+    process.write(page);
+    process.closeWriteChannel();
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.readAllStandardError(), QByteArray());
+    QCOMPARE(process.exitCode(), 0);
+}
+
+void tst_usage::completion_is_a_function_that_bash_runs() {
+    const torlanctl_t torlanctl;
+    QCOMPARE(torlanctl.import_small_home().status, 0);
+    const QString script =
+        torlanctl.write("completion", torlanctl_t::run({"completion"}).output.toUtf8());
+    const auto completed = [&](const QStringList& _words) {
+        QProcess bash;
+        bash.start("bash", QStringList{"-c",
+                                       "source \"$1\"; shift; COMP_WORDS=(\"$@\"); "
+                                       "COMP_CWORD=$(($# - 1)); _torlanctl; "
+                                       "printf '%s ' \"${COMPREPLY[@]}\"",
+                                       "bash", script, TORLANCTL} +
+                               _words);
+        if (!bash.waitForFinished() || !bash.readAllStandardError().isEmpty()) {
+            return QByteArray("failed");
+        }
+        return bash.readAllStandardOutput();
+    };
+    QCOMPARE(completed({"user", "r"}), QByteArray("rename remove "));
+    QCOMPARE(completed({"--data", torlanctl.data(), "grant", "a"}), QByteArray("alice "));
+    QCOMPARE(completed({"--data", torlanctl.data(), "grant", "alice", "e-"}),
+             QByteArray("e-lamp e-night e-therm "));
+    QCOMPARE(completed({"import", script.chopped(3)}), QByteArray(script.toUtf8() + ' '));
 }
 
 QTEST_GUILESS_MAIN(tst_usage)
