@@ -1,6 +1,8 @@
 #include "comunication/api_topic_t.h"
 
-#include <QStringList>
+#include <QList>
+#include <algorithm>
+#include <utility>
 
 #include "comunication/api_topics.h"
 #include "database/name_rules.h"
@@ -15,21 +17,27 @@ bool api_topic_t::is_request() const {
 }
 
 api_topic_t api_topic_t::parse(const QString& _topic) {
-    if (!_topic.startsWith(api_topics::root + QLatin1Char('/'))) {
+    const QStringView topic(_topic);
+    if (!topic.startsWith(api_topics::root) || topic.mid(api_topics::root.size(), 1) != u"/") {
         return {};
     }
-    const auto is_name = [](const QString& _level) {
-        return database::identifier_error(_level).isEmpty();
-    };
-    const QStringList levels = _topic.split(QLatin1Char('/'));
-    if (levels.size() < 5 || !is_name(levels[2]) || !is_name(levels[3])) {
+    const QList<QStringView> levels = topic.mid(api_topics::root.size() + 1).split(u'/');
+    if (levels.size() < 3) {
         return {};
     }
-    if (levels.size() > 5 && levels[5] == request_word) {
-        return {levels[2], levels[3], levels[4], request_word};
+    QString version = levels[0].toString();
+    QString user = levels[1].toString();
+    if (!database::identifier_error(version).isEmpty() ||
+        !database::identifier_error(user).isEmpty()) {
+        return {};
     }
-    if (levels[4] == status_word) {
-        return {levels[2], levels[3], {}, status_word};
+    if (levels.size() > 3 && levels[3] == request_word) {
+        const qsizetype behind = levels[3].end() - topic.begin() + 1;
+        return {std::move(version), std::move(user), levels[2].toString(), request_word,
+                std::min(behind, topic.size())};
+    }
+    if (levels[2] == status_word) {
+        return {std::move(version), std::move(user), {}, status_word};
     }
     return {};
 }

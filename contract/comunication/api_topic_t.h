@@ -14,6 +14,8 @@ struct api_topic_t {
     QString user;     ///< fourth level
     QString client;   ///< fifth level of a request; empty for a status message
     QString type;     ///< "request", "status"; empty: not an API topic
+    /// Where it begins, in the topic of a request, what is asked for: behind "request/".
+    qsizetype path = 0;
 
     bool is_valid() const { return !type.isEmpty(); }
     bool is_request() const;

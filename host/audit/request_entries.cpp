@@ -1,5 +1,7 @@
 #include "audit/request_entries.h"
 
+#include <algorithm>
+
 #include "audit/operations.h"
 #include "base/json_text.h"
 
@@ -8,9 +10,6 @@ namespace audit {
 using comunication::exchange_t;
 
 namespace {
-
-/// Levels in front of it: local/api/VERSION/USER/CLIENT/request.
-constexpr int first_level = 6;
 
 const QString& read_path() {
     static const QString path = QStringLiteral("get/elements/objects_list");
@@ -22,12 +21,17 @@ const QString& write_path() {
     return path;
 }
 
-bool is_below(const QString& _path, const QString& _list) {
-    return _path == _list || _path.startsWith(_list + QLatin1Char('/'));
+QStringView path_of(const exchange_t& _exchange) {
+    return QStringView(_exchange.topic).mid(_exchange.levels.path);
+}
+
+bool is_below(QStringView _path, const QString& _list) {
+    return _path.startsWith(_list) &&
+           (_path.size() == _list.size() || _path[_list.size()] == QLatin1Char('/'));
 }
 
 bool is_write(const exchange_t& _exchange) {
-    return is_below(_exchange.topic.section(QLatin1Char('/'), first_level), write_path());
+    return is_below(path_of(_exchange), write_path());
 }
 
 QString text_of(const QJsonValue& _value) {
@@ -56,17 +60,17 @@ entry_t begin(const exchange_t& _exchange, qint64 _time) {
     entry.called = _exchange.levels.client;
     const QString uuid = at(_exchange.request, "uuid").toString();
     entry.uuid = uuid.isEmpty() ? at(_exchange.answer, "uuid").toString() : uuid;
-    const QString path = _exchange.topic.section(QLatin1Char('/'), first_level);
+    const QStringView path = path_of(_exchange);
     for (const auto& [list, what] :
          {std::pair(read_path(), operation::read), std::pair(write_path(), operation::write)}) {
         if (is_below(path, list)) {
             entry.operation = what;
-            entry.element = path.mid(list.size() + 1);
+            entry.element = path.mid(std::min(list.size() + 1, path.size())).toString();
             return entry;
         }
     }
     entry.operation = operation::request;
-    entry.element = path;
+    entry.element = path.toString();
     return entry;
 }
 

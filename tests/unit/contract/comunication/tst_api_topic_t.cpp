@@ -54,6 +54,8 @@ void tst_api_topic_t::parse_reads_the_levels() {
     QCOMPARE(QStringList({found.version, found.user, found.client, found.type}), expected);
     QCOMPARE(found.is_valid(), !expected[3].isEmpty());
     QCOMPARE(found.is_request(), expected[3] == "request");
+    const qsizetype word = topic.lastIndexOf("request/");
+    QCOMPARE(found.path, !found.is_request() ? 0 : word < 0 ? topic.size() : word + 8);
 }
 
 void tst_api_topic_t::names_are_held_to_the_rule_data() {
