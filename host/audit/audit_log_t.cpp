@@ -60,14 +60,16 @@ void audit_log_t::note(const entry_t& _entry) {
 }
 
 void audit_log_t::note(const QString& _part, qint64 _bytes, waiting_room_t::maker_t _make) {
-    bool was_empty = false;
+    bool is_due = false;
     {
         const std::lock_guard held(mutex);
-        was_empty = room.is_empty();
+        const bool was_empty = room.is_empty();
+        const bool was_filling = room.is_filling();
         room.push(_part, _bytes, std::move(_make));
+        is_due = was_empty || room.is_filling() != was_filling;
     }
     // Else the writer is awake, or about to be, and takes all.
-    if (was_empty) {
+    if (is_due) {
         more.notify_one();
     }
 }
@@ -91,7 +93,10 @@ bool audit_log_t::wait(waiting_room_t::taken_t* _taken) {
     const clock_t::time_point due = is_failing ? tried + settings.retry : settled + settings.minute;
     std::unique_lock held(mutex);
     more.wait_until(held, due, [this]() { return over || !room.is_empty(); });
+    // Each time this thread wakes up costs more than an entry.
+    more.wait_until(held, worked + settings.pause, [this]() { return over || room.is_filling(); });
     *_taken = room.take();
+    worked = clock_t::now();
     return !over;
 }
 

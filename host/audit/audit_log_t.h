@@ -14,7 +14,8 @@
 namespace audit {
 
 /// Takes what happens, from any thread and without waiting for a disk, and writes it from a thread
-/// of its own. What cannot be written is kept, up to a limit, and tried again.
+/// of its own: at once, and what follows soon after together. What cannot be written is kept, up to
+/// a limit, and tried again.
 class audit_log_t {
  public:
     struct settings_t {
@@ -23,6 +24,7 @@ class audit_log_t {
         waiting_room_t::limits_t waiting{};
         std::chrono::milliseconds minute{60'000};  ///< between the lines about what was counted
         std::chrono::milliseconds retry{1'000};    ///< of a write that failed
+        std::chrono::milliseconds pause{20};       ///< between two writes, unless much waits
         qsizetype most_unwritten = 1024 * 1024;    ///< bytes that wait for the disk
         /// Told that the file cannot be written, and that it is written again; one sentence, on the
         /// writer's thread.
@@ -65,6 +67,7 @@ class audit_log_t {
     QByteArray unwritten;  ///< whole lines
     qint64 dropped = 0;    ///< lines that found no room among these
     bool is_failing = false;
+    clock_t::time_point worked;  ///< something was worked off
     clock_t::time_point settled;
     clock_t::time_point tried;
 

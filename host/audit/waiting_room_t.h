@@ -33,6 +33,8 @@ class waiting_room_t {
 
     void push(const QString& _part, qint64 _bytes, maker_t _make);
     bool is_empty() const { return makers.isEmpty() && lost.isEmpty(); }
+    /// Somebody's part, or the whole, is half full.
+    bool is_filling() const { return filling; }
     /// All of it; the room is empty after that.
     taken_t take();
 
@@ -47,6 +49,7 @@ class waiting_room_t {
     QHash<QString, held_t> parts;
     QHash<QString, qint64> lost;
     qint64 bytes = 0;
+    bool filling = false;
 };
 
 }  // namespace audit

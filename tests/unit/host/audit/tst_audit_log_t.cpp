@@ -56,6 +56,23 @@ class tst_audit_log_t : public QObject {
         QCOMPARE(entries()[0].user, QString("alice"));
     }
 
+    void what_follows_soon_is_written_together() {
+        settings.pause = std::chrono::hours(1);
+        settings.waiting.of_user = 40;
+        auto log = open();
+        log->note(made("alice", "e-0"));
+        QTRY_COMPARE(entries().size(), 1);
+        for (int i = 1; i < 20; ++i) {
+            log->note(made("alice", QString("e-%1").arg(i)));
+        }
+        QCOMPARE(entries().size(), 1);
+        log->note(made("alice", "e-20"));  // half of what finds room
+        QTRY_COMPARE(entries().size(), 21);
+        log->note(made("alice", "e-21"));
+        log.reset();
+        QCOMPARE(entries().size(), 22);
+    }
+
     void what_is_counted_is_written_after_a_minute_and_at_the_end() {
         settings.minute = std::chrono::milliseconds(20);
         auto log = open();

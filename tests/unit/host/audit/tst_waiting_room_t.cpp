@@ -48,6 +48,24 @@ class tst_waiting_room_t : public QObject {
         QCOMPARE(room.take().makers.size(), 1);
     }
 
+    void it_is_filling_when_half_of_anything_is_taken_data() {
+        QTest::addColumn<waiting_room_t::limits_t>("limits");
+        QTest::newRow("messages of one") << waiting_room_t::limits_t{.of_user = 4};
+        QTest::newRow("bytes of one") << waiting_room_t::limits_t{.bytes_of_user = 40};
+        QTest::newRow("messages") << waiting_room_t::limits_t{.of_all = 4};
+        QTest::newRow("bytes") << waiting_room_t::limits_t{.bytes_of_all = 40};
+    }
+    void it_is_filling_when_half_of_anything_is_taken() {
+        QFETCH(const waiting_room_t::limits_t, limits);
+        waiting_room_t room(limits);
+        room.push("a", 10, nothing());
+        QVERIFY(!room.is_filling());
+        room.push("a", 10, nothing());
+        QVERIFY(room.is_filling());
+        room.take();
+        QVERIFY(!room.is_filling());
+    }
+
     void bytes_are_bounded_for_each_and_in_all() {
         waiting_room_t room({.bytes_of_user = 100, .bytes_of_all = 150});
         room.push("a", 100, nothing());
