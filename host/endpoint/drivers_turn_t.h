@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <deque>
 
 namespace comunication {
 
@@ -17,14 +18,21 @@ class drivers_turn_t : public QObject {
     ~drivers_turn_t() override;
 
  public Q_SLOTS:
-    /// Something was passed to the drivers; over() follows.
+    /// Something was passed to the drivers; over() follows, in the order of the begins.
     void begin();
+    /// The same of what only asks: nothing follows the driver's answer.
+    void begin_read();
 
  Q_SIGNALS:
     void over();
 
  private:
-    void hop(int _left);
+    void add(int _hops);
+    void hop(quint64 _turn, int _left);
+    void end(quint64 _turn);
+
+    std::deque<bool> ended;  ///< of the turns under way, the oldest first
+    quint64 oldest = 0;      ///< number of that one
 };
 
 }  // namespace comunication

@@ -6,8 +6,9 @@ endpoint_thread_t::endpoint_thread_t(const endpoint_settings_t& _settings)
     : held(std::make_unique<mqtt_endpoint_t>(_settings)) {
     thread.setObjectName(QStringLiteral("endpoint"));
     held->moveToThread(&thread);
-    QObject::connect(held.get(), &mqtt_endpoint_t::request_passed, &drivers,
-                     &drivers_turn_t::begin);
+    QObject::connect(
+        held.get(), &mqtt_endpoint_t::request_passed, &drivers,
+        [this](bool _only_reads) { _only_reads ? drivers.begin_read() : drivers.begin(); });
     QObject::connect(&drivers, &drivers_turn_t::over, held.get(), &mqtt_endpoint_t::request_done);
     // Direct: whoever waits for the thread handles no events.
     QObject::connect(held.get(), &mqtt_endpoint_t::stopped, &thread, &QThread::quit,

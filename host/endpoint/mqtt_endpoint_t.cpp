@@ -6,6 +6,7 @@
 #include "comunication/api_topics.h"
 #include "endpoint/endpoint_connection.h"
 #include "endpoint/incoming_t.h"
+#include "endpoint/request_rules.h"
 #include "logs/log_line.h"
 
 namespace comunication {
@@ -270,7 +271,7 @@ void mqtt_endpoint_t::pass_request(const request_t& _request, const QJsonObject&
     Q_EMIT api_message(levels.version, levels.user, levels.client, levels.type, _request.topic,
                        _payload, false);
     if (isSignalConnected(QMetaMethod::fromSignal(&mqtt_endpoint_t::request_passed))) {
-        Q_EMIT request_passed();
+        Q_EMIT request_passed(request_rules::only_reads(_request));
     } else {
         QMetaObject::invokeMethod(this, &mqtt_endpoint_t::request_done, Qt::QueuedConnection);
     }

@@ -9,6 +9,13 @@ namespace comunication::request_rules {
 namespace {
 
 constexpr int longest_uuid = 1'024;
+constexpr qsizetype small_payload = 1'024;
+
+/// Whether what is asked for begins so.
+bool asks(const request_t& _request, QStringView _words) {
+    return _request.levels.is_request() &&
+           QStringView(_request.topic).mid(_request.levels.path).startsWith(_words);
+}
 
 bool has_long_text(const QJsonValue& _value, std::size_t _longest) {
     if (_value.isString()) {
@@ -67,6 +74,15 @@ bool is_too_large(const QJsonObject& _payload, const request_limits_t& _limits) 
         }
     }
     return has_long_text(_payload.value(QLatin1String("data")), _limits.value_bytes);
+}
+
+bool only_reads(const request_t& _request) {
+    return asks(_request, u"get/");
+}
+
+bool is_small(const request_t& _request) {
+    return _request.payload.size() <= small_payload &&
+           asks(_request, u"get/elements/objects_list/");
 }
 
 QString uuid_of(const QByteArray& _payload) {
