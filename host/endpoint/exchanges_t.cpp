@@ -19,7 +19,7 @@ QString uuid_of(const QJsonObject& _payload) {
 void exchanges_t::pass(const request_t& _request, const QJsonObject& _payload) {
     exchange_t exchange{_request.levels, _request.topic, _payload};
     exchange.bytes = qint64(_request.bytes());
-    passed.push_back({exchange, api_topics::answer(_request.topic), uuid_of(_payload)});
+    passed.push_back({std::move(exchange), api_topics::answer(_request.topic), uuid_of(_payload)});
 }
 
 std::optional<exchange_t> exchanges_t::answer(const QString& _topic, const QJsonValue& _payload) {

@@ -153,12 +153,8 @@ void mosquitto_client_t::private_t::read() {
 }
 
 void mosquitto_client_t::private_t::finish(const QString& _reason) {
-    if (phase != phase_t::abandoned) {
-        phase = phase_t::ended;
-    }
-    if (reason.isEmpty()) {
-        reason = _reason;
-    }
+    phase = phase == phase_t::abandoned ? phase : phase_t::ended;
+    reason = reason.isEmpty() ? _reason : reason;
 }
 
 void mosquitto_client_t::private_t::connect_to(const client_settings_t& _settings) {
@@ -166,6 +162,8 @@ void mosquitto_client_t::private_t::connect_to(const client_settings_t& _setting
     reason = peer.objection(_settings.host);
     const int result = reason.isEmpty() ? mosquitto_setup::connect(handle.get(), _settings)
                                         : int(MOSQ_ERR_CONN_REFUSED);
+    // From here on it would make a text of each packet, which nobody reads.
+    mosquitto_log_callback_set(handle.get(), nullptr);
     if (result != MOSQ_ERR_SUCCESS || peer.is_unjudged()) {
         finish(mosquitto_setup::phrase_of(result));  // unless there is a reason
     }

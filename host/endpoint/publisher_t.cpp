@@ -30,7 +30,9 @@ QJsonValue publisher_t::publish(const QString& _topic, const QJsonValue& _payloa
         ++counts.refused;
         return QJsonValue::Undefined;
     }
-    outgoing_t message{_topic.toUtf8(), text_of(_payload), _qos, _retain};
+    // An answer is nobody else's.
+    outgoing_t message{_topic.toUtf8(), _retain ? text_of(_payload) : base::json_to_text(_payload),
+                       _qos, _retain};
     if (is_too_large(message)) {
         return replace_too_large(message, _payload);
     }
