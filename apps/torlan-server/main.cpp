@@ -33,6 +33,12 @@ early_logger_t& early_log(const options_t& _options) {
 const QList<int> for_the_broker{CAP_SETUID, CAP_SETGID,       CAP_SETPCAP, CAP_CHOWN,
                                 CAP_FOWNER, CAP_DAC_OVERRIDE, CAP_KILL};
 
+/// A queued call wakes GLib's loop by a write to a descriptor each, also in the thread that it is
+/// for; Qt's own writes once until the loop has read it. A request is a dozen such calls.
+void use_plain_event_loops() {
+    qputenv("QT_NO_GLIB", "1");
+}
+
 int run(const options_t& _options) {
     QString told;
     const base::result_t allowed = give_up_privileges(_options.user, for_the_broker, &told);
@@ -85,6 +91,7 @@ int main(int _argc, char* _argv[]) {
     ::umask(077);
     begin_program(QStringLiteral("torlan-server"));
     speak_as(QStringLiteral("torlan"));
+    use_plain_event_loops();
     const QCoreApplication application(_argc, _argv);
     const base::result_of_t<options_t> options = parse_options(QCoreApplication::arguments());
     if (!options.is_ok()) {
