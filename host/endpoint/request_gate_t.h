@@ -13,8 +13,9 @@
 namespace comunication {
 
 /// Between the broker and the drivers: takes every request at once, passes few on at a time, in
-/// turn among the users, and refuses what is above the limits. While much waits for the broker it
-/// passes nothing on, so that answers cannot pile up either.
+/// turn among the users (a turn is one request, or some small ones in a row), and refuses what is
+/// above the limits. While much waits for the broker it passes nothing on, so that answers cannot
+/// pile up either.
 ///
 /// On the endpoint's thread; the counters outlive it.
 class request_gate_t : public QObject {
@@ -58,8 +59,10 @@ class request_gate_t : public QObject {
     using answer_t = QJsonObject (*)(const QString& _uuid);
 
     allowance_t& allowance_of(const QString& _user);
-    void read(const request_t& _request);
+    void serve(const request_t& _first);
+    bool read(const request_t& _request);
     void finish(const QString& _user);
+    void finish_later(const QString& _user);
     void refuse(const request_t& _request, answer_t _answer);
     std::chrono::milliseconds now() const { return std::chrono::milliseconds(clock.elapsed()); }
 
@@ -70,6 +73,7 @@ class request_gate_t : public QObject {
     QHash<QString, allowance_t> allowances;
     QElapsedTimer clock;
     std::deque<QString> passing;  ///< users of what was passed on and not given back
+    QHash<QString, int> open;     ///< how many of each that are; these have their turn
     int reading = 0;              ///< read and refused, until others had their turn
 };
 

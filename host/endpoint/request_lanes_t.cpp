@@ -32,15 +32,27 @@ std::optional<request_t> request_lanes_t::pop() {
     }
     const QString user = std::move(turns.front());
     turns.pop_front();
-    const auto lane = lanes.find(user);
-    request_t next = std::move(lane->requests.front());
-    lane->requests.pop_front();
-    lane->bytes -= next.bytes();
-    held -= next.bytes();
-    if (lane->requests.empty()) {
-        lanes.erase(lane);
-    }
     served.insert(user);
+    return take_first(lanes.find(user));
+}
+
+std::optional<request_t> request_lanes_t::pop_more(const QString& _user,
+                                                   bool (*_fits)(const request_t&)) {
+    const auto lane = lanes.find(_user);
+    if (lane == lanes.end() || !served.contains(_user) || !_fits(lane->requests.front())) {
+        return {};
+    }
+    return take_first(lane);
+}
+
+request_t request_lanes_t::take_first(lanes_t::iterator _lane) {
+    request_t next = std::move(_lane->requests.front());
+    _lane->requests.pop_front();
+    _lane->bytes -= next.bytes();
+    held -= next.bytes();
+    if (_lane->requests.empty()) {
+        lanes.erase(_lane);
+    }
     return next;
 }
 

@@ -25,6 +25,9 @@ class request_lanes_t {
     /// nothing: none waits but those of users who are being served.
     std::optional<request_t> pop();
 
+    /// The next request of @p _user, who has the turn, if it @p _fits.
+    std::optional<request_t> pop_more(const QString& _user, bool (*_fits)(const request_t&));
+
     /// What pop() gave of this user is done.
     void release(const QString& _user);
 
@@ -38,9 +41,13 @@ class request_lanes_t {
         std::size_t bytes = 0;
     };
 
+    using lanes_t = QHash<QString, lane_t>;
+
+    request_t take_first(lanes_t::iterator _lane);
+
     const request_limits_t limits;
-    QHash<QString, lane_t> lanes;  ///< none is empty
-    std::deque<QString> turns;     ///< the lanes' users but those served, the next one first
+    lanes_t lanes;              ///< none is empty
+    std::deque<QString> turns;  ///< the lanes' users but those served, the next one first
     QSet<QString> served;
     std::size_t held = 0;  ///< bytes in all
 };

@@ -16,8 +16,8 @@ struct request_limits_t {
     std::size_t waiting_bytes_of_all = 64 * 1024 * 1024;
     double requests_per_second = 0;  ///< in the long run; bursts of a second's worth. 0: no limit
 
-    /// Requests that drivers have got and not worked off, of all users. Two keep them busy, and a
-    /// request of somebody else never waits for more than these.
+    /// Users whose requests drivers have got and not worked off: one of each, or some small ones.
+    /// Two keep them busy, and a request of somebody else never waits for more than these.
     int at_once = 2;
     /// Refusals answered a second, in bytes of what is refused: to find a request's uuid it has to
     /// be read. What is above is refused without a word.

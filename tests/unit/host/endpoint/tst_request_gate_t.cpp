@@ -28,6 +28,46 @@ class tst_request_gate_t : public QObject {
         QCOMPARE(refused.size(), 0);
     }
 
+    void a_turn_holds_some_small_ones_in_a_row() {
+        start();
+        loaded = true;
+        QStringList expected;
+        for (int i = 0; i < 20; ++i) {
+            gate->take(small("a", i));
+            expected += small("a", i).topic;
+        }
+        gate->take(request("b1"));
+        gate->take(small("b", 2));
+        gate->take(small("c", 3));
+        loaded = false;
+        gate->pass_on();
+        QCOMPARE(passed, expected.mid(0, 16) + QStringList{"b1"});
+        for (int i = 0; i < 15; ++i) {
+            gate->give_back();
+        }
+        QCOMPARE(passed.size(), 17);  // the turn is not over
+        gate->give_back();
+        QCOMPARE(passed.mid(17), QStringList{small("c", 3).topic});
+        gate->give_back();
+        QCOMPARE(passed.mid(18), expected.mid(16));
+    }
+
+    void a_broken_one_ends_the_turn_when_what_was_passed_before_it_is_done() {
+        start();
+        loaded = true;
+        gate->take(small("a", 0));
+        gate->take(small("a", 1, "[]"));
+        gate->take(small("a", 2));
+        loaded = false;
+        gate->pass_on();
+        QCOMPARE(passed, QStringList{small("a", 0).topic});
+        QCOMPARE(refused, QStringList{small("a", 1).topic});
+        QCoreApplication::processEvents();
+        QCOMPARE(passed.size(), 1);
+        gate->give_back();
+        QCOMPARE(passed, (QStringList{small("a", 0).topic, small("a", 2).topic}));
+    }
+
     void what_finds_no_room_is_answered_with_its_uuid() {
         limits.waiting_requests = 1;
         start();
@@ -177,6 +217,17 @@ class tst_request_gate_t : public QObject {
         request_t made;
         made.levels.user = QChar::fromLatin1(_name[0]);
         made.topic = QString::fromLatin1(_name);
+        made.payload = _payload;
+        return made;
+    }
+
+    /// Reads one element.
+    static request_t small(const char* _user, int _number, const QByteArray& _payload = "{}") {
+        request_t made;
+        made.topic = QStringLiteral("local/api/v1/%1/app/request/get/elements/objects_list/e-%2")
+                         .arg(QLatin1String(_user))
+                         .arg(_number);
+        made.levels = api_topic_t::parse(made.topic);
         made.payload = _payload;
         return made;
     }

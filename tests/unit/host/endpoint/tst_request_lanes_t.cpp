@@ -66,6 +66,22 @@ class tst_request_lanes_t : public QObject {
         QVERIFY(!lanes.pop());
     }
 
+    void whose_turn_it_is_may_give_more_that_fits() {
+        request_lanes_t lanes{request_limits_t{}};
+        for (const char* each : {"a1", "a22", "a3", "b11"}) {
+            QVERIFY(lanes.push(request(each)));
+        }
+        const auto is_long = [](const request_t& _one) { return _one.topic.size() > 2; };
+        QVERIFY(!lanes.pop_more("a", is_long));  // nobody's turn
+        QCOMPARE(lanes.pop()->topic, QStringLiteral("a1"));
+        QCOMPARE(lanes.pop_more("a", is_long)->topic, QStringLiteral("a22"));
+        QVERIFY(!lanes.pop_more("a", is_long));
+        QVERIFY(!lanes.pop_more("b", is_long));
+        lanes.release("a");
+        QCOMPARE(taken(lanes), (QStringList{"b11", "a3"}));
+        QCOMPARE(lanes.bytes(), std::size_t(0));
+    }
+
     void clear_makes_room() {
         request_limits_t limits;
         limits.waiting_requests = 1;
