@@ -372,8 +372,10 @@ void host_t::set_up_connections() {
     pace = std::make_unique<drivers_pace_t>(mqtt);
     pace->set_pace_of(live->feed()->portions());
     pace->set_pace_of(hidden->portions());
+    item_teller_t& values = live->writer()->teller();
+    pace->set_pace_of(values.element_portions());
     // What waits at the endpoint gives way to newer states of its own.
-    portions_t* const items = live->writer()->portions();
+    portions_t* const items = values.item_portions();
     connect(items, &portions_t::announced, &items_turn, &comunication::drivers_turn_t::begin);
     connect(&items_turn, &comunication::drivers_turn_t::over, items, &portions_t::taken);
     connect(mqtt, &mqtt_endpoint_t::connected, this, [this](bool _again) {

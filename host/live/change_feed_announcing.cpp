@@ -220,18 +220,12 @@ void change_feed_t::announce_realtime(const model_changes_t& _changes) {
     for (const QString& id : _changes.scenarios) {
         realtime->announce_scenario(id);
     }
-    if (_changes.items.size() > options.bulk_limit && is_large()) {
-        shower.add(model.elements_with(_changes.items));
-        return;
-    }
-    if (_changes.items.size() > options.bulk_limit) {
+    if (_changes.items.size() > options.bulk_limit && !is_large()) {
         items_due = true;
         pacer.ask();
         return;
     }
-    for (const QString& id : _changes.items) {
-        realtime->announce_item(id);
-    }
+    realtime->announce_items(_changes.items);
 }
 
 void change_feed_t::announce_bulk() {

@@ -81,32 +81,6 @@ void model_t::tell_rights_only(const std::set<QString>& _equal, model_changes_t*
                   [&others](const QString& _id) { return others.count(_id) > 0; });
 }
 
-QStringList model_t::elements_with(const QStringList& _items) const {
-    const std::set<QString> items(_items.begin(), _items.end());
-    const auto shows = [&items](const QMap<QString, QVariant>& _references) {
-        return std::any_of(_references.begin(), _references.end(), [&items](const QVariant& _id) {
-            return items.count(_id.toString()) > 0;
-        });
-    };
-    std::set<QString> thermostats;
-    const auto thermo = database->getPersistent()->getData()->getThermo()->getObjects();
-    for (auto i = thermo.begin(); i != thermo.end(); ++i) {
-        const auto* base = (*i)->getThermo();
-        if (shows(base->getIds()) || items.count(base->getIdActual()) > 0 ||
-            items.count((*i)->getIdWindowsContact()) > 0) {
-            thermostats.insert(i.key());
-        }
-    }
-    std::set<QString> ids = elements_of(thermostats);
-    const auto elements = database->getPersistent()->getData()->getElements()->getObjects();
-    for (auto i = elements.begin(); i != elements.end(); ++i) {
-        if (shows((*i)->getFunction_map())) {
-            ids.insert(i.key());
-        }
-    }
-    return QStringList(ids.begin(), ids.end());
-}
-
 std::set<QString> model_t::elements_of(const std::set<QString>& _thermostats) const {
     std::set<QString> ids;
     if (_thermostats.empty()) {

@@ -46,9 +46,6 @@ class model_t {
     void show(const QString& _id);
     QStringList withheld_elements() const;
 
-    /// Ids of the elements that show one of these items.
-    QStringList elements_with(const QStringList& _items) const;
-
     /// Replaces the objects of the batch's keys; a key that @p _part lacks is taken out.
     model_changes_t apply(const store::change_batch_t& _batch,
                           const installation::installation_t& _part);

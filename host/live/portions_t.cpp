@@ -1,6 +1,7 @@
 #include "live/portions_t.h"
 
 #include <QMetaMethod>
+#include <algorithm>
 #include <utility>
 
 namespace database::live {
@@ -13,7 +14,15 @@ constexpr int most_under_way = 2;
 }  // namespace
 
 portions_t::portions_t(std::function<void(const QString&)> _announce, int _size, QObject* _parent)
-    : QObject(_parent), announce(std::move(_announce)), size(_size) {}
+    : portions_t(
+          [each = std::move(_announce)](const QStringList& _ids) {
+              std::for_each(_ids.begin(), _ids.end(), each);
+          },
+          [_size](qsizetype _waiting, int) { return _size == 0 ? _waiting : _size; }, _parent) {}
+
+portions_t::portions_t(std::function<void(const QStringList&)> _announce,
+                       std::function<qsizetype(qsizetype, int)> _size, QObject* _parent)
+    : QObject(_parent), announce(std::move(_announce)), size(std::move(_size)) {}
 
 portions_t::~portions_t() = default;
 
@@ -72,12 +81,14 @@ void portions_t::go_on() {
 }
 
 void portions_t::announce_portion() {
-    for (int count = 0; (size == 0 || count < size) && !waiting.empty(); ++count) {
-        const QString id = std::move(waiting.front());
+    QStringList ids;
+    for (qsizetype left = size(qsizetype(waiting.size()), under_way); left > 0 && !waiting.empty();
+         --left) {
+        known.erase(waiting.front());
+        ids.append(std::move(waiting.front()));
         waiting.pop_front();
-        known.erase(id);
-        announce(id);
     }
+    announce(ids);
 }
 
 void portions_t::send_off() {

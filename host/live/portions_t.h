@@ -21,6 +21,11 @@ class portions_t : public QObject {
     /// @p _announce shows drivers one thing as it is now, or that it is gone. @p _size 0: any.
     portions_t(std::function<void(const QString& _id)> _announce, int _size,
                QObject* _parent = nullptr);
+    /// The same of a whole portion. @p _size says how many of those that wait are the next one, at
+    /// least one, by how many portions are under way.
+    portions_t(std::function<void(const QStringList& _ids)> _announce,
+               std::function<qsizetype(qsizetype _waiting, int _under_way)> _size,
+               QObject* _parent = nullptr);
     ~portions_t() override;
 
     /// Announces these, behind those that wait; one that waits already keeps its place. At once, as
@@ -53,8 +58,8 @@ class portions_t : public QObject {
     void send_off();
     bool is_paced() const;
 
-    const std::function<void(const QString&)> announce;
-    const int size;
+    const std::function<void(const QStringList&)> announce;
+    const std::function<qsizetype(qsizetype, int)> size;
     std::deque<QString> waiting;
     std::set<QString> known;  ///< what waits
     int under_way = 0;

@@ -8,17 +8,8 @@ namespace database::live {
 using realtime::objects::rt_object_item_t;
 using realtime::objects::rt_object_scenary_t;
 
-namespace {
-
-/// Each is heard by every element, which is an event.
-constexpr int items_at_a_time = 8;
-
-}  // namespace
-
 realtime_writer_t::realtime_writer_t(database_t* _database, QObject* _parent)
-    : QObject(_parent),
-      database(_database),
-      announced([this](const QString& _id) { tell_item(_id); }, items_at_a_time) {}
+    : QObject(_parent), database(_database), announced(_database) {}
 
 realtime_writer_t::~realtime_writer_t() = default;
 
@@ -33,7 +24,7 @@ bool realtime_writer_t::write_item(const QString& _id, const QString& _value) {
         dirty_items.insert(_id);
         Q_EMIT unsaved();
     }
-    announce_item(_id);
+    announce_items({_id});
     return true;
 }
 
@@ -84,14 +75,6 @@ void realtime_writer_t::forget_item(const QString& _id) {
 void realtime_writer_t::forget_scenario(const QString& _id) {
     dirty_scenarios.erase(_id);
     table_writer_t(database).remove<rt_object_scenary_t>(_id);
-}
-
-void realtime_writer_t::tell_item(const QString& _id) {
-    if (!database) {
-        return;
-    }
-    Q_EMIT database->getRealtime()->getNotifier()->onRealtimeChangeItem(
-        {{QStringLiteral("item"), _id}}, _id);
 }
 
 void realtime_writer_t::announce_scenario(const QString& _id) {

@@ -7,7 +7,7 @@
 #include <set>
 
 #include "database/database_t.h"
-#include "live/portions_t.h"
+#include "live/item_teller_t.h"
 
 namespace database::live {
 
@@ -32,12 +32,12 @@ class realtime_writer_t : public QObject {
     void forget_item(const QString& _id);
     void forget_scenario(const QString& _id);
 
-    /// At once, or its value of then when those before it are worked off.
-    void announce_item(const QString& _id) { announced.add({_id}); }
+    /// At once, or their values of then when those before them are worked off.
+    void announce_items(const QStringList& _ids) { announced.add(_ids); }
     void announce_scenario(const QString& _id);
 
     /// Whose portions have to be answered, so that items are paced.
-    portions_t* portions() { return &announced; }
+    item_teller_t& teller() { return announced; }
 
     /// Values that are not on disk.
     struct pending_t {
@@ -60,10 +60,8 @@ class realtime_writer_t : public QObject {
     void unsaved();
 
  private:
-    void tell_item(const QString& _id);
-
     QPointer<database_t> database;
-    portions_t announced;
+    item_teller_t announced;
     std::set<QString> dirty_items;
     std::set<QString> dirty_scenarios;
 };

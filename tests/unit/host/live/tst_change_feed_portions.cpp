@@ -121,14 +121,13 @@ class tst_change_feed_portions : public QObject {
                  QStringList({"users_changed", "database", "access_changed", "reloaded"}));
     }
 
-    void many_items_are_the_elements_that_show_them() {
+    void many_items_are_no_bulk_signal() {
         show();
         QVERIFY(writer->write({"UPDATE items SET value = 'x'"}));
         notifier_log_t log(db.get(), feed.get());
         feed->check();
-        take_all();
-        QCOMPARE(log.lines, QStringList({"element e-0", "element e-1", "element e-2", "element e-3",
-                                         "element e-4"}));
+        QVERIFY(log.lines.size() > 2);
+        QCOMPARE(log.lines.filter("item "), log.lines);
     }
 
     void everything_is_announced_again_when_it_is_lost() {
