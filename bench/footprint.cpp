@@ -1,11 +1,13 @@
-// footprint FOLDER ELEMENTS: loads the driver of the folder as the server does, gives it so many
-// elements and one user who may do everything, and prints what that took as one line:
-//   elements, load in ms, start in ms, then in KiB: heap and resident memory after the load,
+// footprint FOLDER ELEMENTS [USERS [random]]: loads the driver of the folder as the server does,
+// gives it so many elements and users (one) who may do everything, or each what is drawn, and
+// prints what that took as one line:
+//   elements, users, load in ms, start in ms, then in KiB: heap and resident memory after the load,
 //   heap and resident memory after the start; memory is counted from before the load.
 // "Start" ends when every element has been published once.
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QRandomGenerator>
 #include <QTextStream>
 #include <QThread>
 #include <QTimer>
@@ -37,16 +39,29 @@ struct figures_t {
     memory_use_t started;
 };
 
-void furnish(fakes::memory_database_t& _home, int _elements) {
+struct home_size_t {
+    int elements;
+    int users;
+    bool is_random;  ///< rights, none of the elements without any
+};
+
+void furnish(fakes::memory_database_t& _home, const home_size_t& _size) {
     _home.set_topic(QStringLiteral("installation/0001"));
-    _home.add_user(QStringLiteral("u-alice"), QStringLiteral("alice"));
-    for (int i = 0; i < _elements; ++i) {
+    for (int user = 0; user < _size.users; ++user) {
+        _home.add_user(QStringLiteral("u-%1").arg(user), QStringLiteral("user%1").arg(user));
+    }
+    QRandomGenerator drawn(1);
+    for (int i = 0; i < _size.elements; ++i) {
         const QString item = QStringLiteral("i-%1").arg(i);
         const QString element = QStringLiteral("e-%1").arg(i);
         _home.add_item(item, QStringLiteral("0"));
         _home.add_element(element, QStringLiteral("Lamp %1").arg(i), 1,
                           {{QStringLiteral("execute"), item}});
-        _home.grant(QStringLiteral("u-alice"), element, 3);
+        for (int user = 0; user < _size.users; ++user) {
+            if (user == 0 || !_size.is_random || drawn.bounded(2) == 1) {
+                _home.grant(QStringLiteral("u-%1").arg(user), element, 3);
+            }
+        }
     }
 }
 
@@ -73,17 +88,21 @@ double start(interfaces::plugin_driver_interface_t* _driver, const counting_endp
     return in_ms(clock);
 }
 
-void settle() {
-    QEventLoop loop;
-    QTimer::singleShot(settling_ms, &loop, &QEventLoop::quit);
-    loop.exec();
+/// Until nothing more is published for so long.
+void settle(const counting_endpoint_t& _endpoint) {
+    for (int before = -1; before != _endpoint.published;) {
+        before = _endpoint.published;
+        QEventLoop loop;
+        QTimer::singleShot(settling_ms, &loop, &QEventLoop::quit);
+        loop.exec();
+    }
 }
 
-int measure(const QString& _folder, int _elements, figures_t& _figures) {
+int measure(const QString& _folder, const home_size_t& _size, figures_t& _figures) {
     QThread thread;
     counting_endpoint_t endpoint;
     fakes::memory_database_t home;
-    furnish(home, _elements);
+    furnish(home, _size);
     endpoint.moveToThread(&thread);
     thread.start();
     const memory_use_t before = memory_use_t::now();
@@ -98,8 +117,8 @@ int measure(const QString& _folder, int _elements, figures_t& _figures) {
     const bool ready =
         drivers.size() == 1 && connect_driver(drivers.front().get_driver(), home, &endpoint);
     if (ready) {
-        _figures.start_ms = start(drivers.front().get_driver(), endpoint, _elements);
-        settle();
+        _figures.start_ms = start(drivers.front().get_driver(), endpoint, _size.elements);
+        settle(endpoint);
         _figures.started = memory_use_t::now() - before;
     }
     thread.quit();
@@ -113,15 +132,17 @@ int main(int argc, char** argv) {
     const QCoreApplication app(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     const int elements = arguments.value(2).toInt();
+    const home_size_t size{elements, qMax(arguments.value(3).toInt(), 1),
+                           arguments.value(4) == QLatin1String("random")};
     figures_t figures;
-    const int published = elements > 0 ? measure(arguments[1], elements, figures) : -1;
+    const int published = elements > 0 ? measure(arguments[1], size, figures) : -1;
     if (published < elements || elements <= 0) {
         QTextStream(stderr) << "footprint: of " << elements << " elements " << published
                             << " were published.\n";
         return 1;
     }
     QTextStream out(stdout);
-    out << elements << ' ' << QString::number(figures.load_ms, 'f', 1) << ' '
+    out << elements << ' ' << size.users << ' ' << QString::number(figures.load_ms, 'f', 1) << ' '
         << QString::number(figures.start_ms, 'f', 0);
     for (const memory_use_t& use : {figures.loaded, figures.started}) {
         out << ' ' << use.heap / 1024 << ' ' << use.resident / 1024;

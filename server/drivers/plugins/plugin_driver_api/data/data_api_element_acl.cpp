@@ -88,18 +88,26 @@ void data_api_element_object_t::remove_username_acl(const QString& username) {
     if (!acl.contains(username)) {
         return;
     }
-    if (acl.take(username) != deny) {
+    const QString word = acl.value(username);
+    acl.remove(username);
+    if (word != deny) {
         Q_EMIT remove_acl_element(username, id_element);
     }
 }
 
 void data_api_element_object_t::remove_acl() {
-    for (auto word = acl.begin(); word != acl.end(); ++word) {
-        if (word->contains(id_element)) {
-            word->remove(id_element);
-            Q_EMIT remove_acl_element(word.key(), id_element);
+    const base::small_table_t<QString> before = acl;
+    for (const auto& row : before) {
+        if (row.value.contains(id_element)) {
+            acl.insert(row.key, QString(row.value).remove(id_element));
+            Q_EMIT remove_acl_element(row.key, id_element);
         }
     }
+}
+
+void data_api_element_object_t::share_rights(const data_api_element_object_t& _other) {
+    permissions.share(_other.permissions);
+    acl.share(_other.acl);
 }
 
 void data_api_element_object_t::init_event(bool enable) {

@@ -17,15 +17,15 @@ int data_api_element_object_t::getTypeElement() const {
 }
 
 QHash<QString, QStringList> data_api_element_object_t::getFunctionIds() const {
-    return function_ids;
+    return function_ids.to_hash();
 }
 
 QHash<QString, QString> data_api_element_object_t::getFunctioName() const {
-    return function_names;
+    return function_names.to_hash();
 }
 
 QHash<QString, QString> data_api_element_object_t::getFunctionValues() const {
-    return function_values;
+    return function_values.to_hash();
 }
 
 QString data_api_element_object_t::getItemsValue(const QString& id_item) {
@@ -37,7 +37,7 @@ QString data_api_element_object_t::getScenaryValue(const QString& id_scenary) {
 }
 
 QHash<QString, quint64> data_api_element_object_t::getPermissions() const {
-    return permissions;
+    return permissions.to_hash();
 }
 
 bool data_api_element_object_t::getPermission() const {
@@ -45,7 +45,7 @@ bool data_api_element_object_t::getPermission() const {
 }
 
 QHash<QString, QString> data_api_element_object_t::getACL() {
-    return acl;
+    return acl.to_hash();
 }
 
 }  // namespace interfaces

@@ -51,7 +51,7 @@ void data_api_element_object_t::init() {
     name_element = element->getName();
     populateFunctions();
     populatePermission();
-    Q_EMIT value_change(id_element, function_values, function_ids.keys());
+    Q_EMIT value_change(id_element, function_values.to_hash(), function_ids.keys());
     initialising = false;
 }
 
@@ -127,7 +127,7 @@ void data_api_element_object_t::add_thermostat_functions() {
 void data_api_element_object_t::addIdItem(const QString& id_item, const QString& function,
                                           const QString& value) {
     if (!function_ids.contains(id_item)) {
-        function_ids[id_item].append(function);
+        function_ids.insert(id_item, {function});
     }
     if (!function_values.contains(function)) {
         function_values.insert(function, value);
@@ -167,10 +167,10 @@ void data_api_element_object_t::update_value(const QString& _key) {
         return;
     }
     for (const QString& function : functions) {
-        function_values[function] =
-            type == element_type::scenario ? getScenaryValue(_key) : getItemsValue(_key);
+        function_values.insert(
+            function, type == element_type::scenario ? getScenaryValue(_key) : getItemsValue(_key));
     }
-    Q_EMIT value_change(id_element, function_values, functions);
+    Q_EMIT value_change(id_element, function_values.to_hash(), functions);
 }
 
 void data_api_element_object_t::onRealtimeChangeItem(const QJsonObject&, const QString& _key) {
@@ -181,9 +181,11 @@ void data_api_element_object_t::onRealtimeChangeItem(const QJsonObject&, const Q
 void data_api_element_object_t::onRealtimeChangeScenaryObjects(const QJsonObject&,
                                                                const QString& _key) {
     const base::mutex_locker_t locker(&events_mutex);
+    if (type != element_type::scenario) {
+        return;
+    }
     const auto clone = view.clone_element(id_element);
-    if (clone == nullptr || type != element_type::scenario ||
-        clone->getType() != element_type::scenario) {
+    if (clone == nullptr || clone->getType() != element_type::scenario) {
         return;
     }
     const auto* scenario = qobject_cast<const psoe_scenario*>(clone.get());
@@ -195,7 +197,7 @@ void data_api_element_object_t::onRealtimeChangeScenaryObjects(const QJsonObject
         return;
     }
     for (const QString& function : functions) {
-        function_values[function] = getScenaryValue(_key);
+        function_values.insert(function, getScenaryValue(_key));
     }
     update_value(_key);
 }

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/locks.h"
+#include "base/small_table_t.h"
 #include "database/permission.h"
 #include "drivers/plugins/plugin_driver_api/data/data_api_t.h"
 
@@ -76,6 +77,11 @@ class data_api_element_object_t : public data_api_t {
     bool getPermission() const;
     /// User name -> permission word.
     QHash<QString, QString> getACL();
+    /// Keeps one copy of the users' rights on both elements where they are the same.
+    void share_rights(const data_api_element_object_t& _other);
+    /// As getFunctionValues() and getACL(), without a copy.
+    const base::small_table_t<QString>& values() const { return function_values; }
+    const base::small_table_t<QString>& words() const { return acl; }
     /// Listens (true) or not (false) to value changes of the database.
     void init_event(bool enable);
 
@@ -108,12 +114,12 @@ class data_api_element_object_t : public data_api_t {
     const QString id_element;
     QString name_element;
     int type = -1;
-    QHash<QString, QStringList> function_ids;
-    QHash<QString, QString> function_names;
-    QHash<QString, QString> function_values;
-    QHash<QString, quint64> permissions;
+    base::small_table_t<QStringList> function_ids;
+    base::small_table_t<QString> function_names;
+    base::small_table_t<QString> function_values;
+    base::small_table_t<quint64> permissions;
     bool permission = false;
-    QHash<QString, QString> acl;
+    base::small_table_t<QString> acl;
     /// Unique connections from one sender are quadratic in the receivers, so the element itself
     /// remembers which of the three are connected.
     std::array<QMetaObject::Connection, 3> listening;

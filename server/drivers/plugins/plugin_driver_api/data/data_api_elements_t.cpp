@@ -141,9 +141,12 @@ void data_api_elements_t::populate_acl(const QString& id) {
         }
         return;
     }
-    const QHash<QString, QString> words = element->getACL();
-    for (auto word = words.cbegin(); word != words.cend(); ++word) {
-        acl[word.key()].insert(element->getIdElement(), word.value());
+    if (former) {
+        element->share_rights(*former);
+    }
+    former = element;
+    for (const auto& row : element->words()) {
+        acl[row.key].insert(element->getIdElement(), row.value);
     }
 }
 

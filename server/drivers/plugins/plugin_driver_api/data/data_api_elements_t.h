@@ -92,6 +92,8 @@ class data_api_elements_t : public data_api_t {
     QScopedPointer<utility::timer_debounce_t<>> reload_timer;
     bool enabled = true;
     acl_t acl TORLAN_GUARDED_BY(lock);
+    /// Read last: the next one has the same rights more often than not.
+    QPointer<data_api_element_object_t> former TORLAN_GUARDED_BY(lock);
 };
 
 }  // namespace interfaces

@@ -10,12 +10,12 @@ using namespace database::permission;
 
 namespace {
 
-QJsonObject functions_json(const QHash<QString, QString>& _values,
+QJsonObject functions_json(const base::small_table_t<QString>& _values,
                            const element_filter_t& _filter) {
     QJsonObject functions;
-    for (auto value = _values.cbegin(); value != _values.cend(); ++value) {
-        if (_filter.passes_function(value.key())) {
-            functions.insert(value.key(), QJsonObject{{QStringLiteral("value"), *value}});
+    for (const auto& row : _values) {
+        if (_filter.passes_function(row.key)) {
+            functions.insert(row.key, QJsonObject{{QStringLiteral("value"), row.value}});
         }
     }
     return functions;
@@ -25,7 +25,7 @@ QJsonObject element_json(const data_api_element_object_t& _element,
                          const element_filter_t& _filter) {
     return {{QStringLiteral("name"), _element.getNameElement()},
             {QStringLiteral("type"), _element.getTypeElement()},
-            {QStringLiteral("functions"), functions_json(_element.getFunctionValues(), _filter)}};
+            {QStringLiteral("functions"), functions_json(_element.values(), _filter)}};
 }
 
 QJsonObject filtered_json(data_api_element_object_t& _element, const QString& _username,

@@ -21,6 +21,9 @@ class tst_data_api_elements_acl : public QObject {
         return _events;
     }
     acl_t acl() { return elements->get_data_api_elements_acl(); }
+    const base::small_table_t<QString>& words(const QString& _element) {
+        return elements->get_data_api_element_object(_element)->words();
+    }
     void users_changed() { Q_EMIT database->persistent()->onPersistentChangeUsers({}); }
 
  private Q_SLOTS:
@@ -51,6 +54,20 @@ class tst_data_api_elements_acl : public QObject {
         elements->init();
         // What an element says while it is made is not passed on, bob's denial neither.
         QCOMPARE(said(), (QStringList{"value e-1 []", "value e-2 []", "acl"}));
+    }
+
+    void elements_with_equal_rights_share_their_words() {
+        database->add_element("e-3", "Three", 1, {});
+        database->grant("u-alice", "e-3", 3);
+        database->grant("u-bob", "e-3", 3);
+        elements->addElement("e-3");
+        elements->addElement("e-2");
+        QVERIFY(words("e-2").is_shared_with(words("e-3")));
+        QVERIFY(!words("e-1").is_shared_with(words("e-3")));
+        database->grant("u-bob", "e-3", 0);
+        elements->addElement("e-3");
+        QCOMPARE(acl()["bob"],
+                 (QHash<QString, QString>{{"e-1", "deny"}, {"e-2", "readwrite"}, {"e-3", "deny"}}));
     }
 
     void removing_an_element_withdraws_every_word_on_it() {
