@@ -1,6 +1,6 @@
 #include "comunication/api_topics.h"
 
-#include <QStringList>
+#include <QList>
 #include <algorithm>
 
 #include "database/name_rules.h"
@@ -42,12 +42,15 @@ QString answer(const QString& _topic) {
 }
 
 bool may_be_retained(const QString& _topic) {
-    if (!_topic.startsWith(root + QLatin1Char('/'))) {
+    const QStringView topic(_topic);
+    if (!topic.startsWith(root) || topic.mid(root.size(), 1) != u"/") {
         return true;
     }
-    const QStringList levels = _topic.split(QLatin1Char('/'));
-    return std::all_of(levels.begin(), levels.end(), [](const QString& _level) {
-        return database::identifier_error(_level).isEmpty();
+    // Asked for each state of each user: no level is copied.
+    const QList<QStringView> levels = topic.split(u'/');
+    return std::all_of(levels.begin(), levels.end(), [](QStringView _level) {
+        const QString level = QString::fromRawData(_level.data(), _level.size());
+        return database::identifier_error(level).isEmpty();
     });
 }
 
