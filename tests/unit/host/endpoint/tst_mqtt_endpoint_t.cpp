@@ -28,6 +28,7 @@ class tst_mqtt_endpoint_t : public QObject {
     void cleanup();
     void request_and_answer_make_a_round_trip();
     void what_became_of_a_request_is_told();
+    void each_request_is_passed_with_whether_it_only_reads();
     void messages_are_emitted_only_while_enabled();
     void own_status_is_not_echoed();
     void subscribing_again_brings_retained_status_again();
@@ -125,6 +126,17 @@ void tst_mqtt_endpoint_t::what_became_of_a_request_is_told() {
     QTRY_COMPARE(told.size(), 3);
     QCOMPARE(told[2].answer["error"], QJsonValue(400));
     QCOMPARE(told[2].bytes, qint64(0));
+}
+
+void tst_mqtt_endpoint_t::each_request_is_passed_with_whether_it_only_reads() {
+    const QSignalSpy passed(endpoint.get(), &mqtt_endpoint_t::request_passed);
+    connect(endpoint.get(), &mqtt_endpoint_t::request_passed, endpoint.get(),
+            &mqtt_endpoint_t::request_done, Qt::QueuedConnection);
+    QCOMPARE(alice->publish(request, "{}"), 0);
+    QCOMPARE(alice->publish("local/api/v1/alice/phone/request/set/x", "{}"), 0);
+    QTRY_COMPARE(passed.size(), 2);
+    QCOMPARE(passed[0][0].toBool(), true);
+    QCOMPARE(passed[1][0].toBool(), false);
 }
 
 void tst_mqtt_endpoint_t::messages_are_emitted_only_while_enabled() {
