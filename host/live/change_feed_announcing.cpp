@@ -211,7 +211,12 @@ QStringList change_feed_t::elements_to_announce(const model_changes_t& _changes)
 std::set<QString> change_feed_t::elements_of_held_names() {
     std::set<QString> ids;
     for (const QString& name : held_names) {
-        ids.merge(stale.take(name));
+        std::optional<std::set<QString>> known = stale.take(name);
+        if (!known) {
+            const auto all = database->getPersistent()->getData()->getElements()->getObjects();
+            known.emplace(all.keyBegin(), all.keyEnd());
+        }
+        ids.merge(*known);
     }
     return ids;
 }
