@@ -13,6 +13,7 @@
 
 #include "first_settings.h"
 #include "process/holder_text.h"
+#include "process/restored_folder_t.h"
 #include "process/trusted_path.h"
 
 namespace torlan {
@@ -84,6 +85,9 @@ result_t home_t::open(const QString& _drivers) {
     }
     if (const result_t ended = end_left_programs(); !ended.is_ok()) {
         return ended;
+    }
+    if (const result_t finished = process::restored_folder_t(path).finish(); !finished.is_ok()) {
+        return finished;
     }
     return write_settings(_drivers);
 }

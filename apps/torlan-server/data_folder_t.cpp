@@ -5,6 +5,7 @@
 
 #include "control/protocol.h"
 #include "process/holder_text.h"
+#include "process/restored_folder_t.h"
 #include "process/trusted_path.h"
 
 namespace torlan {
@@ -27,7 +28,7 @@ base::result_t data_folder_t::open() {
             return base::result_t::failed(
                 QStringLiteral("The folder %1 cannot be written.").arg(path));
         default:
-            return {};
+            return process::restored_folder_t(path).finish();
     }
 }
 

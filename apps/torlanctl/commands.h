@@ -9,8 +9,10 @@ const commands_t& commands();
 
 // Those of each file.
 commands_t document_commands();
+commands_t backup_commands();
 commands_t user_commands();
 commands_t grant_commands();
+commands_t thing_commands();
 commands_t value_commands();
 commands_t dpt_commands();
 commands_t audit_commands();

@@ -4,6 +4,7 @@
 #include "explain.h"
 #include "matrix.h"
 #include "opened_store.h"
+#include "option_values.h"
 
 namespace torlan {
 
@@ -22,11 +23,10 @@ result_of_t<std::optional<int>> type_of(const call_t& _call) {
     if (!_call.has("type")) {
         return std::optional<int>();
     }
-    bool is_number = false;
-    const int type = _call["type"].toInt(&is_number);
-    if (!is_number) {
-        return result_t::failed(
-            QStringLiteral("--type takes a number, not %1.").arg(quoted(_call["type"])));
+    int type = 0;
+    const result_t taken = take_whole(_call, "type", &type);
+    if (!taken.is_ok()) {
+        return taken;
     }
     return std::optional(type);
 }

@@ -3,6 +3,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include "process/file_lock_t.h"
+#include "process/restored_folder_t.h"
 #include "program/say.h"
 #include "store/database_check.h"
 
@@ -15,6 +17,19 @@ QString database_file(const call_t& _call) {
     return QDir(_call.data).filePath(QStringLiteral("installation.db"));
 }
 
+namespace {
+
+/// What a killed restoration has committed counts; a server that has the folder has seen to it.
+result_t finish_restoration(const QString& _folder) {
+    process::restored_folder_t restored(_folder);
+    process::file_lock_t lock(QDir(_folder).filePath(QStringLiteral("torlan.lock")));
+    return restored.is_unfinished() && lock.take() == process::file_lock_t::state_t::ours
+               ? restored.finish()
+               : result_t();
+}
+
+}  // namespace
+
 void tell_notes(sqlite_store_t* _store) {
     for (const QString& sentence : _store->take_notes()) {
         say(stderr, sentence);
@@ -24,6 +39,9 @@ void tell_notes(sqlite_store_t* _store) {
 result_t open_store(sqlite_store_t* _store, const call_t& _call, missing_t _missing) {
     if (!QFileInfo(_call.data).isDir()) {
         return result_t::failed(QStringLiteral("There is no folder %1.").arg(_call.data));
+    }
+    if (const result_t finished = finish_restoration(_call.data); !finished.is_ok()) {
+        return finished;
     }
     const QString path = database_file(_call);
     const auto exists = database::store::holds_installation(path, 5000);

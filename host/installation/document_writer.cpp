@@ -3,9 +3,9 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include "database/element_type.h"
 #include "database/permission.h"
 #include "installation/bus_data.h"
+#include "installation/entry_json.h"
 
 namespace database::installation {
 
@@ -18,64 +18,6 @@ QJsonObject write_section(const QMap<QString, value_t>& _entries, make_t _make) 
         section.insert(it.key(), _make(it.value()));
     }
     return section;
-}
-
-QJsonValue text_or_null(const QString& _text) {
-    return _text.isNull() ? QJsonValue() : QJsonValue(_text);
-}
-
-void insert_unless_empty(QJsonObject& _object, const QString& _key, const QString& _text) {
-    if (!_text.isEmpty()) {
-        _object.insert(_key, _text);
-    }
-}
-
-void insert_limit(QJsonObject& _object, const QString& _key, const std::optional<double>& _limit) {
-    if (_limit) {
-        _object.insert(_key, *_limit);
-    }
-}
-
-QJsonObject item(const item_t& _item) {
-    QJsonObject object{{QStringLiteral("value"), _item.value}};
-    if (!_item.limits.writable) {
-        object.insert(QStringLiteral("writable"), false);
-    }
-    insert_limit(object, QStringLiteral("min"), _item.limits.min);
-    insert_limit(object, QStringLiteral("max"), _item.limits.max);
-    insert_limit(object, QStringLiteral("step"), _item.limits.step);
-    return object;
-}
-
-QJsonObject scenario(bool _execution) {
-    return {{QStringLiteral("execution"), _execution}};
-}
-
-QJsonObject thermostat(const thermostat_t& _thermostat) {
-    QJsonObject object{{QStringLiteral("ids"), write_section(_thermostat.ids, text_or_null)}};
-    insert_unless_empty(object, QStringLiteral("id_actual"), _thermostat.id_actual);
-    insert_unless_empty(object, QStringLiteral("id_windows_contact"),
-                        _thermostat.id_windows_contact);
-    return object;
-}
-
-QJsonObject element(const element_t& _element) {
-    QJsonObject object{{QStringLiteral("name"), _element.name},
-                       {QStringLiteral("type"), _element.type},
-                       {QStringLiteral("flags"), _element.flags}};
-    if (!_element.functions.isEmpty()) {
-        object.insert(QStringLiteral("functions"), write_section(_element.functions, text_or_null));
-    }
-    const auto insert_target = [&object, &_element](const QString& _key, const QString& _id,
-                                                    int _type) {
-        // An element of the type must say it when there is none.
-        if (!_id.isEmpty() || _element.type == _type) {
-            object.insert(_key, _id);
-        }
-    };
-    insert_target(QStringLiteral("scenario"), _element.scenario, element_type::scenario);
-    insert_target(QStringLiteral("thermostat"), _element.thermostat, element_type::thermostat);
-    return object;
 }
 
 QJsonObject user(const user_t& _user) {
@@ -121,13 +63,13 @@ QJsonObject with_bus_data(QJsonObject _section, const QMap<QString, bus::bus_dat
 QByteArray write_document(const installation_t& _installation, passwords_t _passwords) {
     const QJsonObject document{
         {QStringLiteral("topic"), _installation.topic},
-        {QStringLiteral("items"), with_bus_data(write_section(_installation.items, item),
+        {QStringLiteral("items"), with_bus_data(write_section(_installation.items, item_json),
                                                 _installation.item_buses, bus_role_t::item)},
         {QStringLiteral("scenarios"),
-         with_bus_data(write_section(_installation.scenarios, scenario),
+         with_bus_data(write_section(_installation.scenarios, scenario_json),
                        _installation.scenario_buses, bus_role_t::scenario)},
-        {QStringLiteral("thermostats"), write_section(_installation.thermostats, thermostat)},
-        {QStringLiteral("elements"), write_section(_installation.elements, element)},
+        {QStringLiteral("thermostats"), write_section(_installation.thermostats, thermostat_json)},
+        {QStringLiteral("elements"), write_section(_installation.elements, element_json)},
         {QStringLiteral("users"),
          write_section(_installation.users,
                        _passwords == passwords_t::hashed ? user_with_password : user)},

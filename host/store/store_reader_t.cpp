@@ -61,17 +61,19 @@ result_t store_reader_t::read_all(installation_t* _target) {
 
 result_t store_reader_t::read_buses(installation_t* _target) {
     using installation::bus_role_t;
-    const result_t items = read_bus_column("items", bus_role_t::item, &_target->item_buses);
+    const result_t items = read_bus_column("items", bus_role_t::item, {}, &_target->item_buses);
     return items.is_ok()
-               ? read_bus_column("scenarios", bus_role_t::scenario, &_target->scenario_buses)
+               ? read_bus_column("scenarios", bus_role_t::scenario, {}, &_target->scenario_buses)
                : items;
 }
 
 result_t store_reader_t::read_bus_column(const char* _table, installation::bus_role_t _role,
+                                         const filter_t& _filter,
                                          QMap<QString, bus::bus_data_t>* _target) {
     return connection.each(
-        QStringLiteral("SELECT id, knx FROM %1 WHERE knx IS NOT NULL").arg(QLatin1String(_table)),
-        {}, [this, _table, _role, _target](const QSqlQuery& _row) {
+        QStringLiteral("SELECT id, knx FROM %1 WHERE knx IS NOT NULL%2")
+            .arg(QLatin1String(_table), QLatin1String(_filter.where)),
+        _filter.values, [this, _table, _role, _target](const QSqlQuery& _row) {
             const QString id = _row.value(0).toString();
             const auto json = ::base::json_from_text(_row.value(1).toString().toUtf8());
             const installation::read_bus_data_t read =
@@ -124,6 +126,47 @@ result_t store_reader_t::read_batch(const change_batch_t& _batch, installation_t
     }
     const result_t result = _batch.topic ? read_topic(_target) : result_t();
     tidy(_target);
+    return result;
+}
+
+result_t store_reader_t::read_things(kind_t _kind, const QStringList& _ids,
+                                     installation_t* _target) {
+    for (const QString& id : _ids) {
+        const result_t result = read_thing(_kind, id, _target);
+        if (!result.is_ok()) {
+            return result;
+        }
+    }
+    tidy(_target);
+    return {};
+}
+
+result_t store_reader_t::read_thing(kind_t _kind, const QString& _id, installation_t* _target) {
+    using installation::bus_role_t;
+    const filter_t row{" WHERE id = ?", {_id}};
+    const filter_t bus{" AND id = ?", {_id}};
+    result_t result;
+    switch (_kind) {
+        case kind_t::element:
+            result = read_elements(row, _target);
+            return result.is_ok() ? read_functions({" WHERE element = ?", {_id}}, _target) : result;
+        case kind_t::item:
+            result = read_items(row, _target);
+            return result.is_ok()
+                       ? read_bus_column("items", bus_role_t::item, bus, &_target->item_buses)
+                       : result;
+        case kind_t::scenario:
+            result = read_scenarios(row, _target);
+            return result.is_ok() ? read_bus_column("scenarios", bus_role_t::scenario, bus,
+                                                    &_target->scenario_buses)
+                                  : result;
+        case kind_t::thermostat:
+            result = read_thermostats(row, _target);
+            return result.is_ok() ? read_thermostat_ids({" WHERE thermostat = ?", {_id}}, _target)
+                                  : result;
+        case kind_t::user:
+            break;
+    }
     return result;
 }
 

@@ -6,6 +6,7 @@
 #include "installation/installation_t.h"
 #include "store/change_batch_t.h"
 #include "store/connection_t.h"
+#include "store/kind_t.h"
 
 namespace database::store {
 
@@ -26,6 +27,11 @@ class store_reader_t {
     ::base::result_t read_batch(const change_batch_t& _batch,
                                 installation::installation_t* _target);
 
+    /// Adds these things with all that makes them, also what the bus has to do with them; grants
+    /// are not among it, and a name that is not in the store stays out. No users.
+    ::base::result_t read_things(kind_t _kind, const QStringList& _ids,
+                                 installation::installation_t* _target);
+
     /// What stayed out or was cleaned, one sentence for each thing, of all reads so far.
     const QStringList& notes() const { return sentences; }
 
@@ -36,7 +42,10 @@ class store_reader_t {
         QVariantList values;
     };
 
+    ::base::result_t read_thing(kind_t _kind, const QString& _id,
+                                installation::installation_t* _target);
     ::base::result_t read_bus_column(const char* _table, installation::bus_role_t _role,
+                                     const filter_t& _filter,
                                      QMap<QString, bus::bus_data_t>* _target);
     ::base::result_t read_topic(installation::installation_t* _target);
     ::base::result_t read_items(const filter_t& _filter, installation::installation_t* _target);

@@ -8,11 +8,8 @@ namespace database::store {
 using ::base::result_t;
 using installation::installation_t;
 
-namespace {
-
 using installation::bus_role_t;
 
-/// Null: nothing to do with the bus.
 QVariant bus_value(const QMap<QString, bus::bus_data_t>& _buses, const QString& _id,
                    bus_role_t _role) {
     const auto found = _buses.constFind(_id);
@@ -20,12 +17,6 @@ QVariant bus_value(const QMap<QString, bus::bus_data_t>& _buses, const QString& 
                                       : QVariant(QString::fromUtf8(::base::json_to_text(
                                             installation::write_bus_data(*found, _role))));
 }
-
-QVariant limit_value(const std::optional<double>& _limit) {
-    return _limit ? QVariant(*_limit) : QVariant();
-}
-
-}  // namespace
 
 result_t store_writer_t::write(const installation_t& _installation) {
     for (const auto write : {&store_writer_t::write_items, &store_writer_t::write_scenarios,

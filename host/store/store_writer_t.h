@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QVariant>
+
+#include "installation/bus_data.h"
 #include "installation/installation_t.h"
 #include "store/connection_t.h"
 
@@ -26,6 +29,14 @@ class store_writer_t {
 /// A text for a column that must not be NULL: Qt binds a null string as NULL.
 inline QVariant text_value(const QString& _text) {
     return _text.isNull() ? QStringLiteral("") : _text;
+}
+
+/// What the bus has to do with an item or a scenario, as its column has it; NULL: nothing.
+QVariant bus_value(const QMap<QString, bus::bus_data_t>& _buses, const QString& _id,
+                   installation::bus_role_t _role);
+
+inline QVariant limit_value(const std::optional<double>& _limit) {
+    return _limit ? QVariant(*_limit) : QVariant();
 }
 
 /// A reference for a column that may be NULL: an empty one is none.

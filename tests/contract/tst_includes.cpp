@@ -155,7 +155,9 @@ const QList<row_t> rows{
      "base/|contract/(comunication/api_topics|database/(element_type|name_rules|permission))|"
      "host/(installation|store)/|host/accounts/broker_hash|host/broker/plugin/topic_judge|host/"
      "audit/(audit_reader_t|file_name|filter_t|people_text)|"
-     "host/control/(control_client_t|protocol)|apps/program/|knx/data_point_(type|types|value)"},
+     "host/control/(control_client_t|protocol)|"
+     "host/process/(file_lock_t|holder_text|restored_folder_t|trusted_path)|apps/program/|knx/"
+     "data_point_(type|types|value)"},
     {"apps/torlanctl/line", "base/|contract/database/name_rules|apps/program/exit_status_t"},
     {"bench/micro",
      "contract/router/|server/(drivers/plugins/plugin_driver_api|utility)/|tests/fakes/"

@@ -24,6 +24,8 @@ class host_process_t {
     bool start(const QStringList& _more_arguments = {});
     /// Asks it to end (SIGTERM) and waits; its exit status, -1 when it had to be killed.
     int stop();
+    /// Ends its configuration server, until it is started again.
+    void stop_config() { config.reset(); }
     /// Runs torlanctl on the data folder; its exit status.
     int control(const QStringList& _arguments, const QByteArray& _input = {});
 

@@ -41,7 +41,7 @@ void tst_usage::wrong_call_ends_with_status_2_data() {
     row({"--data", "x", "export", "y"}, "Usage: torlanctl [--data DIR] export [OPTIONS].");
     row({"grant", "alice", "e-lamp"},
         "Usage: torlanctl [--data DIR] grant USER ELEMENT|--all|--type N PERMISSION.");
-    row({"grant", "alice", "--type", "x", "read"}, "--type takes a number, not \"x\".");
+    row({"grant", "alice", "--type", "x", "read"}, "--type takes a whole number, not \"x\".");
     row({"audit", "--since", "soon"},
         "--since takes a time such as 10m, 2h, 3d or 2026-01-31T12:00:00Z, not \"soon\".");
 }
