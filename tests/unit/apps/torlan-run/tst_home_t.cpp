@@ -28,6 +28,18 @@ class tst_home_t : public QObject {
         path = place->filePath("a/home");
     }
 
+    void killed_restoration_is_finished_before_settings_are_looked_for() {
+        QVERIFY(QDir().mkpath(path + "/restore.committed"));
+        QFile file(path + "/restore.committed/settings.json");
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("{}") == 2);
+        file.close();
+        home_t home(path);
+        QCOMPARE(home.open("/drivers").error, QString());
+        QFile settings(home.settings());
+        QVERIFY(settings.open(QIODevice::ReadOnly));
+        QCOMPARE(settings.readAll(), QByteArray("{}"));
+    }
+
     void new_one_has_settings_that_others_cannot_read() {
         home_t home(path);
         QCOMPARE(home.make({}).error, QString());

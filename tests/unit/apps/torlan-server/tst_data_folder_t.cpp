@@ -33,6 +33,17 @@ class tst_data_folder_t : public QObject {
         QVERIFY2(error.contains(QString("process %1 (").arg(other.process)), qPrintable(error));
     }
 
+    void killed_restoration_is_finished() {
+        QVERIFY(QDir(place->path()).mkdir("restore.committed"));
+        QFile file(place->filePath("restore.committed/installation.db"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.close();
+        data_folder_t folder(place->path());
+        QCOMPARE(folder.open().error, QString());
+        QVERIFY(QFile::exists(place->filePath("installation.db")));
+        QVERIFY(!QFile::exists(place->filePath("restore.committed")));
+    }
+
     void it_is_free_again_afterwards() {
         { QCOMPARE(data_folder_t(place->path()).open().error, QString()); }
         QCOMPARE(data_folder_t(place->path()).open().error, QString());
