@@ -4,6 +4,7 @@
 #include "kit/free_port.h"
 #include "kit/wait_until.h"
 #include "system/support/api_user.h"
+#include "system/support/document_blocks.h"
 
 using namespace kit;
 using namespace support;
@@ -23,27 +24,9 @@ class tst_api_document : public QObject {
 
 namespace {
 
-struct example_t {
-    QString commands;
-    QString printed;
-};
-
 QString text_of(const QString& _path) {
     QFile file(_path);
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
-
-/// The blocks of commands in the order of the text, each with the block that follows it at once.
-QList<example_t> examples_in(const QString& _text) {
-    static const QRegularExpression block(
-        QStringLiteral("```sh\\n(.*?)```\\n(?:```json\\n(.*?)```)?"),
-        QRegularExpression::DotMatchesEverythingOption);
-    QList<example_t> found;
-    for (auto all = block.globalMatch(_text); all.hasNext();) {
-        const QRegularExpressionMatch match = all.next();
-        found.append({match.captured(1), match.captured(2)});
-    }
-    return found;
 }
 
 }  // namespace
@@ -55,16 +38,15 @@ void tst_api_document::init() {
 }
 
 void tst_api_document::every_example_prints_what_it_says() {
-    QString text = text_of(QStringLiteral(DOCUMENT));
-    QVERIFY(text.contains("'-p 1883'"));
-    text.replace("'-p 1883'", QStringLiteral("'-p %1'").arg(host->port()));
-    QList<example_t> examples = examples_in(text);
+    QList<document_block_t> examples = document_blocks(QStringLiteral(DOCUMENT));
     QVERIFY(examples.size() > 7);
     const QTemporaryDir home;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("HOME", home.path());
-    const QString begin = examples.takeFirst().commands;
-    for (const example_t& example : qAsConst(examples)) {
+    QString begin = examples.takeFirst().commands;
+    QVERIFY(begin.contains("'-p 1883'"));
+    begin.replace("'-p 1883'", QStringLiteral("'-p %1'").arg(host->port()));
+    for (const document_block_t& example : qAsConst(examples)) {
         QProcess shell;
         kit::end_with_test(&shell);
         shell.setProcessEnvironment(environment);
