@@ -1,11 +1,7 @@
-#include <fcntl.h>
-#include <sys/ioctl.h>
-#include <unistd.h>
 #include <QTest>
-#include <cstdlib>
 
 #include "accounts/broker_hash.h"
-#include "unit/apps/torlanctl/torlanctl_t.h"
+#include "unit/apps/torlanctl/terminal_session_t.h"
 
 /// How a password gets in.
 class tst_password : public QObject {
@@ -19,53 +15,6 @@ class tst_password : public QObject {
     void terminal_shows_nothing_of_it();
     void interruption_adds_nobody();
 };
-
-namespace {
-
-/// "user add carol" on a terminal of its own; the test types at the other end.
-class terminal_session_t {
- public:
-    explicit terminal_session_t(const torlanctl_t& _torlanctl)
-        : keyboard(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
-        if (grantpt(keyboard) != 0 || unlockpt(keyboard) != 0) {
-            return;
-        }
-        const QByteArray screen = ptsname(keyboard);
-        process.setChildProcessModifier([screen] {
-            setsid();
-            const int terminal = open(screen.constData(), O_RDWR);
-            ioctl(terminal, TIOCSCTTY, 0);
-            dup2(terminal, STDIN_FILENO);
-            dup2(terminal, STDERR_FILENO);
-        });
-        process.start(TORLANCTL, {"--data", _torlanctl.data(), "user", "add", "carol"});
-    }
-    ~terminal_session_t() { close(keyboard); }
-    Q_DISABLE_COPY_MOVE(terminal_session_t)
-
-    /// Types after the prompt has come; returns all that the screen showed.
-    QString answer(const QByteArray& _typed) {
-        QByteArray shown = read_some();
-        if (write(keyboard, _typed.constData(), size_t(_typed.size())) < 0) {
-            return {};
-        }
-        process.waitForFinished();
-        return QString::fromUtf8(shown + read_some());
-    }
-
-    QProcess process;
-
- private:
-    QByteArray read_some() const {
-        char buffer[256];
-        const ssize_t count = read(keyboard, buffer, sizeof(buffer));
-        return QByteArray(buffer, std::max<ssize_t>(count, 0));
-    }
-
-    const int keyboard;
-};
-
-}  // namespace
 
 void tst_password::first_line_is_the_password_data() {
     QTest::addColumn<QByteArray>("input");
@@ -114,7 +63,7 @@ void tst_password::refused_password_is_not_repeated() {
 void tst_password::terminal_shows_nothing_of_it() {
     const torlanctl_t torlanctl;
     QCOMPARE(torlanctl.import_small_home().status, 0);
-    terminal_session_t session(torlanctl);
+    terminal_session_t session(torlanctl, {"user", "add", "carol"});
     const QString shown = session.answer("hushhush\n");
     QCOMPARE(shown.simplified(), "Password:");
     QCOMPARE(session.process.exitCode(), 0);
@@ -125,7 +74,7 @@ void tst_password::terminal_shows_nothing_of_it() {
 void tst_password::interruption_adds_nobody() {
     const torlanctl_t torlanctl;
     QCOMPARE(torlanctl.import_small_home().status, 0);
-    terminal_session_t session(torlanctl);
+    terminal_session_t session(torlanctl, {"user", "add", "carol"});
     session.answer("hush\x03");
     QCOMPARE(session.process.exitCode(), 1);
     QCOMPARE(torlanctl.stored().users.size(), 2);
