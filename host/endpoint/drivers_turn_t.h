@@ -20,7 +20,8 @@ class drivers_turn_t : public QObject {
  public Q_SLOTS:
     /// Something was passed to the drivers; over() follows, in the order of the begins.
     void begin();
-    /// The same of what only asks: nothing follows the driver's answer.
+    /// The same of what reads one element: nothing follows the driver's answer. Not for lists:
+    /// their answers are work for the endpoint, and others come in between.
     void begin_read();
 
  Q_SIGNALS:

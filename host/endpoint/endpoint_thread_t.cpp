@@ -8,7 +8,7 @@ endpoint_thread_t::endpoint_thread_t(const endpoint_settings_t& _settings)
     held->moveToThread(&thread);
     QObject::connect(
         held.get(), &mqtt_endpoint_t::request_passed, &drivers,
-        [this](bool _only_reads) { _only_reads ? drivers.begin_read() : drivers.begin(); });
+        [this](bool _is_small) { _is_small ? drivers.begin_read() : drivers.begin(); });
     QObject::connect(&drivers, &drivers_turn_t::over, held.get(), &mqtt_endpoint_t::request_done);
     // Direct: whoever waits for the thread handles no events.
     QObject::connect(held.get(), &mqtt_endpoint_t::stopped, &thread, &QThread::quit,

@@ -271,7 +271,7 @@ void mqtt_endpoint_t::pass_request(const request_t& _request, const QJsonObject&
     Q_EMIT api_message(levels.version, levels.user, levels.client, levels.type, _request.topic,
                        _payload, false);
     if (isSignalConnected(QMetaMethod::fromSignal(&mqtt_endpoint_t::request_passed))) {
-        Q_EMIT request_passed(request_rules::only_reads(_request));
+        Q_EMIT request_passed(request_rules::is_small(_request));
     } else {
         QMetaObject::invokeMethod(this, &mqtt_endpoint_t::request_done, Qt::QueuedConnection);
     }

@@ -58,9 +58,9 @@ class mqtt_endpoint_t : public protoserver_t {
 
  Q_SIGNALS:
     /// A request was passed to the drivers by api_message; whoever is connected answers each with
-    /// request_done() in turn, and no more than a few are passed on before that. @p only_reads: it
-    /// changes nothing, whatever becomes of it.
-    void request_passed(bool only_reads);
+    /// request_done() in turn, and no more than a few are passed on before that. @p is_small: it
+    /// reads one element.
+    void request_passed(bool is_small);
 
     /// All that was published before this mark is on the broker; not @p complete: or was lost with
     /// its connection.

@@ -76,10 +76,6 @@ bool is_too_large(const QJsonObject& _payload, const request_limits_t& _limits) 
     return has_long_text(_payload.value(QLatin1String("data")), _limits.value_bytes);
 }
 
-bool only_reads(const request_t& _request) {
-    return asks(_request, u"get/");
-}
-
 bool is_small(const request_t& _request) {
     return _request.payload.size() <= small_payload &&
            asks(_request, u"get/elements/objects_list/");

@@ -13,9 +13,6 @@ namespace comunication::request_rules {
 /// Whether a list in "filters" has too many entries or a text in "data" is too long.
 bool is_too_large(const QJsonObject& _payload, const request_limits_t& _limits);
 
-/// Whether the level behind "request" is "get": drivers answer and do nothing else.
-bool only_reads(const request_t& _request);
-
 /// Whether it reads one element and brings little: a matter of microseconds for whoever answers.
 bool is_small(const request_t& _request);
 

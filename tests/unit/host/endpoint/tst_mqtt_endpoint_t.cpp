@@ -28,7 +28,7 @@ class tst_mqtt_endpoint_t : public QObject {
     void cleanup();
     void request_and_answer_make_a_round_trip();
     void what_became_of_a_request_is_told();
-    void each_request_is_passed_with_whether_it_only_reads();
+    void each_request_is_passed_with_whether_it_is_small();
     void messages_are_emitted_only_while_enabled();
     void own_status_is_not_echoed();
     void subscribing_again_brings_retained_status_again();
@@ -128,12 +128,13 @@ void tst_mqtt_endpoint_t::what_became_of_a_request_is_told() {
     QCOMPARE(told[2].bytes, qint64(0));
 }
 
-void tst_mqtt_endpoint_t::each_request_is_passed_with_whether_it_only_reads() {
+void tst_mqtt_endpoint_t::each_request_is_passed_with_whether_it_is_small() {
     const QSignalSpy passed(endpoint.get(), &mqtt_endpoint_t::request_passed);
     connect(endpoint.get(), &mqtt_endpoint_t::request_passed, endpoint.get(),
             &mqtt_endpoint_t::request_done, Qt::QueuedConnection);
-    QCOMPARE(alice->publish(request, "{}"), 0);
-    QCOMPARE(alice->publish("local/api/v1/alice/phone/request/set/x", "{}"), 0);
+    const QString list = "local/api/v1/alice/phone/request/get/elements/objects_list";
+    QCOMPARE(alice->publish(list + "/e-1", "{}"), 0);
+    QCOMPARE(alice->publish(list, "{}"), 0);
     QTRY_COMPARE(passed.size(), 2);
     QCOMPARE(passed[0][0].toBool(), true);
     QCOMPARE(passed[1][0].toBool(), false);

@@ -20,29 +20,24 @@ class tst_request_rules : public QObject {
     Q_OBJECT
 
  private Q_SLOTS:
-    void a_request_to_get_only_reads_and_of_one_element_is_small_data() {
+    void a_request_that_reads_one_element_is_small_data() {
         QTest::addColumn<QString>("topic");
-        QTest::addColumn<bool>("only_reads");
         QTest::addColumn<bool>("is_small");
-        const auto row = [](const char* _topic, bool _only_reads, bool _is_small = false) {
-            QTest::newRow(_topic) << QString(_topic) << _only_reads << _is_small;
+        const auto row = [](const char* _topic, bool _is_small) {
+            QTest::newRow(_topic) << QString(_topic) << _is_small;
         };
-        row("local/api/v1/bob/app/request/get/elements/objects_list/e-1", true, true);
-        row("local/api/v1/bob/app/request/get/elements/objects_list", true);
+        row("local/api/v1/bob/app/request/get/elements/objects_list/e-1", true);
+        row("local/api/v1/bob/app/request/get/elements/objects_list", false);
         row("local/api/v1/bob/app/request/set/elements/objects_list/e-1", false);
-        row("local/api/v1/bob/app/request/set/get/e-1", false);
-        row("local/api/v1/bob/get/request/set/elements", false);
-        row("local/api/v1/bob/status/request/get/elements", true);
-        row("local/api/v1/bob/app/request/getall", false);
+        row("local/api/v1/bob/get/request/set/elements/objects_list/e-1", false);
+        row("local/api/v1/bob/status/request/get/elements/objects_list/e-1", true);
         row("local/api/v1/bob/app/request", false);
-        row("local/api/v1/bob/status/get/elements/objects_list", false);
+        row("local/api/v1/bob/status/get/elements/objects_list/e-1", false);
     }
-    void a_request_to_get_only_reads_and_of_one_element_is_small() {
+    void a_request_that_reads_one_element_is_small() {
         QFETCH(const QString, topic);
-        QFETCH(const bool, only_reads);
         QFETCH(const bool, is_small);
         const auto levels = comunication::api_topic_t::parse(topic);
-        QCOMPARE(request_rules::only_reads({levels, topic, {}}), only_reads);
         QCOMPARE(request_rules::is_small({levels, topic, QByteArray(1'024, ' ')}), is_small);
         QVERIFY(!request_rules::is_small({levels, topic, QByteArray(1'025, ' ')}));
     }
