@@ -40,6 +40,7 @@ void tst_getting_started::every_command_does_what_it_says() {
     kit::end_with_test(&shell);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("HOME", home.path());
+    environment.insert("PATH", "/usr/sbin:/usr/bin:/sbin:/bin");  // Debian's Python, with its paho
     environment.insert("TORLAN_PORT", QString::number(host.port()));
     shell.setProcessEnvironment(environment);
     shell.start("/bin/bash", {"-c", session});

@@ -48,4 +48,12 @@ QHash<QString, QString> data_api_element_object_t::getACL() {
     return acl.to_hash();
 }
 
+const base::small_table_t<QString>& data_api_element_object_t::values() const {
+    return function_values;
+}
+
+const base::small_table_t<QString>& data_api_element_object_t::words() const {
+    return acl;
+}
+
 }  // namespace interfaces

@@ -80,8 +80,8 @@ class data_api_element_object_t : public data_api_t {
     /// Keeps one copy of the users' rights on both elements where they are the same.
     void share_rights(const data_api_element_object_t& _other);
     /// As getFunctionValues() and getACL(), without a copy.
-    const base::small_table_t<QString>& values() const { return function_values; }
-    const base::small_table_t<QString>& words() const { return acl; }
+    const base::small_table_t<QString>& values() const;
+    const base::small_table_t<QString>& words() const;
     /// Listens (true) or not (false) to value changes of the database.
     void init_event(bool enable);
 

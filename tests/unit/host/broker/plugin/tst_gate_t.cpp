@@ -419,7 +419,7 @@ void tst_gate_t::user_with_too_many_deletions_waits_and_nobody_else_does() {
         port.kept.insert(id.toStdString());
         leave(object);
     }
-    QCOMPARE(object, 132);  // 32 are kept, 100 wait to be deleted
+    QCOMPARE(object, 108);  // 8 are kept, 100 wait to be deleted
     QVERIFY(enter("bob", "one-more", 600) == entry_t::unanswered);
     QVERIFY(enter("alice", "phone", 601) == entry_t::open);
     enter_host("b0", 901);
