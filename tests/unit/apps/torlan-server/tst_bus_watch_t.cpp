@@ -8,6 +8,7 @@
 #include <QTest>
 #include <utility>
 
+#include "control/protocol.h"
 #include "fakes/memory_database_t.h"
 
 using namespace torlan;
@@ -138,7 +139,16 @@ class tst_bus_watch_t : public QObject {
         QCOMPARE(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0, ends), 0);
         tool = std::make_unique<QLocalSocket>();
         tool->setSocketDescriptor(ends[0]);
-        watch->take(new control::asker_t(ends[1], watch.get()), {{"follow", _follow}});
+        auto* const asker = new control::asker_t(ends[1], watch.get());
+        bool has_asked = false;
+        connect(asker, &control::asker_t::asked, watch.get(), [&](const QJsonObject& _question) {
+            has_asked = true;
+            watch->take(asker, _question);
+        });
+        // Who says nothing is cut off after a while.
+        const QJsonObject question{{"version", control::version}, {"follow", _follow}};
+        tool->write(QJsonDocument(question).toJson(QJsonDocument::Compact) + '\n');
+        QVERIFY(QTest::qWaitFor([&]() { return has_asked; }, 20'000));
     }
     const QJsonObject read() {
         return QTest::qWaitFor([this]() { return tool->canReadLine(); })
