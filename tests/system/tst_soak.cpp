@@ -153,7 +153,7 @@ bool tst_soak::come_and_go() {
     return join(*users[size_t(user)], host, name_of(user));
 }
 
-// More at once than the user's lane takes; what is refused is answered too.
+// Requests that are no JSON, one behind the other, of somebody who hears no answer.
 void tst_soak::flood() {
     mqtt_client_t stranger;
     if (stranger.sign_in(host.port(), name_of(0), password_of(name_of(0))) == 0) {
