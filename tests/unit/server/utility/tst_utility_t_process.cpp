@@ -54,6 +54,8 @@ extern "C" int open(const char* _path, int _flags, ...) {
     return descriptor;
 }
 
+// With 64 bits for offsets on a 32-bit machine the one above has this name already.
+#if !defined(_FILE_OFFSET_BITS) || _FILE_OFFSET_BITS != 64
 extern "C" int open64(const char* _path, int _flags, ...) {
     va_list more;
     va_start(more, _flags);
@@ -61,6 +63,7 @@ extern "C" int open64(const char* _path, int _flags, ...) {
     va_end(more);
     return descriptor;
 }
+#endif
 
 namespace {
 
