@@ -14,6 +14,8 @@ commands_t user_commands();
 commands_t grant_commands();
 commands_t thing_commands();
 commands_t value_commands();
+commands_t api_commands();
+commands_t watch_commands();
 commands_t dpt_commands();
 commands_t audit_commands();
 commands_t live_commands();

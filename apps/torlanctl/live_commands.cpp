@@ -1,11 +1,10 @@
 #include <QDeadlineTimer>
 #include <QJsonArray>
-#include <chrono>
 
 #include "base/json_text.h"
 #include "commands.h"
-#include "control/control_client_t.h"
 #include "control/protocol.h"
+#include "live_question.h"
 #include "live_text.h"
 #include "program/standard_streams.h"
 
@@ -17,33 +16,6 @@ namespace {
 using base::result_of_t;
 using base::result_t;
 using control::control_client_t;
-
-constexpr std::chrono::seconds patience{5};
-
-/// A clause about the server as a sentence.
-result_t sentence(const result_t& _clause) {
-    return result_t::failed(_clause.error.left(1).toUpper() + _clause.error.mid(1));
-}
-
-/// Asks, and gives the first line of the answer.
-result_of_t<QJsonObject> first_line(control_client_t* _client, const QString& _data,
-                                    const QJsonObject& _question) {
-    const auto serves = _client->has_server();
-    if (!serves.is_ok()) {
-        return sentence(serves);
-    }
-    if (!serves.value) {
-        return result_t::failed(QStringLiteral("No server runs on %1.").arg(_data));
-    }
-    const QDeadlineTimer limit(patience);
-    const result_t asked = _client->ask(_question, limit);
-    auto answer = asked.is_ok() ? _client->next(limit) : result_of_t<QJsonObject>(asked);
-    if (!answer.is_ok()) {
-        return sentence(answer);
-    }
-    answer.value.remove(QStringLiteral("version"));
-    return answer;
-}
 
 result_t write_json(const QJsonObject& _line) {
     return write_output(base::json_to_text(_line) + '\n');
@@ -77,7 +49,7 @@ result_t write_telegram(QJsonObject _line, bool _as_json) {
 outcome_t show_status(const call_t& _call) {
     control_client_t client(_call.data);
     const auto status =
-        first_line(&client, _call.data, {{QStringLiteral("ask"), control::ask_status()}});
+        first_answer(&client, _call.data, {{QStringLiteral("ask"), control::ask_status()}});
     if (!status.is_ok()) {
         return status;
     }
@@ -89,7 +61,7 @@ outcome_t show_bus(const call_t& _call) {
     const bool is_json = _call.has("json");
     const bool follows = _call.has("follow");
     control_client_t client(_call.data);
-    const auto bus = first_line(
+    const auto bus = first_answer(
         &client, _call.data,
         {{QStringLiteral("ask"), control::ask_bus()}, {QStringLiteral("follow"), follows}});
     result_t result(bus);
@@ -98,7 +70,7 @@ outcome_t show_bus(const call_t& _call) {
     }
     while (follows && result.is_ok()) {
         const auto line = client.next(QDeadlineTimer::Forever);
-        result = line.is_ok() ? write_telegram(line.value, is_json) : sentence(line);
+        result = line.is_ok() ? write_telegram(line.value, is_json) : as_sentence(line);
     }
     return result;
 }

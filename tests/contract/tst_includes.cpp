@@ -158,6 +158,9 @@ const QList<row_t> rows{
      "host/control/(control_client_t|protocol)|"
      "host/process/(file_lock_t|holder_text|restored_folder_t|trusted_path)|apps/program/|knx/"
      "data_point_(type|types|value)"},
+    {"apps/torlanctl/api",
+     "base/|contract/(comunication/(api_topics|qos_t)|database/name_rules)|"
+     "host/endpoint/mosquitto_client_t|apps/torlanctl/line/outcome_t"},
     {"apps/torlanctl/line", "base/|contract/database/name_rules|apps/program/exit_status_t"},
     {"bench/micro",
      "contract/router/|server/(drivers/plugins/plugin_driver_api|utility)/|tests/fakes/"

@@ -47,7 +47,11 @@ const char* words_paragraph() {
 
 const char* status_paragraph() {
     return "The status is 0 when it is done, 1 when it was refused, 2 when the call was wrong, 3 "
-           "when it\nis stored, but a server that runs does not follow yet.\n";
+           "when it\nis stored, but a server that runs does not follow yet. Commands that ask as "
+           "an API "
+           "user: 4 when\nthe broker did not let the user in, 5 when nobody answered or there was "
+           "no "
+           "connection, 6 when\nthe value was accepted but did not come.\n";
 }
 
 QString help_of_program(const commands_t& _commands) {
