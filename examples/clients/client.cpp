@@ -8,9 +8,8 @@
 using nlohmann::json, std::string;
 string set_as(const char* name, const char* otherwise = "") { return getenv(name) ? getenv(name) : otherwise; }
 string verb, element, function, value;  // the words of the command line
-const string root = "local/api/v1/" + set_as("TORLAN_USER"), list = "elements/objects_list";
-const string own = root + "/cpp" + std::to_string(getpid());
-json home = json::object();  // element: {function: value}
+const string root = "local/api/v1/" + set_as("TORLAN_USER"), list = "elements/objects_list", own = root + "/cpp" + std::to_string(getpid());
+json home = json::object(), since = json::array();  // element: {function: value}; states since the question
 bool passed_on = false;      // "202": no promise that the value comes
 [[noreturn]] void end(int status, const string& text) { exit(((status ? std::cerr : std::cout) << text << std::endl, status)); }
 void ask(mosquitto* broker, const string& what, const string& payload) {
@@ -24,24 +23,25 @@ void merge(const string& id, const json& data) {
 }
 void on_connect(mosquitto* broker, void*, int reason) {  // the first time, and after every gap
     if (reason != 0) end(1, string("refused: ") + mosquitto_reason_string(reason));
-    mosquitto_subscribe(broker, nullptr, (root + "/status/" + list + "/+").c_str(), 1);
-    mosquitto_subscribe(broker, nullptr, (own + "/status/#").c_str(), 1);
-    ask(broker, "get/" + list, "{}");  // behind both: one connection keeps its order
+    for (const string& all : {root + "/status/" + list + "/+", own + "/status/#"}) mosquitto_subscribe(broker, nullptr, all.c_str(), 1);
+    since = json::array(), ask(broker, "get/" + list, "{}");  // behind both: one connection keeps its order
 }
 void on_message(mosquitto* broker, void*, const mosquitto_message* message) {
     const string topic = message->topic, text(static_cast<char*>(message->payload), size_t(message->payloadlen));
-    const json packet = text.empty() ? json() : json::parse(text);
+    json packet = text.empty() ? json() : json::parse(text);
     if (topic == own + "/status/get/" + list) {
+        for (const auto& state : std::exchange(since, json()))  // they are newer than the answer
+            state[1].is_null() ? void(packet["data"].erase(state[0])) : packet["data"][state[0].get<string>()]["functions"].update(state[1]["functions"]);
         const json former = std::exchange(home, json::object());
         for (const auto& [id, data] : packet["data"].items()) merge(id, (home[id] = former.value(id, json::object()), data));
-        if (verb == "read" && (element.empty() || home.contains(element))) end(0, (element.empty() ? home : home[element]).dump());
-        if (verb == "read") end(1, element + " cannot be read");
+        if (verb == "read") element.empty() || home.contains(element) ? end(0, (element.empty() ? home : home[element]).dump()) : end(1, element + " cannot be read");
         if (verb == "write") ask(broker, "set/" + list + '/' + element, json{{"data", {{"functions", {{function, json::parse(value)}}}}}}.dump());
     } else if (topic == own + "/status/set/" + list + '/' + element) {
-        passed_on = packet.value(json::json_pointer("/data/functions") / function, "") == "202";
-        if (!passed_on) end(1, "refused: " + text);
-    } else if (text.empty()) home.erase(topic.substr(topic.rfind('/') + 1));  // gone
-    else merge(topic.substr(topic.rfind('/') + 1), packet["data"]);
+        if (!(passed_on = packet.value(json::json_pointer("/data/functions") / function, "") == "202")) end(1, "refused: " + text);
+    } else if (const string id = topic.substr(topic.rfind('/') + 1); true) {  // a state; without a text the element is gone
+        if (since.is_array()) since.push_back({id, text.empty() ? json() : packet["data"]});
+        text.empty() ? void(home.erase(id)) : merge(id, packet["data"]);
+    }
     if (passed_on && home.value(element, json::object()).value(function, "") == value) end(0, element + ' ' + function + ' ' + value);
 }
 int main(int count, char** words) {

@@ -9,24 +9,20 @@ verb, element, function, value = (sys.argv[1:] + [None] * 4)[:4]
 if len(sys.argv) - 1 not in {"read": (1, 2), "write": (4,), "follow": (1,)}.get(verb, ()): sys.exit(__doc__)
 root = "local/api/v1/" + os.environ["TORLAN_USER"]
 own, paths = f"{root}/py{os.getpid()}", "elements/objects_list"
-home = {}  # element: {function: value}
+home, since = {}, []  # element: {function: value}; states since the question
 arrived = queue.Queue()  # what comes in a thread of paho's
-
 def on_connect(client, _data, _flags, reason, _properties):
-    if reason != 0:
-        arrived.put(("refused", str(reason)))
+    if reason != 0: arrived.put(("refused", str(reason)))
     client.subscribe([(f"{root}/status/{paths}/+", 1), (f"{own}/status/#", 1)])
-
 def on_subscribe(client, *_):  # the first time, and after every gap
+    arrived.put(("asked", ""))
     client.publish(f"{own}/request/get/{paths}", "{}", qos=1)
-
 def merge(says):
     for id, body in says.items():
         for name, state in body.get("functions", {}).items():
             if verb == "follow" and home.get(id, {}).get(name) != state["value"]:
                 print(id, name, state["value"], flush=True)
             home.setdefault(id, {})[name] = state["value"]
-
 version = [mqtt.CallbackAPIVersion.VERSION2] if hasattr(mqtt, "CallbackAPIVersion") else []  # paho 2
 client = mqtt.Client(*version, protocol=mqtt.MQTTv5)
 client.username_pw_set(os.environ["TORLAN_USER"], os.environ["TORLAN_PASSWORD"])
@@ -41,8 +37,11 @@ passed_on = False  # "202": no promise that the value comes
 while not (passed_on and home.get(element, {}).get(function) == value):
     topic, text = arrived.get()
     packet = json.loads(text or "{}") if topic != "refused" else sys.exit(f"client.py: {text}")
-    if topic == f"{own}/status/get/{paths}":
-        home = {id: home[id] for id in home if id in packet["data"]}
+    if topic == "asked": since = []
+    elif topic == f"{own}/status/get/{paths}":
+        for id, state in since or []:  # they are newer than the answer
+            packet["data"].setdefault(id, {"functions": {}})["functions"].update(state["functions"]) if state else packet["data"].pop(id, None)
+        home, since = {id: home[id] for id in home if id in packet["data"]}, None
         merge(packet["data"])
         if verb == "read":
             known = home if element is None else home.get(element)
@@ -51,9 +50,9 @@ while not (passed_on and home.get(element, {}).get(function) == value):
             verb, payload = "written", json.dumps({"data": {"functions": {function: json.loads(value)}}})
             client.publish(f"{own}/request/set/{paths}/{element}", payload, qos=1)
     elif topic == f"{own}/status/set/{paths}/{element}":
-        if not (passed_on := packet.get("data", {}).get("functions", {}).get(function) == "202"):
-            sys.exit(f"client.py: refused: {text.decode()}")
+        if not (passed_on := packet.get("data", {}).get("functions", {}).get(function) == "202"): sys.exit(f"client.py: refused: {text.decode()}")
     else:  # a state; without a text the element is gone
-        id = topic.split("/")[-1]
-        merge({id: packet["data"]}) if text else home.pop(id, None)
+        id, state = topic.split("/")[-1], packet.get("data")
+        since is None or since.append((id, state))
+        merge({id: state}) if state else home.pop(id, None)
 print(element, function, value)

@@ -1,6 +1,7 @@
 #include <QtTest>
 
 #include "kit/end_with_test.h"
+#include "kit/real_broker_t.h"
 #include "kit/wait_until.h"
 #include "system/support/api_user.h"
 #include "system/support/children_of.h"
@@ -30,6 +31,8 @@ class tst_clients : public QObject {
     void value_that_does_not_come_is_told();
     void wrong_password_is_told_data() { clients(); }
     void wrong_password_is_told();
+    void state_that_overtakes_the_answer_counts_data() { clients(); }
+    void state_that_overtakes_the_answer_counts();
     void missing_library_is_named_data();
     void missing_library_is_named();
 
@@ -194,6 +197,38 @@ void tst_clients::wrong_password_is_told() {
     const outcome_t read = run({"read"}, environment("alice", "wrong"));
     QVERIFY2(read.status > 0, qPrintable(read.said));
     QVERIFY2(read.complained.contains("ot authorized"), qPrintable(read.complained));
+}
+
+void tst_clients::state_that_overtakes_the_answer_counts() {
+    QFETCH(QStringList, command);
+    if (command.last().endsWith(".sh")) {
+        return;  // shows messages as they come
+    }
+    // The real broker, and the test in the server's place: the order is up to it.
+    kit::real_broker_t broker;
+    QCOMPARE(broker.start(), QString());
+    mqtt_client_t server;
+    QCOMPARE(broker.let_host_in(&server), 0);
+    QVERIFY(server.subscribe("local/api/v1/+/+/request/#"));
+    QProcessEnvironment place = environment("alice", password_of("alice"));
+    place.insert("TORLAN_PORT", QString::number(broker.settings.port));
+    const auto client = started({"read"}, place);
+    const auto question = server.wait_for(
+        [](const mqtt_client_t::message_t& _message) { return _message.topic.contains("/get/"); });
+    QVERIFY2(question != nullptr, client->readAllStandardError().constData());
+    QCOMPARE(server.publish(state_topic("alice", "e-1"),
+                            R"({"data":{"functions":{"execute":{"value":"1"}}}})"),
+             0);
+    QCOMPARE(server.publish(state_topic("alice", "e-2"), {}), 0);
+    QCOMPARE(server.publish(QString(question->topic).replace("/request/", "/status/"),
+                            R"({"data":{
+        "e-1":{"functions":{"execute":{"value":"0"},"level":{"value":"5"}},"name":"1","type":2},
+        "e-2":{"functions":{"execute":{"value":"0"}},"name":"2","type":1}}})"),
+             0);
+    QVERIFY(wait_until([&]() { return client->state() == QProcess::NotRunning; }));
+    const QJsonObject read = QJsonDocument::fromJson(client->readAllStandardOutput()).object();
+    const QJsonObject expected{{"e-1", QJsonObject{{"execute", "1"}, {"level", "5"}}}};
+    QCOMPARE(read, expected);
 }
 
 void tst_clients::missing_library_is_named_data() {
