@@ -36,7 +36,11 @@ QList<qint64> all_below(qint64 _process) {
 
 }  // namespace
 
-run_process_t::run_process_t() : broker_port(kit::free_port()) {}
+run_process_t::run_process_t()
+    : broker_port(kit::free_port()),
+      config(kit::free_port()),
+      web(kit::free_port()),
+      websocket(kit::free_port()) {}
 
 run_process_t::~run_process_t() {
     if (program.state() != QProcess::NotRunning) {
@@ -46,15 +50,13 @@ run_process_t::~run_process_t() {
 
 bool run_process_t::start(const QString& _home, const QStringList& _more_arguments) {
     const bool has_console = !_more_arguments.contains(QStringLiteral("--no-web"));
-    config = kit::free_port();
     QStringList arguments{"--data",          data(),
                           "--port",          QString::number(broker_port),
                           "--config-port",   QString::number(config),
                           "--sample",        _home,
                           "--log-level-std", "2"};
     if (has_console) {
-        arguments += {"--web-port", QString::number(kit::free_port()), "--ws-port",
-                      QString::number(kit::free_port())};
+        arguments += {"--web-port", QString::number(web), "--ws-port", QString::number(websocket)};
     }
     output.clear();
     kit::end_with_test(&program);

@@ -22,8 +22,10 @@ class run_process_t {
     /// Where the page is, as it was told beside "torlan: ready".
     QString console() const { return address; }
     quint16 port() const { return broker_port; }
-    /// Of this start.
     quint16 config_port() const { return config; }
+    /// Of the console.
+    quint16 web_port() const { return web; }
+    quint16 ws_port() const { return websocket; }
     QString data() const { return folder.filePath(QStringLiteral("home")); }
     QProcess& process() { return program; }
     /// Child, and child's child, by program name; 0: there is none.
@@ -35,8 +37,10 @@ class run_process_t {
  private:
     QTemporaryDir folder;
     QProcess program;
-    quint16 broker_port;
-    quint16 config = 0;
+    const quint16 broker_port;
+    const quint16 config;
+    const quint16 web;
+    const quint16 websocket;
     QByteArray output;
     QString address;
 };
