@@ -155,9 +155,9 @@ class tst_migration : public QObject {
         QTest::addColumn<blow_t>("blow");
         QTest::addColumn<ending_t>("struck");
         QTest::addColumn<int>("step");
-        QTest::newRow("killed") << blow_t::kill << ending_t::killed << 1;
+        QTest::newRow("killed") << blow_t::kill << ending_t::killed << MOMENTS;
         // The disk stays full, so that one moment is much like the next.
-        QTest::newRow("disk full") << blow_t::full_disk << ending_t::short_of_space << 5;
+        QTest::newRow("disk full") << blow_t::full_disk << ending_t::short_of_space << 5 * MOMENTS;
     }
     void struck_at_any_moment_the_next_start_works() {
         QFETCH(blow_t, blow);
