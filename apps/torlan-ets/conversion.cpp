@@ -11,9 +11,9 @@
 #include "program/file_reader_t.h"
 #include "program/password_input.h"
 #include "program/private_file.h"
+#include "program/progress_line_t.h"
 #include "program/say.h"
 #include "program/standard_streams.h"
-#include "progress_line_t.h"
 
 namespace torlan {
 
@@ -52,7 +52,10 @@ result_of_t<ets::project_t> read(call_t* _call) {
         return bytes;
     }
     progress_line_t line;
-    how.progress = [&line](const QString& _what, qint64 _bytes) { line.show(_what, _bytes); };
+    how.progress = [&line](const QString& _what, qint64 _bytes) {
+        line.show_often(QStringLiteral("reading %1: %2 MiB")
+                            .arg(database::shown(_what), QString::number(_bytes >> 20)));
+    };
     return ets::read_source(bytes.value, path, how);
 }
 

@@ -14,6 +14,7 @@
 #include "process/trusted_path.h"
 #include "program/file_reader_t.h"
 #include "program/private_file.h"
+#include "program/progress_line_t.h"
 #include "store/backup.h"
 
 /// Copies of an installation with its settings, and back.
@@ -42,6 +43,8 @@ outcome_t write_backup(const call_t& _call) {
     database::store::sqlite_store_t store;
     const result_t opened = open_store(&store, _call);
     const auto settings = opened.is_ok() ? settings_of(_call) : result_of_t<QByteArray>(opened);
+    progress_line_t line;
+    line.show(QStringLiteral("copying %1 MiB").arg(QFileInfo(database_file(_call)).size() >> 20));
     return settings.is_ok() ? outcome_t(database::store::write_backup(
                                   database_file(_call), _call["FILE"], settings.value, busy_ms))
                             : outcome_t(settings);

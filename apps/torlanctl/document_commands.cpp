@@ -10,6 +10,7 @@
 #include "output_t.h"
 #include "program/file_reader_t.h"
 #include "program/private_file.h"
+#include "program/progress_line_t.h"
 #include "program/say.h"
 #include "program/standard_streams.h"
 #include "store/move_aside.h"
@@ -30,8 +31,34 @@ base::result_of_t<installation_t> read_file(const call_t& _call) {
     if (!bytes.is_ok()) {
         return bytes;
     }
+    progress_line_t line;
+    line.show(QStringLiteral("checking %1").arg(file));
     return read_document(bytes.value, file,
                          database::store::stored_users(database_file(_call), 5000));
+}
+
+result_t replace(const installation_t& _installation, sqlite_store_t* _store) {
+    progress_line_t line;
+    line.show(QStringLiteral("writing %1 elements, %2 items and the rights of %3 users")
+                  .arg(_installation.elements.size())
+                  .arg(_installation.items.size())
+                  .arg(_installation.users.size()));
+    return _store->replace(_installation);
+}
+
+/// Nothing else is said of a file with problems: what import says is the first of these.
+outcome_t tell_problems(const QString& _file, const QStringList& _problems, bool _as_json) {
+    output_t output;
+    for (const QString& problem : _problems) {
+        if (_as_json) {
+            output.line(QJsonObject{{QStringLiteral("problem"), problem}});
+        } else {
+            output.line(problem);
+        }
+    }
+    const result_t written = output.finish();
+    return written.is_ok() ? result_t::failed(QStringLiteral("%1 cannot be imported.").arg(_file))
+                           : written;
 }
 
 void tell_all(const QStringList& _sentences) {
@@ -50,7 +77,7 @@ result_t put(const call_t& _call, installation_t _installation) {
         }
         tell_all(keep_users(former.value, &_installation));
     }
-    const result_t replaced = opened.is_ok() ? store.replace(_installation) : opened;
+    const result_t replaced = opened.is_ok() ? replace(_installation, &store) : opened;
     if (replaced.is_ok()) {
         tell_notes(&store);
         tell_all(shared_items(_installation));
@@ -78,7 +105,17 @@ outcome_t import_file(const call_t& _call) {
 }
 
 outcome_t validate_file(const call_t& _call) {
-    const auto document = read_file(_call);
+    const QString file = _call["FILE"];
+    const auto bytes = file_reader_t(file, max_document_bytes).read();
+    if (!bytes.is_ok()) {
+        return bytes;
+    }
+    const QStringList problems = document_problems(bytes.value);
+    if (problems.size() > 1 || (_call.has("json") && !problems.isEmpty())) {
+        return tell_problems(file, problems, _call.has("json"));
+    }
+    const auto document =
+        read_document(bytes.value, file, database::store::stored_users(database_file(_call), 5000));
     if (!document.is_ok()) {
         return document;
     }

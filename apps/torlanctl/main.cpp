@@ -4,6 +4,7 @@
 #include "effect.h"
 #include "line/help_text.h"
 #include "line/parse_call.h"
+#include "meant_name.h"
 #include "program/begin_program.h"
 #include "program/say.h"
 #include "program/standard_streams.h"
@@ -30,7 +31,10 @@ QString to_show(const call_t& _call) {
 
 /// Runs a command, and waits until what it changed is effective.
 outcome_t run(const call_t& _call) {
-    const outcome_t outcome = _call.command->run(_call);
+    outcome_t outcome = _call.command->run(_call);
+    if (outcome.status == status_failed) {
+        outcome.error = with_meant_name(_call, outcome.error);
+    }
     if (outcome.status != status_done || _call.command->on != works_on_t::changed_installation) {
         return outcome;
     }

@@ -164,7 +164,27 @@ result_t refused(const QString& _name, const QString& _sentence) {
     return result_t::failed(_name + QStringLiteral(": ") + _sentence);
 }
 
+/// A document that is known to be JSON, and what it says, without its secrets.
+struct checked_t {
+    installation_t whole{};
+    problems_t problems{};
+};
+
+checked_t check(const QJsonObject& _document) {
+    checked_t checked{{}, check_shape(_document)};
+    if (checked.problems.is_empty()) {
+        checked.whole = unsecured(_document);
+        checked.problems = check_document(_document, checked.whole);
+    }
+    return checked;
+}
+
 }  // namespace
+
+QStringList document_problems(const QByteArray& _bytes) {
+    const ::base::result_of_t<QJsonObject> json = parse_json(_bytes);
+    return json.is_ok() ? check(json.value).problems.all() : QStringList{json.error};
+}
 
 ::base::result_of_t<installation_t> read_document(const QByteArray& _bytes, const QString& _name,
                                                   const QMap<QString, user_t>& _known) {
@@ -172,18 +192,13 @@ result_t refused(const QString& _name, const QString& _sentence) {
     if (!json.is_ok()) {
         return refused(_name, json.error);
     }
-    const problems_t shape = check_shape(json.value);
-    if (!shape.is_empty()) {
-        return refused(_name, shape.summary());
+    checked_t checked = check(json.value);
+    if (!checked.problems.is_empty()) {
+        return refused(_name, checked.problems.summary());
     }
-    installation_t whole = unsecured(json.value);
-    const problems_t problems = check_document(json.value, whole);
-    if (!problems.is_empty()) {
-        return refused(_name, problems.summary());
-    }
-    secure(whole, json.value[QLatin1String("users")], _known);
-    drop_denials(whole);
-    return whole;
+    secure(checked.whole, json.value[QLatin1String("users")], _known);
+    drop_denials(checked.whole);
+    return checked.whole;
 }
 
 }  // namespace database::installation

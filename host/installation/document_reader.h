@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 #include "base/result_t.h"
 #include "installation/installation_t.h"
@@ -19,5 +20,9 @@ constexpr qint64 max_document_bytes = 64 << 20;
 ///        password already keeps its hash, and with it the sessions
 ::base::result_of_t<installation_t> read_document(const QByteArray& _bytes, const QString& _name,
                                                   const QMap<QString, user_t>& _known = {});
+
+/// All that is wrong with a document, a sentence each, without its name; empty: read_document()
+/// takes it. What is wrong with its shape hides the rest.
+QStringList document_problems(const QByteArray& _bytes);
 
 }  // namespace database::installation

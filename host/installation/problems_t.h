@@ -5,9 +5,12 @@
 
 namespace database::installation {
 
-/// What is wrong with a document: the first problem in words, the others counted.
+/// What is wrong with a document: the first problems in words, the others counted.
 class problems_t {
  public:
+    /// In words.
+    static constexpr int most_sentences = 100;
+
     /// @param _place keys from the document's root; empty: the document itself.
     void add(const QStringList& _place, const QString& _sentence);
 
@@ -16,8 +19,11 @@ class problems_t {
     /// "elements/e-lamp/type: must be ... (and 2 more)"; empty when there is no problem.
     QString summary() const;
 
+    /// "elements/e-lamp/type: must be ..." of each, and in the end how many more there are.
+    QStringList all() const;
+
  private:
-    QString first;
+    QStringList sentences;
     int count = 0;
 };
 

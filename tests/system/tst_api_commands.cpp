@@ -125,7 +125,7 @@ void tst_api_commands::refusals_end_with_status_1_data() {
         QTest::newRow(_name) << QString(_user) << _arguments << _error;
     };
     row("element that is not there", "alice", {"get", "e-lmap"},
-        "The API refuses: 404 Not found element e-lmap.");
+        "The API refuses: 404 Not found element e-lmap. Did you mean e-lamp?");
     row("element that is not this user's", "bob", {"get", "e-therm"},
         "The API refuses: 401 Unauthorized user: configure user API on App.");
     row("write without the right", "bob", {"put", "e-lamp", "execute=1"},

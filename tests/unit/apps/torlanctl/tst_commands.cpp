@@ -185,6 +185,10 @@ void tst_commands::refusal_is_one_sentence_that_names_the_thing_data() {
     row({"user", "passwd", "carol"}, "There is no user carol.");
     row({"user", "remove", "carol"}, "There is no user carol.");
     row({"set", "i-x", "1"}, "There is no item i-x.");
+    row({"user", "passwd", "alcie"}, "There is no user alcie. Did you mean alice?");
+    row({"revoke", "alice", "e-lapm"}, "There is no element e-lapm. Did you mean e-lamp?");
+    row({"explain", "alcie", "e-lapm"}, "There is no user alcie. Did you mean alice?");
+    row({"item", "show", "i-dimm"}, "There is no item i-dimm. Did you mean i-dim?");
 }
 
 void tst_commands::refusal_is_one_sentence_that_names_the_thing() {

@@ -17,6 +17,7 @@ class tst_import_export : public QObject {
     void import_of_the_same_file_changes_nothing();
     void import_keeps_users_when_it_is_asked_to();
     void refused_import_writes_nothing();
+    void validation_tells_every_problem();
     void first_import_that_is_refused_makes_no_database();
     void damaged_database_is_replaced_when_asked_for();
     void import_reads_from_a_pipe();
@@ -192,6 +193,24 @@ void tst_import_export::refused_import_writes_nothing() {
     QCOMPARE(call.status, 1);
     QCOMPARE(call.error, "torlanctl: " + path + ": items/i-new/value: must be text");
     QVERIFY(torlanctl.stored() == before);
+}
+
+void tst_import_export::validation_tells_every_problem() {
+    const torlanctl_t torlanctl;
+    const QString odd = torlanctl.write("odd.json", R"({"topic": "api/x", "items": {"a b": {}}})");
+    const call_t whole = torlanctl_t::run({"validate", odd});
+    QCOMPARE(whole.status, 1);
+    QCOMPARE(whole.output.count('\n'), 2);
+    QVERIFY(whole.output.contains("topic: must not begin with the level \"api\"\n"));
+    QVERIFY(whole.output.contains("items/a b: the identifier "));
+    QCOMPARE(whole.error, "torlanctl: " + odd + " cannot be imported.");
+    QCOMPARE(torlanctl_t::run({"validate", odd, "--json"}).output.count("{\"problem\":"), 2);
+
+    const QString wrong = torlanctl.write("wrong.json", R"({"topic": "x", "nothing": 1})");
+    QCOMPARE(torlanctl_t::run({"validate", wrong}).error,
+             "torlanctl: " + wrong + ": there is no such key as \"nothing\"");
+    const QString home = torlanctl.write("home.json", kit::small_home_text());
+    QCOMPARE(torlanctl_t::run({"validate", home}).status, 0);
 }
 
 void tst_import_export::first_import_that_is_refused_makes_no_database() {
