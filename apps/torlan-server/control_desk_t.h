@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
+#include <optional>
 
 #include "account_keeper_t.h"
 #include "bus_watch_t.h"
@@ -8,6 +10,7 @@
 #include "effect_watch_t.h"
 #include "live/live_bus_port_t.h"
 #include "live/live_database_t.h"
+#include "retained_check_t.h"
 #include "status_report_t.h"
 
 namespace torlan {
@@ -47,10 +50,13 @@ class control_desk_t : public QObject {
 
  private:
     void show_status(control::asker_t* _asker) const;
+    void check_retained(control::asker_t* _asker);
 
     effect_watch_t effects;
     bus_watch_t bus;
     status_report_t report;
+    std::optional<parts_t> parts;
+    QPointer<retained_check_t> retained;  ///< that runs; one at a time
     control::control_server_t server;
 };
 

@@ -19,6 +19,7 @@ commands_t watch_commands();
 commands_t dpt_commands();
 commands_t audit_commands();
 commands_t live_commands();
+commands_t doctor_commands();
 commands_t shell_commands();
 
 }  // namespace torlan

@@ -28,6 +28,10 @@ inline QString ask_effective() {
 inline QString ask_status() {
     return QStringLiteral("status");
 }
+/// Whether the broker holds the states that users may read; takes its time.
+inline QString ask_retained() {
+    return QStringLiteral("retained");
+}
 inline QString ask_bus() {
     return QStringLiteral("bus");
 }

@@ -146,7 +146,7 @@ const QList<row_t> rows{
     {"apps/torlan-server",
      "base/|http/|apps/program/|contract/(bus/bus_(counters|settings|telegram)_t|comunication/"
      "(protoserver_t|api_topics)|database/"
-     "database_t|"
+     "(database_t|element_type)|"
      "logs/)|host/"
      "(accounts|audit|broker|control|endpoint|installation|live|loader|logs|process|store)/|"
      "server/utility/(cnfserver|http_read_config_server_t|torlan_option_t|utility_t)\\.h"},
@@ -161,6 +161,10 @@ const QList<row_t> rows{
     {"apps/torlanctl/api",
      "base/|contract/(comunication/(api_topics|qos_t)|database/name_rules)|"
      "host/endpoint/mosquitto_client_t|apps/torlanctl/line/outcome_t"},
+    {"apps/torlanctl/doctor",
+     "base/|contract/(comunication/api_topics|database/name_rules)|host/process/trusted_path|"
+     "host/store/database_check|apps/program/(file_reader_t|port_holder|version)|"
+     "apps/torlanctl/api/api_session_t"},
     {"apps/torlanctl/line", "base/|contract/database/name_rules|apps/program/exit_status_t"},
     {"bench/micro",
      "contract/router/|server/(drivers/plugins/plugin_driver_api|utility)/|tests/fakes/"

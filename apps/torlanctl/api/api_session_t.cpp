@@ -156,6 +156,19 @@ outcome_t api_session_t::subscribe(const QString& _filter) {
                                .arg(account.user, database::shown(_filter))};
 }
 
+outcome_t api_session_t::publish(const QString& _topic, const QByteArray& _payload) {
+    receipt = {client.publish({_topic.toUtf8(), _payload, qos_t::exactly_once})};
+    const outcome_t answered = await(QStringLiteral("The broker does not answer"),
+                                     [this]() { return receipt.accepted.has_value(); });
+    return answered.status == status_done && !given_up && !*receipt.accepted ? refused_at(_topic)
+                                                                             : answered;
+}
+
+outcome_t api_session_t::refused_at(const QString& _topic) const {
+    return {status_failed, QStringLiteral("The broker does not let %1 ask on %2.")
+                               .arg(account.user, database::shown(_topic))};
+}
+
 outcome_t api_session_t::follow(const QString& _element) {
     return subscribe(api_topics::element_state(api_topics::version_1, account.user, _element));
 }
@@ -183,11 +196,8 @@ outcome_t api_session_t::ask(const QString& _topic, const QJsonObject& _question
     if (_question.value(uuid_key).isUndefined()) {
         _answer->remove(uuid_key);
     }
-    if (answered.status == status_done && !receipt.accepted.value_or(true)) {
-        return {status_failed, QStringLiteral("The broker does not let %1 ask on %2.")
-                                   .arg(account.user, database::shown(_topic))};
-    }
-    return answered;
+    return answered.status == status_done && !receipt.accepted.value_or(true) ? refused_at(_topic)
+                                                                              : answered;
 }
 
 void api_session_t::take(const QString& _topic, const QByteArray& _payload) {

@@ -34,6 +34,10 @@ class api_session_t : public QObject {
     /// Signs in, and again while nobody says anything: a broker that is busy closes without a word.
     outcome_t open();
 
+    outcome_t subscribe(const QString& _filter);
+    /// Until the broker has taken it, or not.
+    outcome_t publish(const QString& _topic, const QByteArray& _payload);
+
     /// The states of an element, or of all: "+".
     outcome_t follow(const QString& _element);
 
@@ -74,8 +78,8 @@ class api_session_t : public QObject {
     void connect_once(std::chrono::milliseconds _limit);
     void take(const QString& _topic, const QByteArray& _payload);
     void note(int _id, bool _accepted);
-    outcome_t subscribe(const QString& _filter);
     outcome_t await(const QString& _silence, const std::function<bool()>& _is_enough);
+    outcome_t refused_at(const QString& _topic) const;
     QString place() const;
     QString seconds() const;
 
