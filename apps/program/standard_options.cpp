@@ -21,4 +21,18 @@ QString standard_answer(const QCommandLineParser& _parser) {
     return _parser.isSet(QStringLiteral("version")) ? version_text() : QString();
 }
 
+base::result_of_t<QString> read_options(QCommandLineParser* _parser,
+                                        const QStringList& _arguments) {
+    if (!_parser->parse(_arguments)) {
+        return base::result_t::failed(_parser->errorText());
+    }
+    const QString shown = standard_answer(*_parser);
+    const QStringList words = _parser->positionalArguments();
+    if (shown.isEmpty() && !words.isEmpty()) {
+        return base::result_t::failed(
+            QStringLiteral("\"%1\" is not an option.").arg(words.constFirst()));
+    }
+    return shown;
+}
+
 }  // namespace torlan

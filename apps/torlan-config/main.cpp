@@ -1,12 +1,7 @@
-#include <QCoreApplication>
-
 #include "config_server_t.h"
 #include "options_t.h"
-#include "program/begin_program.h"
-#include "program/exit_status_t.h"
 #include "program/loopback_service.h"
-#include "program/say.h"
-#include "program/standard_streams.h"
+#include "program/program_main.h"
 
 namespace torlan {
 
@@ -29,17 +24,5 @@ int serve(const options_t& _options) {
 
 int main(int _argc, char* _argv[]) {
     using namespace torlan;
-    begin_program(QStringLiteral("torlan-config"));
-    const QCoreApplication application(_argc, _argv);
-    const base::result_of_t<options_t> options = parse_options(QCoreApplication::arguments());
-    if (!options.is_ok()) {
-        say(stderr, options.error);
-        return status_failed;
-    }
-    if (!options.value.to_show.isEmpty()) {
-        write_text(stdout, options.value.to_show);
-        return status_done;
-    }
-    wait_for_no_reader();
-    return serve(options.value);
+    return program_main("torlan-config", _argc, _argv, parse_options, serve);
 }

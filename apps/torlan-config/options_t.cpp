@@ -2,6 +2,7 @@
 
 #include <QCommandLineParser>
 
+#include "program/option_numbers_t.h"
 #include "program/standard_options.h"
 #include "program/supervisor_link_t.h"
 
@@ -32,23 +33,19 @@ void describe(QCommandLineParser* _parser) {
 base::result_of_t<options_t> parse_options(const QStringList& _arguments) {
     QCommandLineParser parser;
     describe(&parser);
-    if (!parser.parse(_arguments)) {
-        return base::result_t::failed(parser.errorText());
+    const base::result_of_t<QString> shown = read_options(&parser, _arguments);
+    if (!shown.is_ok()) {
+        return shown;
     }
     options_t options;
-    options.to_show = standard_answer(parser);
+    options.to_show = shown.value;
     if (!options.to_show.isEmpty()) {
         return options;
     }
-    const QString port = parser.value(QStringLiteral("port"));
-    bool is_port = false;
-    options.port = port.toUShort(&is_port);
-    if (!is_port) {
-        return base::result_t::failed(QStringLiteral("--port %1 is not a port").arg(port));
-    }
-    if (!parser.positionalArguments().isEmpty()) {
-        return base::result_t::failed(
-            QStringLiteral("unknown argument %1").arg(parser.positionalArguments().constFirst()));
+    option_numbers_t numbers(parser);
+    numbers.take("port", 0, 65535, &options.port);
+    if (!numbers.result.is_ok()) {
+        return numbers.result;
     }
     options.file = parser.value(QStringLiteral("file"));
     options.supervisor = supervisor_descriptor(parser);

@@ -4,10 +4,7 @@
 
 #include "house_link_t.h"
 #include "options_t.h"
-#include "program/begin_program.h"
-#include "program/exit_status_t.h"
-#include "program/say.h"
-#include "program/standard_streams.h"
+#include "program/program_main.h"
 #include "program/supervisor_link_t.h"
 #include "stored_home.h"
 
@@ -47,16 +44,5 @@ int play(const options_t& _options) {
 int main(int _argc, char* _argv[]) {
     using namespace torlan;
     ::umask(077);
-    begin_program(QStringLiteral("torlan-knx-house"));
-    const QCoreApplication application(_argc, _argv);
-    const base::result_of_t<options_t> options = parse_options(QCoreApplication::arguments());
-    if (!options.is_ok()) {
-        say(stderr, options.error + QStringLiteral(" See torlan-knx-house --help."));
-        return status_usage;
-    }
-    if (!options.value.to_show.isEmpty()) {
-        write_text(stdout, options.value.to_show);
-        return status_done;
-    }
-    return play(options.value);
+    return program_main("torlan-knx-house", _argc, _argv, parse_options, play);
 }

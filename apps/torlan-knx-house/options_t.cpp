@@ -20,21 +20,18 @@ base::result_of_t<options_t> parse_options(const QStringList& _arguments) {
          QStringLiteral("knxd at URL: local:PATH or ip:HOST[:PORT]; other devices there hear it."),
          QStringLiteral("URL")},
     });
-    if (!parser.parse(_arguments)) {
-        return base::result_t::failed(parser.errorText());
+    const base::result_of_t<QString> shown = read_options(&parser, _arguments);
+    if (!shown.is_ok()) {
+        return shown;
     }
     options_t options;
-    options.to_show = standard_answer(parser);
-    options.data = parser.value(QStringLiteral("data"));
-    options.url = parser.value(QStringLiteral("knx"));
-    options.supervisor = supervisor_descriptor(parser);
+    options.to_show = shown.value;
     if (!options.to_show.isEmpty()) {
         return options;
     }
-    if (!parser.positionalArguments().isEmpty()) {
-        return base::result_t::failed(QStringLiteral("Unknown argument '%1'.")
-                                          .arg(parser.positionalArguments().constFirst()));
-    }
+    options.data = parser.value(QStringLiteral("data"));
+    options.url = parser.value(QStringLiteral("knx"));
+    options.supervisor = supervisor_descriptor(parser);
     return options.url.isEmpty() ? base::result_of_t<options_t>(base::result_t::failed(
                                        QStringLiteral("--knx URL is needed.")))
                                  : options;

@@ -5,11 +5,9 @@
 
 #include "home_t.h"
 #include "options_t.h"
-#include "program/begin_program.h"
-#include "program/exit_status_t.h"
 #include "program/privileges.h"
+#include "program/program_main.h"
 #include "program/say.h"
-#include "program/standard_streams.h"
 #include "program/stop_signals_t.h"
 #include "supervisor_t.h"
 #include "web_plan.h"
@@ -87,18 +85,6 @@ int run(const options_t& _options) {
 int main(int _argc, char* _argv[]) {
     using namespace torlan;
     ::umask(077);
-    begin_program(QStringLiteral("torlan-run"));
     speak_as(QStringLiteral("torlan"));
-    const QCoreApplication application(_argc, _argv);
-    const base::result_of_t<options_t> options = parse_options(QCoreApplication::arguments());
-    if (!options.is_ok()) {
-        say(stderr, options.error + QStringLiteral(" See torlan-run --help."));
-        return status_usage;
-    }
-    if (!options.value.to_show.isEmpty()) {
-        write_text(stdout, options.value.to_show);
-        return status_done;
-    }
-    wait_for_no_reader();
-    return run(options.value);
+    return program_main("torlan-run", _argc, _argv, parse_options, run);
 }

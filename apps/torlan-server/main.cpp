@@ -5,11 +5,9 @@
 
 #include "host_t.h"
 #include "logs/early_logger_t.h"
-#include "program/begin_program.h"
-#include "program/exit_status_t.h"
 #include "program/privileges.h"
+#include "program/program_main.h"
 #include "program/say.h"
-#include "program/standard_streams.h"
 #include "program/stop_signals_t.h"
 #include "program/supervisor_link_t.h"
 
@@ -89,19 +87,7 @@ int run(const options_t& _options) {
 int main(int _argc, char* _argv[]) {
     using namespace torlan;
     ::umask(077);
-    begin_program(QStringLiteral("torlan-server"));
     speak_as(QStringLiteral("torlan"));
     use_plain_event_loops();
-    const QCoreApplication application(_argc, _argv);
-    const base::result_of_t<options_t> options = parse_options(QCoreApplication::arguments());
-    if (!options.is_ok()) {
-        say(stderr, options.error + QStringLiteral(" See torlan-server --help."));
-        return status_usage;
-    }
-    if (!options.value.to_show.isEmpty()) {
-        write_text(stdout, options.value.to_show);
-        return status_done;
-    }
-    wait_for_no_reader();
-    return run(options.value);
+    return program_main("torlan-server", _argc, _argv, parse_options, run);
 }

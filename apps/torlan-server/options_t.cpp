@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QRegularExpression>
 
+#include "program/option_numbers_t.h"
 #include "program/standard_options.h"
 #include "program/supervisor_link_t.h"
 #include "request_limit.h"
@@ -81,36 +82,6 @@ void describe(QCommandLineParser* _parser) {
     add_supervisor_option(_parser);
 }
 
-/// Takes the numbers among the options; what is none of its range makes a sentence.
-class numbers_t {
- public:
-    explicit numbers_t(const QCommandLineParser& _parser) : parser(_parser) {}
-
-    /// Nothing when it was not given, or when one before was wrong.
-    template <class Number>
-    void take(const char* _option, int _lowest, int _highest, Number* _value) {
-        const QString name = QLatin1String(_option);
-        if (!result.is_ok() || !parser.isSet(name)) {
-            return;
-        }
-        bool is_number = false;
-        const int value = parser.value(name).toInt(&is_number);
-        if (is_number && value >= _lowest && value <= _highest) {
-            *_value = static_cast<quint16>(value);
-            return;
-        }
-        result =
-            base::result_t::failed(QStringLiteral("--%1 takes a number from %2 to %3, not \"%4\".")
-                                       .arg(name, QString::number(_lowest),
-                                            QString::number(_highest), parser.value(name)));
-    }
-
-    base::result_t result;
-
- private:
-    const QCommandLineParser& parser;
-};
-
 /// Each port once: names the two options that share one.
 base::result_t check_ports(const options_t& _options) {
     const auto shared = [](const char* _one, const char* _other, int _port) {
@@ -156,7 +127,7 @@ base::result_t read_bus(const QCommandLineParser& _parser, bus::bus_settings_t* 
 }
 
 base::result_t read_numbers(const QCommandLineParser& _parser, options_t* _options) {
-    numbers_t numbers(_parser);
+    option_numbers_t numbers(_parser);
     numbers.take("port", 1, 65535, &_options->port);
     numbers.take("ws-port", 0, 65535, &_options->ws_port);
     numbers.take("config-port", 1, 65535, &_options->config_port);
@@ -201,17 +172,14 @@ base::result_of_t<options_t> read(const QCommandLineParser& _parser) {
 base::result_of_t<options_t> parse_options(const QStringList& _arguments) {
     QCommandLineParser parser;
     describe(&parser);
-    if (!parser.parse(_arguments)) {
-        return base::result_t::failed(parser.errorText() + QLatin1Char('.'));
-    }
-    options_t shown;
-    shown.to_show = standard_answer(parser);
-    if (!shown.to_show.isEmpty()) {
+    const base::result_of_t<QString> shown = read_options(&parser, _arguments);
+    if (!shown.is_ok()) {
         return shown;
     }
-    if (!parser.positionalArguments().isEmpty()) {
-        return base::result_t::failed(QStringLiteral("\"%1\" is not an option.")
-                                          .arg(parser.positionalArguments().constFirst()));
+    if (!shown.value.isEmpty()) {
+        options_t options;
+        options.to_show = shown.value;
+        return options;
     }
     return read(parser);
 }

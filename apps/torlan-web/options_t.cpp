@@ -2,6 +2,7 @@
 
 #include <QCommandLineParser>
 
+#include "program/option_numbers_t.h"
 #include "program/standard_options.h"
 #include "program/supervisor_link_t.h"
 
@@ -30,43 +31,25 @@ void describe(QCommandLineParser* _parser) {
     });
 }
 
-base::result_t take_port(const QCommandLineParser& _parser, const char* _name, uint _lowest,
-                         quint16* _port) {
-    const QString text = _parser.value(QLatin1String(_name));
-    bool is_number = false;
-    const uint number = text.toUInt(&is_number);
-    if (!is_number || number < _lowest || number > 65535) {
-        return base::result_t::failed(
-            QStringLiteral("--%1 takes a number from %2 to 65535, not \"%3\".")
-                .arg(QLatin1String(_name), QString::number(_lowest), text));
-    }
-    *_port = static_cast<quint16>(number);
-    return {};
-}
-
 }  // namespace
 
 base::result_of_t<options_t> parse_options(const QStringList& _arguments) {
     QCommandLineParser parser;
     describe(&parser);
-    if (!parser.parse(_arguments)) {
-        return base::result_t::failed(parser.errorText() + QLatin1Char('.'));
+    const base::result_of_t<QString> shown = read_options(&parser, _arguments);
+    if (!shown.is_ok()) {
+        return shown;
     }
     options_t options;
-    options.to_show = standard_answer(parser);
+    options.to_show = shown.value;
     if (!options.to_show.isEmpty()) {
         return options;
     }
-    if (!parser.positionalArguments().isEmpty()) {
-        return base::result_t::failed(
-            QStringLiteral("unknown argument %1.").arg(parser.positionalArguments().constFirst()));
-    }
-    base::result_t taken = take_port(parser, "port", 0, &options.port);
-    if (taken.is_ok()) {
-        taken = take_port(parser, "ws-port", 1, &options.ws_port);
-    }
-    if (!taken.is_ok()) {
-        return taken;
+    option_numbers_t numbers(parser);
+    numbers.take("port", 0, 65535, &options.port);
+    numbers.take("ws-port", 1, 65535, &options.ws_port);
+    if (!numbers.result.is_ok()) {
+        return numbers.result;
     }
     options.pages = parser.value(QStringLiteral("pages"));
     options.facts = parser.value(QStringLiteral("facts"));

@@ -222,29 +222,31 @@ void tst_config_server::trigger_sees_the_new_document() {
 void tst_config_server::start_that_fails_is_one_sentence_data() {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QByteArray>("names");
+    QTest::addColumn<int>("status");
     QTest::newRow("broken document")
-        << QStringList{"--file", "broken.json"} << QByteArray("broken.json");
+        << QStringList{"--file", "broken.json"} << QByteArray("broken.json") << 1;
     QTest::newRow("no such folder")
-        << QStringList{"--file", "no/s.json"} << QByteArray("no/s.json");
+        << QStringList{"--file", "no/s.json"} << QByteArray("no/s.json") << 1;
     QTest::newRow("folder in a file")
-        << QStringList{"--file", "broken.json/s.json"} << QByteArray("broken.json/s.json");
+        << QStringList{"--file", "broken.json/s.json"} << QByteArray("broken.json/s.json") << 1;
     QTest::newRow("port not a number")
-        << QStringList{"--file", "s.json", "--port", "x"} << QByteArray("--port x");
+        << QStringList{"--file", "s.json", "--port", "x"} << QByteArray("not \"x\"") << 2;
     QTest::newRow("port too large")
-        << QStringList{"--file", "s.json", "--port", "65536"} << QByteArray("65536");
-    QTest::newRow("unknown option") << QStringList{"--nothing"} << QByteArray("nothing");
-    QTest::newRow("unknown argument") << QStringList{"stray"} << QByteArray("stray");
+        << QStringList{"--file", "s.json", "--port", "65536"} << QByteArray("65536") << 2;
+    QTest::newRow("unknown option") << QStringList{"--nothing"} << QByteArray("nothing") << 2;
+    QTest::newRow("unknown argument") << QStringList{"stray"} << QByteArray("stray") << 2;
 }
 
 void tst_config_server::start_that_fails_is_one_sentence() {
     QFETCH(QStringList, arguments);
     QFETCH(QByteArray, names);
+    QFETCH(int, status);
     put_bytes(folder->filePath("broken.json"), "{\"a\":");
     if (arguments.first() == "--file") {
         arguments[1] = folder->filePath(arguments.at(1));
     }
     const ended_t ended = run(arguments);
-    QCOMPARE(ended.status, 1);
+    QCOMPARE(ended.status, status);
     QCOMPARE(ended.output, QByteArray());
     QVERIFY2(ended.error.contains(names), ended.error.constData());
     QCOMPARE(ended.error.count('\n'), 1);

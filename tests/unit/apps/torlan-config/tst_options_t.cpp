@@ -28,11 +28,13 @@ class tst_options_t : public QObject {
     void what_makes_no_sense_is_one_sentence_data() {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("sentence");
-        QTest::newRow("port of letters") << QStringList{"--port", "x"} << "--port x is not a port";
-        QTest::newRow("port too high")
-            << QStringList{"--port", "65536"} << "--port 65536 is not a port";
-        QTest::newRow("negative port") << QStringList{"--port=-1"} << "--port -1 is not a port";
-        QTest::newRow("stray word") << QStringList{"word"} << "unknown argument word";
+        QTest::newRow("port of letters")
+            << QStringList{"--port", "x"} << "--port takes a number from 0 to 65535, not \"x\".";
+        QTest::newRow("port too high") << QStringList{"--port", "65536"}
+                                       << "--port takes a number from 0 to 65535, not \"65536\".";
+        QTest::newRow("negative port")
+            << QStringList{"--port=-1"} << "--port takes a number from 0 to 65535, not \"-1\".";
+        QTest::newRow("stray word") << QStringList{"word"} << "\"word\" is not an option.";
         QTest::newRow("unknown option") << QStringList{"--frob"} << "Unknown option 'frob'.";
     }
     void what_makes_no_sense_is_one_sentence() {

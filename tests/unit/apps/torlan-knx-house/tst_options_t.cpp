@@ -23,7 +23,7 @@ class tst_options_t : public QObject {
         QTest::addColumn<QString>("sentence");
         QTest::newRow("no bus") << QStringList() << "--knx URL is needed.";
         QTest::newRow("unknown") << QStringList{"--knx", "x", "--frob"} << "Unknown option 'frob'.";
-        QTest::newRow("too much") << QStringList{"--knx", "x", "y"} << "Unknown argument 'y'.";
+        QTest::newRow("too much") << QStringList{"--knx", "x", "y"} << "\"y\" is not an option.";
     }
 
     void wrong_call_is_told() {
