@@ -163,7 +163,7 @@ const QList<row_t> rows{
      "host/endpoint/mosquitto_client_t|apps/torlanctl/line/outcome_t"},
     {"apps/torlanctl/doctor",
      "base/|contract/(comunication/api_topics|database/name_rules)|host/process/trusted_path|"
-     "host/store/database_check|apps/program/(file_reader_t|port_holder|version)|"
+     "host/store/(database_check|schema)|apps/program/(file_reader_t|port_holder|version)|"
      "apps/torlanctl/api/api_session_t"},
     {"apps/torlanctl/line", "base/|contract/database/name_rules|apps/program/exit_status_t"},
     {"bench/micro",

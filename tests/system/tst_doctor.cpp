@@ -65,9 +65,9 @@ void tst_doctor::running_server_is_well() {
     QVERIFY(about("rights").last().startsWith("not checked: "));
     QCOMPARE(about("ports").size(), 2);
     QVERIFY(about("ports")[0].contains("(mosquitto)"));
-    QCOMPARE(about("database"),
-             QByteArrayList{"ok: every page was read, its layout is this version's"});
-    QVERIFY(about("versions")[0].startsWith("ok: "));
+    QVERIFY(about("database")[0].startsWith("ok: every page was read, its layout is "));
+    QVERIFY(about("versions")[0].startsWith("ok: this program is "));
+    QVERIFY(about("versions")[1].startsWith("ok: mosquitto is 2.0."));
     QCOMPARE(about("disk").size(), 1);
     QCOMPARE(about("clock").size(), 1);
     QVERIFY(verdict().endsWith("1 not checked."));

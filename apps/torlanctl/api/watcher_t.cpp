@@ -109,19 +109,23 @@ void watcher_t::rest() {
 outcome_t watcher_t::run() {
     base::backoff_t pause(std::chrono::milliseconds(250), std::chrono::milliseconds(5000));
     bool is_first = true;
-    bool is_told = false;
+    QString told;
     for (outcome_t begun = begin(); !session.is_given_up(); begun = begin()) {
         if (begun.status == status_done) {
-            is_first = is_told = false;
+            is_first = false;
+            told.clear();
             pause.reset();
             refused_since.invalidate();
             rest();
         } else if (is_first || is_over(begun)) {
             return begun;
         }
-        if (!std::exchange(is_told, true) && !session.is_given_up()) {
-            Q_EMIT noted(
-                QStringLiteral("The connection is gone: %1. Trying again.").arg(session.reason()));
+        const QString why =
+            begun.status == status_done
+                ? QStringLiteral("The connection is gone: %1. Trying again.").arg(session.reason())
+                : begun.error;
+        if (std::exchange(told, why) != why && !session.is_given_up()) {
+            Q_EMIT noted(why);
         }
         session.wait(pause.next(), [] { return false; });
     }

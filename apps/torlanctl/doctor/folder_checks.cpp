@@ -9,6 +9,7 @@
 #include "process/trusted_path.h"
 #include "program/file_reader_t.h"
 #include "store/database_check.h"
+#include "store/schema.h"
 
 namespace torlan {
 
@@ -52,7 +53,8 @@ finding_t database_finding(const QString& _data) {
     const base::result_t checked = database::store::check_database(path, busy_ms, &is_busy);
     if (checked.is_ok()) {
         return {about, health_t::ok,
-                QStringLiteral("every page was read, its layout is this version's")};
+                QStringLiteral("every page was read, its layout is %1")
+                    .arg(database::store::schema_version)};
     }
     return {about, is_busy ? health_t::unchecked : health_t::problem, checked.error};
 }

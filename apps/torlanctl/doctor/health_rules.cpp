@@ -2,7 +2,9 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QRegularExpression>
 #include <QStringList>
+#include <QVersionNumber>
 #include <cstdlib>
 
 namespace torlan::health_rules {
@@ -15,6 +17,9 @@ constexpr qint64 no_room = 64 * mib;
 constexpr int first_sane_year = 2024;
 constexpr int last_sane_year = 2100;
 constexpr qint64 jump_s = 30;
+// What its plugin is tried with.
+const QVersionNumber first_broker(2, 0, 11);
+const QVersionNumber last_broker(2, 0, 21);
 
 QString text_at(const QJsonObject& _document, std::initializer_list<const char*> _keys) {
     QJsonValue value = _document;
@@ -117,6 +122,25 @@ findings_t settings(const QByteArray& _document) {
 finding_t version(const QString& _own, const QString& _server) {
     return {QStringLiteral("versions"), _own == _server ? health_t::ok : health_t::warning,
             QStringLiteral("this program is %1, the server that runs %2").arg(_own, _server)};
+}
+
+finding_t broker_version(const QByteArray& _said) {
+    static const QRegularExpression version(QStringLiteral("version (\\d+)\\.(\\d+)\\.(\\d+)"));
+    const QString about = QStringLiteral("versions");
+    const auto match = version.match(QString::fromUtf8(_said.left(200)));
+    if (!match.hasMatch()) {
+        return {about, health_t::problem,
+                QStringLiteral("there is no program mosquitto that says its version")};
+    }
+    const QVersionNumber found(match.captured(1).toInt(), match.captured(2).toInt(),
+                               match.captured(3).toInt());
+    const bool is_known = found >= first_broker && found <= last_broker;
+    return {about, is_known ? health_t::ok : health_t::warning,
+            QStringLiteral("mosquitto is %1%2")
+                .arg(found.toString(),
+                     is_known ? QString()
+                              : QStringLiteral(", tried are %1 to %2")
+                                    .arg(first_broker.toString(), last_broker.toString()))};
 }
 
 finding_t port(const QString& _use, quint16 _port, const QString& _holder, qint64 _process) {

@@ -34,6 +34,9 @@ findings_t settings(const QByteArray& _document);
 /// The versions of this program and of the server that runs.
 finding_t version(const QString& _own, const QString& _server);
 
+/// What "mosquitto -h" has said; empty: there is none.
+finding_t broker_version(const QByteArray& _said);
+
 /// A port that the server listens on. @p _holder as of port_holder().
 /// @param _process of whom it should be; 0: nobody knows
 finding_t port(const QString& _use, quint16 _port, const QString& _holder, qint64 _process);

@@ -4,6 +4,8 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
 #include <QStorageInfo>
 
 #include "doctor/checks.h"
@@ -54,6 +56,24 @@ health_rules::clock_t clock_of(const QJsonObject& _status) {
     return clock;
 }
 
+/// Found as the server finds it: in the path or in the system's folders.
+finding_t broker_finding() {
+    constexpr int patience_ms = 3000;
+    const QString name = QStringLiteral("mosquitto");
+    QString program = QStandardPaths::findExecutable(name);
+    if (program.isEmpty()) {
+        program = QStandardPaths::findExecutable(
+            name, {QStringLiteral("/usr/sbin"), QStringLiteral("/usr/local/sbin")});
+    }
+    if (program.isEmpty()) {
+        return health_rules::broker_version({});
+    }
+    QProcess process;
+    process.start(program, {QStringLiteral("-h")});
+    process.waitForFinished(patience_ms);
+    return health_rules::broker_version(process.readAllStandardOutput());
+}
+
 }  // namespace
 
 findings_t machine_findings(const QString& _data, const QJsonObject& _status) {
@@ -64,7 +84,7 @@ findings_t machine_findings(const QString& _data, const QJsonObject& _status) {
     if (!log.isEmpty() && QStorageInfo(logs) != QStorageInfo(data)) {
         found.append(disk_finding(logs));
     }
-    return found + health_rules::clock(clock_of(_status));
+    return found + health_rules::clock(clock_of(_status)) + findings_t{broker_finding()};
 }
 
 }  // namespace torlan

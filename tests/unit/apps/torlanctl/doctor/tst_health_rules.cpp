@@ -149,6 +149,19 @@ class tst_health_rules : public QObject {
         QTEST(health_rules::retained(answer).health, "health");
     }
 
+    void brokers_version_is_judged_data() {
+        QTest::addColumn<health_t>("health");
+        QTest::newRow("mosquitto version 2.0.11\n\nmosquitto is an") << health_t::ok;
+        QTest::newRow("mosquitto version 2.0.21\n") << health_t::ok;
+        QTest::newRow("mosquitto version 2.0.9\n") << health_t::warning;
+        QTest::newRow("mosquitto version 2.1.0\n") << health_t::warning;
+        QTest::newRow("") << health_t::problem;
+        QTest::newRow("sh: not found") << health_t::problem;
+    }
+    void brokers_version_is_judged() {
+        QTEST(health_rules::broker_version(QTest::currentDataTag()).health, "health");
+    }
+
     void versions_are_compared() {
         QCOMPARE(health_rules::version("1", "1").health, health_t::ok);
         QCOMPARE(health_rules::version("1", "2").health, health_t::warning);
