@@ -30,6 +30,7 @@ findings_t server_findings(const QJsonObject& _status) {
 namespace {
 
 const QString about = QStringLiteral("rights");
+constexpr std::chrono::seconds patience{3};
 
 /// Somebody who must not come in.
 finding_t stranger_finding(const api_account_t& _stranger, const QString& _who) {
@@ -46,12 +47,15 @@ finding_t stranger_finding(const api_account_t& _stranger, const QString& _who) 
 }  // namespace
 
 findings_t sign_in_findings(const QString& _host, quint16 _port) {
-    const QString name = QStringLiteral("doctor-") + base::random_hex(4);
-    return {stranger_finding({.host = _host, .port = _port, .user = {}, .password = {}},
-                             QStringLiteral("who has no name")),
-            stranger_finding(
-                {.host = _host, .port = _port, .user = name, .password = base::random_hex()},
-                QStringLiteral("an unknown user"))};
+    api_account_t stranger{.host = _host, .port = _port, .user = {}, .password = {}};
+    stranger.wait = patience;
+    const finding_t nameless = stranger_finding(stranger, QStringLiteral("who has no name"));
+    if (nameless.health == health_t::unchecked) {
+        return {nameless};
+    }
+    stranger.user = QStringLiteral("doctor-") + base::random_hex(4);
+    stranger.password = base::random_hex();
+    return {nameless, stranger_finding(stranger, QStringLiteral("an unknown user"))};
 }
 
 findings_t rights_findings(const api_account_t& _account) {
