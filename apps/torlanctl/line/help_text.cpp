@@ -32,6 +32,14 @@ QString command_rows(const commands_t& _commands, const QString& _word) {
     return rows;
 }
 
+QString status_rows() {
+    QString rows;
+    for (const status_text_t& each : status_texts()) {
+        rows += row(QString::number(each.status), QLatin1String(each.meaning), 2);
+    }
+    return rows;
+}
+
 QString paragraph(const char* _title, const QString& _text) {
     return _text.isEmpty() ? QString()
                            : QStringLiteral("\n%1:\n%2").arg(QLatin1String(_title), _text);
@@ -45,13 +53,17 @@ const char* words_paragraph() {
            "is\nread, write, readwrite or deny. Options stand anywhere, -- ends them.\n";
 }
 
-const char* status_paragraph() {
-    return "The status is 0 when it is done, 1 when it was refused, 2 when the call was wrong, 3 "
-           "when it\nis stored, but a server that runs does not follow yet. Commands that ask as "
-           "an API "
-           "user: 4 when\nthe broker did not let the user in, 5 when nobody answered or there was "
-           "no "
-           "connection, 6 when\nthe value was accepted but did not come.\n";
+const QList<status_text_t>& status_texts() {
+    static const QList<status_text_t> texts{
+        {status_done, "done, or ended because somebody asked for it"},
+        {status_failed, "refused, or not possible; doctor: there is a problem"},
+        {status_usage, "the call was wrong"},
+        {status_stored, "stored, but the server that runs does not follow yet"},
+        {status_sign_in, "get, put, watch, request: the broker did not let the user in"},
+        {status_silent, "the same: nobody answered, or there was no connection"},
+        {status_unconfirmed, "put --confirm: accepted, but the value did not come"},
+    };
+    return texts;
 }
 
 QString help_of_program(const commands_t& _commands) {
@@ -60,8 +72,8 @@ QString help_of_program(const commands_t& _commands) {
                "Reads and changes an installation, whether its host runs or not.\n") +
            paragraph("Commands", command_rows(_commands, {})) +
            paragraph("Options", option_rows(common_options())) + QLatin1Char('\n') +
-           QLatin1String(words_paragraph()) + QLatin1String(status_paragraph()) +
-           QStringLiteral("torlanctl COMMAND --help tells more, with examples.\n");
+           QLatin1String(words_paragraph()) + paragraph("Status", status_rows()) +
+           QStringLiteral("\ntorlanctl COMMAND --help tells more, with examples.\n");
 }
 
 QString help_of_group(const QString& _word, const commands_t& _commands) {

@@ -12,8 +12,14 @@ QString help_of_group(const QString& _word, const commands_t& _commands);
 
 QString help_of_command(const command_t& _command);
 
-/// What the words for arguments stand for, and how the program ends.
+/// What the words for arguments stand for.
 const char* words_paragraph();
-const char* status_paragraph();
+
+/// How the program ends.
+struct status_text_t {
+    exit_status_t status;
+    const char* meaning;  ///< one line
+};
+const QList<status_text_t>& status_texts();
 
 }  // namespace torlan

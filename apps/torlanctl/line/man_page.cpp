@@ -70,7 +70,10 @@ QString man_page(const commands_t& _commands, const QString& _version) {
     for (const command_t& command : _commands) {
         page += command.is_hidden ? QString() : command_section(command);
     }
-    page += section("EXIT STATUS") + text(QLatin1String(status_paragraph())) + QLatin1Char('\n');
+    page += section("EXIT STATUS");
+    for (const status_text_t& each : status_texts()) {
+        page += entry(QString::number(each.status), QLatin1String(each.meaning));
+    }
     return page;
 }
 

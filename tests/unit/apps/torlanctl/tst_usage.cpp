@@ -10,6 +10,7 @@ class tst_usage : public QObject {
     void wrong_call_ends_with_status_2_data();
     void wrong_call_ends_with_status_2();
     void help_lists_every_command();
+    void help_and_manual_tell_each_status();
     void help_of_a_command_has_examples();
     void help_of_a_group_lists_its_commands();
     void folder_is_var_unless_it_is_named();
@@ -65,6 +66,15 @@ void tst_usage::help_lists_every_command() {
         QVERIFY2(call.output.contains(QLatin1StringView(command)), command);
     }
     QVERIFY(!call.output.contains("man-page"));
+}
+
+void tst_usage::help_and_manual_tell_each_status() {
+    const QString help = torlanctl_t::run({"--help"}).output;
+    const QString page = torlanctl_t::run({"man-page"}).output;
+    for (const char* status : {"0", "1", "2", "3", "4", "5", "6"}) {
+        QVERIFY2(help.contains(QStringLiteral("\n  %1  ").arg(status)), status);
+        QVERIFY2(page.contains(QStringLiteral("\\fB%1\\fR\n").arg(status)), status);
+    }
 }
 
 void tst_usage::help_of_a_command_has_examples() {
