@@ -3,7 +3,9 @@
 // prints what that took as one line:
 //   elements, users, load in ms, start in ms, then in KiB: heap and resident memory after the load,
 //   heap and resident memory after the start; memory is counted from before the load.
-// "Start" ends when every element has been published once.
+// "Start" ends when every element has been published once. The driver is shown the elements in
+// portions, each when the former is published, as the server does: what waits between threads is
+// then no part of its memory.
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -23,6 +25,8 @@ namespace {
 
 /// Longer than the debounce after which the driver reads the grants again.
 constexpr int settling_ms = 11'000;
+/// As the server's.
+constexpr int elements_at_a_time = 64;
 
 /// An endpoint that keeps nothing, so that only the driver's memory is seen.
 class counting_endpoint_t : public fakes::scripted_endpoint_t {
@@ -45,25 +49,51 @@ struct home_size_t {
     bool is_random;  ///< rights, none of the elements without any
 };
 
-void furnish(fakes::memory_database_t& _home, const home_size_t& _size) {
-    _home.set_topic(QStringLiteral("installation/0001"));
-    for (int user = 0; user < _size.users; ++user) {
-        _home.add_user(QStringLiteral("u-%1").arg(user), QStringLiteral("user%1").arg(user));
-    }
-    QRandomGenerator drawn(1);
-    for (int i = 0; i < _size.elements; ++i) {
-        const QString item = QStringLiteral("i-%1").arg(i);
-        const QString element = QStringLiteral("e-%1").arg(i);
-        _home.add_item(item, QStringLiteral("0"));
-        _home.add_element(element, QStringLiteral("Lamp %1").arg(i), 1,
-                          {{QStringLiteral("execute"), item}});
-        for (int user = 0; user < _size.users; ++user) {
-            if (user == 0 || !_size.is_random || drawn.bounded(2) == 1) {
-                _home.grant(QStringLiteral("u-%1").arg(user), element, 3);
-            }
+/// The elements of the home, in their order, with what each user may do.
+class furnisher_t {
+ public:
+    furnisher_t(fakes::memory_database_t* _home, const home_size_t& _size)
+        : home(_home), size(_size) {
+        home->set_topic(QStringLiteral("installation/0001"));
+        for (int user = 0; user < size.users; ++user) {
+            home->add_user(QStringLiteral("u-%1").arg(user), QStringLiteral("user%1").arg(user));
         }
     }
-}
+
+    /// The next @p _count elements; their ids, none when all are there.
+    QStringList add(int _count) {
+        QStringList added;
+        for (const int end = qMin(next + _count, size.elements); next < end; ++next) {
+            added.append(add_one());
+        }
+        return added;
+    }
+
+    /// States that are published of all that is there.
+    int expected() const { return states; }
+
+ private:
+    QString add_one() {
+        const QString item = QStringLiteral("i-%1").arg(next);
+        const QString element = QStringLiteral("e-%1").arg(next);
+        home->add_item(item, QStringLiteral("0"));
+        home->add_element(element, QStringLiteral("Lamp %1").arg(next), 1,
+                          {{QStringLiteral("execute"), item}});
+        for (int user = 0; user < size.users; ++user) {
+            if (user == 0 || !size.is_random || drawn.bounded(2) == 1) {
+                home->grant(QStringLiteral("u-%1").arg(user), element, 3);
+                ++states;
+            }
+        }
+        return element;
+    }
+
+    fakes::memory_database_t* home;
+    home_size_t size;
+    QRandomGenerator drawn{1};
+    int next = 0;
+    int states = 0;
+};
 
 double in_ms(const QElapsedTimer& _clock) {
     return double(_clock.nsecsElapsed()) / 1e6;
@@ -77,13 +107,28 @@ bool connect_driver(interfaces::plugin_driver_interface_t* _driver, fakes::memor
            comunication->init_comunication(_endpoint);
 }
 
+bool await(const counting_endpoint_t& _endpoint, int _published) {
+    QElapsedTimer clock;
+    clock.start();
+    while (_endpoint.published < _published && clock.elapsed() < 60'000) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 50);
+    }
+    return _endpoint.published >= _published;
+}
+
 double start(interfaces::plugin_driver_interface_t* _driver, const counting_endpoint_t& _endpoint,
-             int _elements) {
+             fakes::memory_database_t& _home, furnisher_t& _furnisher) {
     QElapsedTimer clock;
     clock.start();
     _driver->start(true);
-    while (_endpoint.published < _elements && clock.elapsed() < 600'000) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+    for (QStringList ids = _furnisher.add(elements_at_a_time); !ids.isEmpty();
+         ids = _furnisher.add(elements_at_a_time)) {
+        for (const QString& id : ids) {
+            Q_EMIT _home.persistent()->onPersistentChangeElement({}, id);
+        }
+        if (!await(_endpoint, _furnisher.expected())) {
+            break;
+        }
     }
     return in_ms(clock);
 }
@@ -98,11 +143,20 @@ void settle(const counting_endpoint_t& _endpoint) {
     }
 }
 
+/// What the tables themselves take, which come while the driver runs.
+memory_use_t memory_of_a_home(const home_size_t& _size) {
+    const memory_use_t before = memory_use_t::now();
+    fakes::memory_database_t home;
+    furnisher_t(&home, _size).add(_size.elements);
+    return memory_use_t::now() - before;
+}
+
 int measure(const QString& _folder, const home_size_t& _size, figures_t& _figures) {
     QThread thread;
     counting_endpoint_t endpoint;
+    const memory_use_t of_home = memory_of_a_home(_size);
     fakes::memory_database_t home;
-    furnish(home, _size);
+    furnisher_t furnisher(&home, _size);
     endpoint.moveToThread(&thread);
     thread.start();
     const memory_use_t before = memory_use_t::now();
@@ -117,13 +171,13 @@ int measure(const QString& _folder, const home_size_t& _size, figures_t& _figure
     const bool ready =
         drivers.size() == 1 && connect_driver(drivers.front().get_driver(), home, &endpoint);
     if (ready) {
-        _figures.start_ms = start(drivers.front().get_driver(), endpoint, _size.elements);
+        _figures.start_ms = start(drivers.front().get_driver(), endpoint, home, furnisher);
         settle(endpoint);
-        _figures.started = memory_use_t::now() - before;
+        _figures.started = memory_use_t::now() - before - of_home;
     }
     thread.quit();
     thread.wait();
-    return ready ? endpoint.published.load() : -1;
+    return ready && endpoint.published >= furnisher.expected() ? endpoint.published.load() : -1;
 }
 
 }  // namespace
