@@ -35,6 +35,8 @@ constexpr QLatin1String database_name("installation.db");
 constexpr std::chrono::milliseconds connect_timeout{10'000};
 /// Drivers make a message for each user of each.
 constexpr int elements_at_a_time = 64;
+/// Retained ones that the broker is asked for at once.
+constexpr qsizetype states_at_a_time = 5'000;
 
 }  // namespace
 
@@ -362,9 +364,15 @@ void host_t::set_up_connections() {
     hidden = std::make_unique<hidden_states_t>(database.get(), mqtt);
     connect(live->feed(), &change_feed_t::states_hidden, hidden.get(), &hidden_states_t::take);
     connect(live->feed(), &change_feed_t::access_changed, &sweep, &retained_sweep_t::trigger);
-    connect(&sweep, &retained_sweep_t::due, mqtt, [mqtt]() {
-        mqtt->subscription_status_api(comunication::utility::subscribe_t::subscribe);
-    });
+    connect(&sweep, &retained_sweep_t::due, this, &host_t::sweep_states);
+    sweep_turns.know(database->getPersistent()->getData()->getUsers()->getUsernamesAPI(true));
+    connect(accounts.get(), &account_keeper_t::users_read, &sweep_turns,
+            [this](const auto& _before, const auto&) {
+                for (const accounts::broker_account_t& user : _before) {
+                    sweep_turns.know({user.name});
+                }
+            });
+    connect(&sweep_turns, &sweep_turns_t::turn_of, mqtt, &mqtt_endpoint_t::show_states_of);
     if (knx) {
         connect(knx.get(), &database::live::live_bus_port_t::link_changed, mqtt,
                 &mqtt_endpoint_t::set_bus);
@@ -388,6 +396,22 @@ void host_t::set_up_connections() {
         live->feed()->show_again();
         sweep.trigger();
     });
+}
+
+void host_t::sweep_states() {
+    const auto* data = database->getPersistent()->getData();
+    const auto users = data->getUsers()->getUsernamesAPI(true);
+    sweep_turns.know(users);
+    const qsizetype states = users.size() * data->getElements()->getObjects().size();
+    if (states > states_at_a_time && sweep_turns.is_complete()) {
+        sweep_turns.begin();
+        return;
+    }
+    mqtt_endpoint_t* const mqtt = endpoint->endpoint();
+    QMetaObject::invokeMethod(
+        mqtt,
+        [mqtt]() { mqtt->subscription_status_api(comunication::utility::subscribe_t::subscribe); },
+        Qt::QueuedConnection);
 }
 
 QString host_t::ready_text() const {

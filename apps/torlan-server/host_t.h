@@ -26,6 +26,7 @@
 #include "options_t.h"
 #include "retained_sweep_t.h"
 #include "settings_t.h"
+#include "sweep_turns_t.h"
 
 namespace torlan {
 
@@ -78,6 +79,7 @@ class host_t : public QObject {
     base::result_t ask_api();
     void set_up_connections();
     void on_new_broker();
+    void sweep_states();
     void open_bus();
     void read_bus_data();
 
@@ -104,6 +106,7 @@ class host_t : public QObject {
     std::unique_ptr<drivers_pace_t> pace;
     comunication::drivers_turn_t items_turn;
     retained_sweep_t sweep;
+    sweep_turns_t sweep_turns;
     driver_set_t drivers;
     utility::logs::error_ring_t errors;
     control_desk_t desk;

@@ -22,6 +22,10 @@ namespace {
 const QString elements_path = QStringLiteral("elements/objects_list/");
 }  // namespace
 
+QString status_filter_of(const QString& _user) {
+    return root + QStringLiteral("/+/%1/status/#").arg(_user);
+}
+
 QString element_state(const QString& _version, const QString& _user, const QString& _element) {
     return user_root(_version, _user) + QStringLiteral("/status/") + elements_path + _element;
 }

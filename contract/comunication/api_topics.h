@@ -18,6 +18,9 @@ extern const QString root;
 /// "local/api/<version>/<user>", above everything that is the user's.
 QString user_root(const QString& _version, const QString& _user);
 
+/// Every status message of one user, "local/api/+/<user>/status/#".
+QString status_filter_of(const QString& _user);
+
 /// Where the state of an element lies for a user.
 QString element_state(const QString& _version, const QString& _user, const QString& _element);
 

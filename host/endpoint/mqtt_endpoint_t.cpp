@@ -230,6 +230,18 @@ void mqtt_endpoint_t::subscription_status_api(utility::subscribe_t _subscribe) {
     }
 }
 
+void mqtt_endpoint_t::show_states_of(const QString& _user) {
+    if (!is_online()) {
+        return;
+    }
+    const QByteArray filter = api_topics::status_filter_of(_user).toUtf8();
+    // What it finds is on its way by the time that it ends.
+    for (const auto kind : {outgoing_t::kind_t::subscribe, outgoing_t::kind_t::unsubscribe}) {
+        sender.send(
+            {.topic = filter, .payload = {}, .qos = utility::qos_t::at_least_once, .kind = kind});
+    }
+}
+
 void mqtt_endpoint_t::on_received(const QString& _topic, const QByteArray& _payload, bool _retain,
                                   quint32 _subscription) {
     ++counts.received;

@@ -46,6 +46,10 @@ class mqtt_endpoint_t : public protoserver_t {
     /// The bus is there or not; told at once. Nothing unless the settings say that there is one.
     void set_bus(bool _online);
 
+    /// Drivers are passed what lies retained of this user's states, as by
+    /// subscription_status_api().
+    void show_states_of(const QString& _user);
+
     /// Sets a mark behind what was published; marked() follows, perhaps before this returns.
     void mark(quint64 _mark);
 

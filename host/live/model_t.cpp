@@ -58,6 +58,7 @@ model_changes_t model_t::fill(const installation_t& _installation, bool _withhol
 
     store::change_batch_t all;
     all.topic = true;
+    all.everything = true;
     const auto insert_keys = [](const auto& _map, std::set<QString>* _keys) {
         for (auto i = _map.keyBegin(); i != _map.keyEnd(); ++i) {
             _keys->insert(_keys->end(), *i);
@@ -119,7 +120,11 @@ void model_t::replace(const store::change_batch_t& _batch, const installation_t&
     apply_thermostats(_batch.thermostats, _part);
     changes.thermostats = to_list(_batch.thermostats);
     apply_elements(_batch.elements, _part);
-    apply_grants(_batch.elements, _part, &changes);
+    if (_batch.everything) {
+        put_grants(_part);
+    } else {
+        apply_grants(_batch.elements, _part, &changes);
+    }
     apply_users(_batch.users, _part);
     changes.users = to_list(_batch.users);
 
@@ -213,6 +218,15 @@ void model_t::apply_elements(const std::set<QString>& _ids, const installation_t
             withheld.emplace(id, make_element(*from));
         } else {
             tables.put(id, make_element(*from));
+        }
+    }
+}
+
+void model_t::put_grants(const installation_t& _whole) {
+    const table_writer_t tables(database);
+    for (auto user = _whole.permissions.begin(); user != _whole.permissions.end(); ++user) {
+        for (auto grant = user->begin(); grant != user->end(); ++grant) {
+            tables.set_permission(grant.key(), user.key(), *grant);
         }
     }
 }

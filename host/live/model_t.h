@@ -71,6 +71,8 @@ class model_t {
     void apply_thermostats(const std::set<QString>& _ids,
                            const installation::installation_t& _part);
     void apply_elements(const std::set<QString>& _ids, const installation::installation_t& _part);
+    /// Of a model without any.
+    void put_grants(const installation::installation_t& _whole);
     /// Tells the grants that are others, and the users who may read one of the elements no longer.
     void apply_grants(const std::set<QString>& _ids, const installation::installation_t& _part,
                       model_changes_t* _changes);

@@ -18,6 +18,7 @@ class tst_api_topics : public QObject {
 void tst_api_topics::words_are_as_clients_know_them() {
     QCOMPARE(api_topics::request_filter, QString("local/api/+/+/+/request/#"));
     QCOMPARE(api_topics::status_filter, QString("local/api/+/+/status/#"));
+    QCOMPARE(api_topics::status_filter_of("alice"), QString("local/api/+/alice/status/#"));
     QCOMPARE(api_topics::user_root(api_topics::version_1, "alice"), QString("local/api/v1/alice"));
     QCOMPARE(api_topics::user_root("%2", "a"), QString("local/api/%2/a"));
     QCOMPARE(api_topics::element_state(api_topics::version_1, "alice", "e-lamp"),

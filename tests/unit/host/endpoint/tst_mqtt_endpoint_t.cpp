@@ -32,6 +32,7 @@ class tst_mqtt_endpoint_t : public QObject {
     void messages_are_emitted_only_while_enabled();
     void own_status_is_not_echoed();
     void subscribing_again_brings_retained_status_again();
+    void states_of_one_user_are_brought_and_nothing_follows();
     void unsubscribed_status_stays_away();
     void status_without_an_object_is_an_empty_object();
     void deleted_status_is_not_emitted();
@@ -170,6 +171,25 @@ void tst_mqtt_endpoint_t::subscribing_again_brings_retained_status_again() {
         QCOMPARE(messages->last(),
                  (QVariantList{"v1", "alice", "", "status", topic, QJsonObject{{"a", 1}}, true}));
     }
+}
+
+void tst_mqtt_endpoint_t::states_of_one_user_are_brought_and_nothing_follows() {
+    const QString topic = "local/api/v1/alice/status/e-1";
+    publish(topic, {{"a", 1}}, true);
+    publish("local/api/v1/bob/status/e-1", {{"b", 1}}, true);
+    QTRY_COMPARE(endpoint->counters().published.load(), quint64(3));
+    for (int i = 1; i <= 3; ++i) {
+        endpoint->show_states_of("alice");
+        QTRY_COMPARE(messages->size(), i);
+        QCOMPARE(messages->last(),
+                 (QVariantList{"v1", "alice", "", "status", topic, QJsonObject{{"a", 1}}, true}));
+    }
+    mqtt_client_t host;
+    QCOMPARE(broker->let_host_in(&host), 0);
+    QCOMPARE(host.publish("local/api/v1/alice/status/e-2", "{}"), 0);
+    QCOMPARE(alice->publish(request, "{}"), 0);
+    QTRY_COMPARE(messages->size(), 4);
+    QCOMPARE(messages->last()[3].toString(), QString("request"));
 }
 
 void tst_mqtt_endpoint_t::unsubscribed_status_stays_away() {
