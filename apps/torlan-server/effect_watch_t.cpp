@@ -5,10 +5,13 @@
 #include <chrono>
 #include <utility>
 
+#include "live/live_database_t.h"
+
 namespace torlan {
 
 using comunication::mqtt_endpoint_t;
 using control::asker_t;
+using database::live::live_database_t;
 using database::store::change_mark_t;
 
 namespace {
@@ -21,6 +24,14 @@ constexpr qint64 after_bulk_ms = 400;
 
 /// Marks of other parts are counted from 1 on.
 constexpr quint64 first_number = quint64(1) << 62;
+
+QJsonObject not_yet(const QString& _why) {
+    QJsonObject answer{{QStringLiteral("effective"), false}, {QStringLiteral("reason"), _why}};
+    if (_why == live_database_t::taking_over()) {
+        answer.insert(QStringLiteral("goes_on"), true);
+    }
+    return answer;
+}
 
 }  // namespace
 
@@ -85,7 +96,7 @@ void effect_watch_t::look_at(quint64 _number, wait_t* _wait) {
     }
     const QString why = reason(*_wait);
     if (_wait->limit.hasExpired()) {
-        _wait->asker->send({{QStringLiteral("effective"), false}, {QStringLiteral("reason"), why}});
+        _wait->asker->send(not_yet(why));
         _wait->asker->finish();
         waits.remove(_number);
     } else if (_wait->stage == stage_t::lagging && why.isEmpty()) {
@@ -107,7 +118,7 @@ QString effect_watch_t::reason(const wait_t& _wait) const {
     }
     const QString why = lag(_wait.mark);
     return why.isEmpty() && since_bulk.isValid() && since_bulk.elapsed() < after_bulk_ms
-               ? QStringLiteral("the server still takes over a large change.")
+               ? live_database_t::taking_over()
                : why;
 }
 

@@ -155,8 +155,11 @@ QString live_database_t::lag(const store::change_mark_t& _mark) {
         return changes.last_failure().isEmpty() ? QStringLiteral("the server has not read it.")
                                                 : changes.last_failure();
     }
-    return changes.is_announced() ? QString()
-                                  : QStringLiteral("the server still takes over a large change.");
+    return changes.is_announced() ? QString() : taking_over();
+}
+
+QString live_database_t::taking_over() {
+    return QStringLiteral("the server still takes over a large change.");
 }
 
 ::base::result_of_t<QMap<QString, installation::user_t>> live_database_t::read_users() {

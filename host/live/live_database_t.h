@@ -45,6 +45,9 @@ class live_database_t : public QObject {
     /// Reads what the bus has to do with items and scenarios; the rest of the value is empty.
     ::base::result_of_t<installation::installation_t> read_bus_data();
 
+    /// A reason of lag(): it goes on and takes time.
+    static QString taking_over();
+
     /// Why the change @p _mark is not in memory and announced yet, a clause; empty: it is. Looks
     /// for it if need be.
     QString lag(const store::change_mark_t& _mark);
