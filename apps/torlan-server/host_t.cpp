@@ -284,6 +284,7 @@ base::result_t host_t::connect_endpoint() {
     given.username = broker::broker_settings_t().host_account;
     given.password = broker->host_password();
     given.connection_topic = connection_topic(*database);
+    told_topic = given.connection_topic;
     given.tells_bus = knx != nullptr;
     given.requests = options.limits;
     given.packet_bytes = std::size_t(broker::broker_settings_t().packet_bytes);
@@ -343,15 +344,39 @@ base::result_t host_t::ask_api() {
     connect(this, &host_t::broken_off, &probe, &ready_probe_t::give_up);
     base::result_t answered = probe.run();
     accounts->end_checks();
-    if (answered.is_ok() && !options.console.isEmpty()) {
-        // The console lacks the state of the server then, and the rest runs.
-        if (const base::result_t told = write_console_facts(
-                folder.file(QStringLiteral("console.json")), options.port, *database);
-            !told.is_ok()) {
-            utility::log_line(told.error, 2, __func__, source, __LINE__);
-        }
+    if (answered.is_ok()) {
+        write_facts();
     }
     return answered;
+}
+
+void host_t::write_facts() const {
+    if (options.console.isEmpty()) {
+        return;
+    }
+    // The console lacks the state of the server then, and the rest runs.
+    if (const base::result_t told = write_console_facts(folder.file(QStringLiteral("console.json")),
+                                                        options.port, *database);
+        !told.is_ok()) {
+        utility::log_line(told.error, 2, "ask_api", source, __LINE__);
+    }
+}
+
+void host_t::follow_topic() {
+    const QString topic = connection_topic(*database);
+    if (topic == told_topic) {
+        return;
+    }
+    // Who may read it is told first.
+    if (const base::result_t taken = broker->set_connection_topic(topic); !taken.is_ok()) {
+        utility::log_line(taken.error, 2, __func__, source, __LINE__);
+        return;
+    }
+    told_topic = topic;
+    mqtt_endpoint_t* const mqtt = endpoint->endpoint();
+    QMetaObject::invokeMethod(
+        mqtt, [mqtt, topic]() { mqtt->set_connection_topic(topic); }, Qt::QueuedConnection);
+    write_facts();
 }
 
 void host_t::set_up_connections() {
@@ -360,6 +385,7 @@ void host_t::set_up_connections() {
     connect(live->feed(), &change_feed_t::users_changed, accounts.get(), &account_keeper_t::update);
     connect(live->feed(), &change_feed_t::reading_withdrawn, accounts.get(),
             &account_keeper_t::withdraw);
+    connect(live->feed(), &change_feed_t::topic_changed, this, &host_t::follow_topic);
     trail.follow(*live->feed());
     hidden = std::make_unique<hidden_states_t>(database.get(), mqtt);
     connect(live->feed(), &change_feed_t::states_hidden, hidden.get(), &hidden_states_t::take);

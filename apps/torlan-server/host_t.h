@@ -80,6 +80,8 @@ class host_t : public QObject {
     void set_up_connections();
     void on_new_broker();
     void sweep_states();
+    void follow_topic();
+    void write_facts() const;
     void open_bus();
     void read_bus_data();
 
@@ -107,6 +109,7 @@ class host_t : public QObject {
     comunication::drivers_turn_t items_turn;
     retained_sweep_t sweep;
     sweep_turns_t sweep_turns;
+    QString told_topic;  ///< where the connection's state is told
     driver_set_t drivers;
     utility::logs::error_ring_t errors;
     control_desk_t desk;

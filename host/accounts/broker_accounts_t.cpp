@@ -88,6 +88,17 @@ void broker_accounts_t::tell_left_out(const QStringList& _sentences) {
     told = _sentences;
 }
 
+result_t broker_accounts_t::set_connection_topic(const QString& _topic) {
+    account_settings_t changed = settings;
+    changed.connection_topic = _topic;
+    const result_t checked = check_settings(changed);
+    if (checked.is_ok()) {
+        settings.connection_topic = _topic;
+        control.set_connection_topic(_topic);
+    }
+    return checked;
+}
+
 void broker_accounts_t::on_broker_launching() {
     on_broker_ended();
     password = base::random_hex();

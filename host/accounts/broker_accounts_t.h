@@ -32,6 +32,9 @@ class broker_accounts_t : public QObject {
     base::result_t apply(const QList<broker_account_t>& _users,
                          const QSet<QString>& _withdrawn = {});
 
+    /// Readable by every API user from now on, instead of the settings' connection topic.
+    base::result_t set_connection_topic(const QString& _topic);
+
     /// A broker is about to be started: the host's password is another one from now on.
     void on_broker_launching();
     /// It is this process; effective() follows.
@@ -61,7 +64,7 @@ class broker_accounts_t : public QObject {
     void on_lost(const QString& _reason);
     void tell_left_out(const QStringList& _sentences);
 
-    const account_settings_t settings;
+    account_settings_t settings;
     const process::private_folder_t& folder;
     QString password;
     broker_control_t control;

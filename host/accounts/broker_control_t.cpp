@@ -94,6 +94,13 @@ void broker_control_t::set_accounts(const QList<broker_account_t>& _accounts,
     }
 }
 
+void broker_control_t::set_connection_topic(const QString& _topic) {
+    settings.connection_topic = _topic;
+    if (is_told) {
+        tell_all();
+    }
+}
+
 void broker_control_t::on_opened() {
     tell_all();
 }

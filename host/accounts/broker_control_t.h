@@ -38,6 +38,9 @@ class broker_control_t : public QObject {
     /// Drops the connection; no signal follows.
     void close();
 
+    /// Every user may read this topic from now on, and the former one no longer.
+    void set_connection_topic(const QString& _topic);
+
     /// The users from now on, in force with the next effective(). Those of @p _withdrawn may read
     /// something no longer: nothing that is queued for them is delivered.
     void set_accounts(const QList<broker_account_t>& _accounts,

@@ -35,6 +35,11 @@ class broker_process_t : public QObject {
     /// Whether the broker has said that it lets in whom it was told last.
     bool is_effective() const { return who_may.is_effective(); }
 
+    /// Every user may read this topic from now on, instead of the settings'.
+    base::result_t set_connection_topic(const QString& _topic) {
+        return who_may.set_connection_topic(_topic);
+    }
+
     /// Ends it; bounded by the settings' stop time-out.
     void stop();
 

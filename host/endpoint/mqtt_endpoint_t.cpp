@@ -99,6 +99,20 @@ void mqtt_endpoint_t::set_bus(bool _online) {
     }
 }
 
+void mqtt_endpoint_t::set_connection_topic(const QString& _topic) {
+    const QByteArray former = settings.connection_topic.toUtf8();
+    settings.connection_topic = _topic;
+    if (!is_online()) {
+        return;
+    }
+    if (!former.isEmpty()) {
+        sender.send({former, {}, utility::qos_t::at_least_once, true});
+    }
+    if (!_topic.isEmpty()) {
+        sender.send(connection_message("online"));
+    }
+}
+
 void mqtt_endpoint_t::mark(quint64 _mark) {
     sender.mark(_mark);
 }
@@ -139,9 +153,8 @@ void mqtt_endpoint_t::end_stop() {
 }
 
 void mqtt_endpoint_t::open() {
-    if (!settings.connection_topic.isEmpty()) {
-        connection.will = connection_message("offline");
-    }
+    connection.will =
+        settings.connection_topic.isEmpty() ? outgoing_t() : connection_message("offline");
     limit.start(settings.connect_timeout);
     client.open(connection);
 }

@@ -50,6 +50,10 @@ class mqtt_endpoint_t : public protoserver_t {
     /// subscription_status_api().
     void show_states_of(const QString& _user);
 
+    /// The connection's state is told there from now on, and no longer where it was. The will of a
+    /// connection that is open stays where it is.
+    void set_connection_topic(const QString& _topic);
+
     /// Sets a mark behind what was published; marked() follows, perhaps before this returns.
     void mark(quint64 _mark);
 
@@ -111,7 +115,7 @@ class mqtt_endpoint_t : public protoserver_t {
     void finish_stop();
     void end_stop();
 
-    const endpoint_settings_t settings;
+    endpoint_settings_t settings;
     client_settings_t connection;
     endpoint_counters_t counts;
     mosquitto_client_t client;

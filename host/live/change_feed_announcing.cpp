@@ -101,6 +101,9 @@ void change_feed_t::announce(const model_changes_t& _changes) {
         may_leave_states = announce_users_and_elements(_changes);
         announce_realtime(_changes);
     }
+    if (_changes.everything || _changes.topic) {
+        Q_EMIT topic_changed();
+    }
     if (_changes.everything || _changes.buses) {
         Q_EMIT bus_data_changed();
     }

@@ -76,6 +76,8 @@ class change_feed_t : public QObject {
  Q_SIGNALS:
     /// User names or passwords changed, users came or went: the broker's accounts are out of date.
     void users_changed();
+    /// The installation's topic may be another.
+    void topic_changed();
     /// What the bus has to do with items or scenarios is another.
     void bus_data_changed();
     /// These users, by id, may read something no longer; before the notifiers, too.

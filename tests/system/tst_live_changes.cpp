@@ -1,3 +1,5 @@
+#include <signal.h>
+
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -32,12 +34,16 @@ class tst_live_changes : public QObject {
     void an_import_replaces_everything();
     void an_import_is_heard_as_what_it_changes_data();
     void an_import_is_heard_as_what_it_changes();
+    void topic_that_changes_takes_the_connection_state_along();
     void a_broken_import_changes_nothing();
     void values_are_back_after_a_restart();
     void simulated_temperatures_drift();
     void the_export_of_a_running_host_imports_again();
 
  private:
+    /// The state of the connection on a topic, as alice sees it who comes now; empty: none.
+    QString connection_on(const QString& _topic) const;
+
     std::unique_ptr<host_process_t> host;
     std::unique_ptr<mqtt_client_t> alice;
 };
@@ -130,6 +136,38 @@ void tst_live_changes::an_import_is_heard_as_what_it_changes() {
         QVERIFY(client->messages().size() <= (name == "Kitchen lamp" ? 1 : 2));
         QVERIFY(client->is_connected());
     }
+}
+
+void tst_live_changes::topic_that_changes_takes_the_connection_state_along() {
+    const QString former = "local/installation/0001/connection";
+    const QString later = "local/another/home/connection";
+    QCOMPARE(connection_on(former), "online");
+    const QJsonObject alice_in_clear{{"username", "alice"}, {"password", "alice-password"}};
+    const QJsonObject home = with(small_home(), "users/u-alice", alice_in_clear);
+    QVERIFY2(host->import(with(home, "topic", "another/home")), qPrintable(host->error()));
+    QTRY_COMPARE(connection_on(later), "online");
+    QCOMPARE(connection_on(former), QString());
+    // So does the next broker.
+    const qint64 broker = host->broker_pid();
+    ::kill(pid_t(broker), SIGKILL);
+    QTRY_VERIFY(host->broker_pid() > 1 && host->broker_pid() != broker);
+    QTRY_COMPARE(connection_on(later), "online");
+    QCOMPARE(connection_on(former), QString());
+}
+
+QString tst_live_changes::connection_on(const QString& _topic) const {
+    mqtt_client_t comer;
+    if (!join(comer, *host, "alice") || !comer.subscribe(_topic)) {
+        return "nobody is let in";
+    }
+    // What lies retained comes before the answer.
+    comer.request(request_topic("alice", "get"));
+    for (const auto& message : comer.messages()) {
+        if (message.topic == _topic) {
+            return message.json()["state"].toString();
+        }
+    }
+    return {};
 }
 
 void tst_live_changes::a_broken_import_changes_nothing() {
