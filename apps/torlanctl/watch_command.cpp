@@ -69,7 +69,9 @@ commands_t watch_commands() {
          .options = account_options() + QList<option_t>{json_option},
          .examples = {QStringLiteral("watch --user alice"),
                       QStringLiteral("watch e-kitchen-ceiling --json --user alice")},
-         .more = "Ctrl-C ends it with status 0. A connection that is gone is made again."},
+         .more =
+             "Ctrl-C ends it with status 0. A connection that is gone is made again; refused then, "
+             "it goes on trying for ten times --wait."},
     };
 }
 

@@ -4,6 +4,7 @@
 
 #include <QJsonDocument>
 #include <QtTest>
+#include <cstdlib>
 
 #include "kit/password_of.h"
 #include "kit/small_home.h"
@@ -38,7 +39,7 @@ class watch_t {
     }
 
     int ended() {
-        return process.state() == QProcess::NotRunning || process.waitForFinished(15'000)
+        return process.state() == QProcess::NotRunning || process.waitForFinished(30'000)
                    ? process.exitCode()
                    : -1;
     }
@@ -74,6 +75,8 @@ class tst_watch : public QObject {
     void cleanupTestCase();
     void values_and_changes_are_shown();
     void json_is_a_line_for_each_change();
+    void colours_are_for_terminals_data();
+    void colours_are_for_terminals();
     void only_what_is_named_is_shown();
     void stops_with_status_0_data();
     void stops_with_status_0();
@@ -81,7 +84,6 @@ class tst_watch : public QObject {
     void reader_that_stands_still_does_not_keep_it();
     void revoked_element_is_gone();
     void broker_that_starts_again_is_found_again();
-    void server_that_starts_again_is_found_again();
     void wrong_password_ends_with_status_4();
     void removed_user_is_not_let_in_again();
 
@@ -124,6 +126,44 @@ void tst_watch::json_is_a_line_for_each_change() {
     QCOMPARE(line["function"], "execute");
     QCOMPARE(line["value"], "1");
     QVERIFY(QDateTime::fromString(line["time"].toString(), Qt::ISODateWithMs).isValid());
+}
+
+void tst_watch::colours_are_for_terminals_data() {
+    QTest::addColumn<QString>("no_color");
+    QTest::addColumn<QByteArray>("shown");
+    QTest::newRow("coloured") << "" << QByteArray("\x1b[36me-lamp\x1b[0m");
+    QTest::newRow("not wanted") << "1" << QByteArray("  e-lamp  dim");
+}
+
+void tst_watch::colours_are_for_terminals() {
+    QFETCH(QString, no_color);
+    QFETCH(QByteArray, shown);
+    const int screen = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK);
+    QVERIFY(::grantpt(screen) == 0 && ::unlockpt(screen) == 0);
+    const int terminal = ::open(::ptsname(screen), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("NO_COLOR", no_color);
+    process.setProcessEnvironment(environment);
+    process.setChildProcessModifier([terminal]() { ::dup2(terminal, STDOUT_FILENO); });
+    process.start(QStringLiteral(TORLANCTL),
+                  {"--data", host.data(), "watch", "e-lamp", "--user", "alice"});
+    process.write(password_of("alice").toUtf8() + '\n');
+    process.closeWriteChannel();
+    QByteArray came;
+    const auto is_shown = [&]() {
+        char buffer[4096];
+        const ssize_t count = ::read(screen, buffer, sizeof buffer);
+        came += QByteArray(buffer, std::max<ssize_t>(count, 0));
+        return came.contains(shown);
+    };
+    QVERIFY2(QTest::qWaitFor(is_shown, 15'000), came.constData());
+    QCOMPARE(came.contains('\x1b'), no_color.isEmpty());
+    ::kill(pid_t(process.processId()), SIGINT);
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitCode(), 0);
+    ::close(terminal);
+    ::close(screen);
 }
 
 void tst_watch::only_what_is_named_is_shown() {
@@ -190,6 +230,8 @@ void tst_watch::reader_that_stands_still_does_not_keep_it() {
     QCOMPARE(process.exitCode(), 0);
     ::close(ends[0]);
     ::close(ends[1]);
+    // For those that come next.
+    QTRY_COMPARE_WITH_TIMEOUT(set("i-dim", "38"), 0, 15'000);
 }
 
 void tst_watch::revoked_element_is_gone() {
@@ -207,24 +249,6 @@ void tst_watch::broker_that_starts_again_is_found_again() {
     QVERIFY(watch.says("The connection is gone: "));
     QTRY_COMPARE_WITH_TIMEOUT(set("i-set", "21.5"), 0, 15'000);
     QVERIFY(watch.shows("  e-therm  thermo/setpoint  21.5\n"));
-    QCOMPARE(watch.ended_by(SIGINT), 0);
-}
-
-void tst_watch::server_that_starts_again_is_found_again() {
-    // Longer away than one attempt lasts.
-    watch_t watch(host, "alice", {"--wait", "1"});
-    QVERIFY(watch.shows("e-therm"));
-    QCOMPARE(host.stop(), 0);
-    QVERIFY(watch.says("The connection is gone: "));
-    QVERIFY(watch.says("Nobody lets alice in at "));
-    QVERIFY2(host.start(), qPrintable(host.error()));
-    // Its users are let in last.
-    const auto changes = [&]() {
-        watch.shown += watch.process.readAllStandardOutput();
-        return watch.shown.contains("  e-lamp  dim  77\n");
-    };
-    QCOMPARE(set("i-dim", "77"), 0);
-    QVERIFY(QTest::qWaitFor(changes, 15'000));
     QCOMPARE(watch.ended_by(SIGINT), 0);
 }
 

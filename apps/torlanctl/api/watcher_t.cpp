@@ -81,6 +81,7 @@ outcome_t watcher_t::read() {
 
 outcome_t watcher_t::begin() {
     outcome_t outcome = session.open();
+    was_let_in = outcome.status == status_done;
     if (outcome.status == status_done && !session.is_given_up()) {
         outcome = follow();
     }
@@ -92,11 +93,11 @@ bool watcher_t::is_over(const outcome_t& _begun) {
         refused_since.invalidate();
         return _begun.status != status_silent;
     }
-    // A server that starts again lets nobody in at first.
+    // A server that starts again lets nobody in at first, a large one for half a minute.
     if (!refused_since.isValid()) {
         refused_since.start();
     }
-    return refused_since.hasExpired(patience.count());
+    return refused_since.hasExpired(10 * patience.count());
 }
 
 void watcher_t::rest() {
@@ -107,21 +108,23 @@ void watcher_t::rest() {
 }
 
 outcome_t watcher_t::run() {
-    base::backoff_t pause(std::chrono::milliseconds(250), std::chrono::milliseconds(5000));
+    base::backoff_t pause(std::chrono::milliseconds(250), std::chrono::milliseconds(2000));
     bool is_first = true;
     QString told;
     for (outcome_t begun = begin(); !session.is_given_up(); begun = begin()) {
+        bool is_gap = was_let_in && !session.is_open();
         if (begun.status == status_done) {
             is_first = false;
             told.clear();
             pause.reset();
             refused_since.invalidate();
             rest();
-        } else if (is_first || is_over(begun)) {
+            is_gap = true;
+        } else if ((is_first && !is_gap) || is_over(begun)) {
             return begun;
         }
         const QString why =
-            begun.status == status_done
+            is_gap
                 ? QStringLiteral("The connection is gone: %1. Trying again.").arg(session.reason())
                 : begun.error;
         if (std::exchange(told, why) != why && !session.is_given_up()) {

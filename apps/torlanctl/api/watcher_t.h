@@ -18,7 +18,8 @@ class watcher_t : public QObject {
     /// @p _elements empty: all that the user may read
     watcher_t(const api_account_t& _account, QStringList _elements, QObject* _parent = nullptr);
 
-    /// Until it is stopped, or the user is not let in. The first connection has to succeed.
+    /// Until it is stopped, or the user is not let in. The first sign-in and answer have to come,
+    /// unless the connection is lost meanwhile.
     outcome_t run();
     void stop() { session.give_up(); }
 
@@ -43,6 +44,7 @@ class watcher_t : public QObject {
     const QStringList elements;
     api_session_t session;
     readings_t readings;
+    bool was_let_in = false;      ///< in the last attempt
     QElapsedTimer refused_since;  ///< invalid: the last attempt was not refused
 };
 
