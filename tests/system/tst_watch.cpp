@@ -84,6 +84,7 @@ class tst_watch : public QObject {
     void reader_that_stands_still_does_not_keep_it();
     void revoked_element_is_gone();
     void broker_that_starts_again_is_found_again();
+    void server_that_starts_again_is_found_again();
     void wrong_password_ends_with_status_4();
     void removed_user_is_not_let_in_again();
 
@@ -249,6 +250,25 @@ void tst_watch::broker_that_starts_again_is_found_again() {
     QVERIFY(watch.says("The connection is gone: "));
     QTRY_COMPARE_WITH_TIMEOUT(set("i-set", "21.5"), 0, 15'000);
     QVERIFY(watch.shows("  e-therm  thermo/setpoint  21.5\n"));
+    QCOMPARE(watch.ended_by(SIGINT), 0);
+}
+
+void tst_watch::server_that_starts_again_is_found_again() {
+    // Longer away than one attempt lasts.
+    watch_t watch(host, "alice", {"--wait", "3"});
+    QVERIFY(watch.shows("e-therm"));
+    QCOMPARE(host.stop(), 0);
+    QVERIFY(watch.says("The connection is gone: "));
+    QVERIFY(watch.says("Nobody lets alice in at "));
+    QVERIFY2(host.start(), qPrintable(host.error()));
+    // Its users are let in last.
+    const auto changes = [&]() {
+        watch.shown += watch.process.readAllStandardOutput();
+        return watch.shown.contains("  e-lamp  dim  77\n");
+    };
+    QCOMPARE(set("i-dim", "77"), 0);
+    QVERIFY2(QTest::qWaitFor(changes, 15'000),
+             (watch.told + watch.process.readAllStandardError()).constData());
     QCOMPARE(watch.ended_by(SIGINT), 0);
 }
 

@@ -113,6 +113,7 @@ outcome_t watcher_t::run() {
     QString told;
     for (outcome_t begun = begin(); !session.is_given_up(); begun = begin()) {
         bool is_gap = was_let_in && !session.is_open();
+        is_first = is_first && !is_gap;
         if (begun.status == status_done) {
             is_first = false;
             told.clear();
@@ -120,7 +121,7 @@ outcome_t watcher_t::run() {
             refused_since.invalidate();
             rest();
             is_gap = true;
-        } else if ((is_first && !is_gap) || is_over(begun)) {
+        } else if (is_first || is_over(begun)) {
             return begun;
         }
         const QString why =
