@@ -26,11 +26,7 @@ constexpr qint64 after_bulk_ms = 400;
 constexpr quint64 first_number = quint64(1) << 62;
 
 QJsonObject not_yet(const QString& _why) {
-    QJsonObject answer{{QStringLiteral("effective"), false}, {QStringLiteral("reason"), _why}};
-    if (_why == live_database_t::taking_over()) {
-        answer.insert(QStringLiteral("goes_on"), true);
-    }
-    return answer;
+    return {{QStringLiteral("effective"), false}, {QStringLiteral("reason"), _why}};
 }
 
 }  // namespace

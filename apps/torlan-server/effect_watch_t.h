@@ -30,8 +30,7 @@ class effect_watch_t : public QObject {
     ~effect_watch_t() override;
 
     /// Takes a question {"mark": ..., "within_ms": N}, answered {"effective": true} or, when the
-    /// time is over, {"effective": false, "reason": ...}, with "goes_on": true while a large change
-    /// is taken over. Before follow() the server is starting.
+    /// time is over, {"effective": false, "reason": ...}. Before follow() the server is starting.
     void take(control::asker_t* _asker, const QJsonObject& _question);
 
     /// From now on; both and the endpoint outlive this object, or end_following().

@@ -22,8 +22,6 @@ using database::store::change_mark_t;
 using database::store::connection_t;
 
 constexpr std::chrono::milliseconds patience{5'000};
-/// While the server says that it goes on.
-constexpr std::chrono::milliseconds longest_patience{60'000};
 /// Of one question: a server that is busy for seconds still answers within the patience.
 constexpr qint64 longest_question_ms = 2'000;
 /// The server gives up earlier, so that its reason still arrives.
@@ -50,16 +48,11 @@ result_of_t<change_mark_t> newest_change(const QString& _data) {
     return change_mark_t{*file, newest.value};
 }
 
-struct answer_t {
-    result_t effective;
-    bool goes_on = false;  ///< it is not yet, and takes time
-};
-
 /// One attempt to hear that it is so.
-answer_t ask(control_client_t* _client, const QString& _data, const QDeadlineTimer& _limit) {
+result_t ask(control_client_t* _client, const QString& _data, const QDeadlineTimer& _limit) {
     const auto mark = newest_change(_data);
     if (!mark.is_ok()) {
-        return {mark};
+        return mark;
     }
     const result_t asked = _client->ask(
         {{QStringLiteral("ask"), control::ask_effective()},
@@ -69,33 +62,27 @@ answer_t ask(control_client_t* _client, const QString& _data, const QDeadlineTim
         _limit);
     const auto answer = asked.is_ok() ? _client->next(_limit) : result_of_t<QJsonObject>(asked);
     if (!answer.is_ok()) {
-        return {answer};
+        return answer;
     }
     const QJsonObject& told = answer.value;
     return told.value(QLatin1String("effective")).toBool()
-               ? answer_t()
-               : answer_t{result_t::failed(told.value(QLatin1String("reason")).toString()),
-                          told.value(QLatin1String("goes_on")).toBool()};
+               ? result_t()
+               : result_t::failed(told.value(QLatin1String("reason")).toString());
 }
 
 }  // namespace
 
 result_t await_effect(const QString& _data) {
-    const QDeadlineTimer end(longest_patience);
-    QDeadlineTimer limit(patience);
+    const QDeadlineTimer limit(patience);
     control_client_t client(_data);
     for (;;) {
         const auto serves = client.has_server();
         if (serves.is_ok() && !serves.value) {
             return {};
         }
-        const auto [effective, goes_on] =
-            serves.is_ok() ? ask(&client, _data, limit) : answer_t{serves};
+        const result_t effective = serves.is_ok() ? ask(&client, _data, limit) : result_t(serves);
         if (effective.is_ok()) {
             return {};
-        }
-        if (goes_on) {
-            limit.setRemainingTime(std::min<qint64>(patience.count(), end.remainingTime()));
         }
         if (limit.remainingTime() <= for_the_answer_ms) {
             return result_t::failed(QStringLiteral("It is stored, but not effective yet: ") +

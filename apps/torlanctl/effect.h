@@ -6,9 +6,9 @@
 
 namespace torlan {
 
-/// Waits until the server that runs on a data folder and its broker follow what is stored there: 5
-/// s at most, or a minute while the server says that it takes over a large change; ok at once when
-/// no server runs. A failure is one sentence that says why they do not yet; they go on trying.
+/// Waits, 5 s at most, until the server that runs on a data folder and its broker follow what is
+/// stored there; ok at once when no server runs. A failure is one sentence that says why they do
+/// not yet; they go on trying.
 base::result_t await_effect(const QString& _data);
 
 }  // namespace torlan

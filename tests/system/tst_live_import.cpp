@@ -12,7 +12,7 @@ using namespace kit;
 using namespace support;
 
 /// A large import while somebody reads: nobody waits long for it, and it counts when the command
-/// says so. As a proof with 10,000 elements.
+/// says so, or soon after. As a proof with 10,000 elements.
 class tst_live_import : public QObject {
     Q_OBJECT
 
@@ -86,8 +86,12 @@ void tst_live_import::nobody_waits_for_a_live_import() {
     import.setProgram(TORLANCTL);
     import.setArguments({"--data", host.data(), "import", file_of(imported)});
     const qint64 longest = longest_wait(&import);
-    QVERIFY2(import.exitStatus() == QProcess::NormalExit && import.exitCode() == 0,
-             import.readAllStandardError());
+    const QByteArray error = import.readAllStandardError();
+    QCOMPARE(import.exitStatus(), QProcess::NormalExit);
+    // What takes more than 5 s is stored, and says so.
+    QVERIFY2(import.exitCode() == 0 || (is_proof && import.exitCode() == 3 &&
+                                        error.contains("takes over a large change")),
+             error);
     QVERIFY(longest >= 0);
     QVERIFY(longest < longest_ms);
     for (int user = 0; user < people; ++user) {
