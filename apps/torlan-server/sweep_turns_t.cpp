@@ -1,5 +1,7 @@
 #include "sweep_turns_t.h"
 
+#include <QSet>
+
 namespace torlan {
 
 sweep_turns_t::sweep_turns_t(std::chrono::milliseconds _pause, QObject* _parent)
@@ -20,7 +22,13 @@ void sweep_turns_t::know(const QStringList& _users) {
 }
 
 void sweep_turns_t::begin() {
-    waiting = QStringList(names.begin(), names.end());
+    // Who waits keeps the place: changes may come faster than everybody's turn does.
+    const QSet<QString> in_line(waiting.cbegin(), waiting.cend());
+    for (const QString& name : names) {
+        if (!in_line.contains(name)) {
+            waiting.append(name);
+        }
+    }
     if (!timer.isActive()) {
         timer.start();
         next();
