@@ -1,7 +1,6 @@
 #include "first_request_t.h"
 
-#include <QJsonDocument>
-#include <QJsonObject>
+#include <QRegularExpression>
 
 #include "database/database_t.h"
 #include "live/write_gate_t.h"
@@ -16,9 +15,13 @@ using database::persistent::objects::ps_object_user_t;
 
 constexpr int read_and_write = 3;
 
-QString quoted(QString _text) {
-    return QLatin1Char('\'') + _text.replace(QLatin1Char('\''), QStringLiteral("'\\''")) +
-           QLatin1Char('\'');
+/// As a shell takes it for one word.
+QString shell_word(QString _text) {
+    static const QRegularExpression plain(QStringLiteral("\\A[A-Za-z0-9_./=:@%+-]+\\z"));
+    return plain.match(_text).hasMatch()
+               ? _text
+               : QLatin1Char('\'') + _text.replace(QLatin1Char('\''), QStringLiteral("'\\''")) +
+                     QLatin1Char('\'');
 }
 
 /// The first connected function that is 0 or 1 and may be the other; another kind of value would
@@ -64,21 +67,22 @@ std::optional<first_request_t> first_request_t::find(const database::database_t&
     return {};
 }
 
-QString first_request_t::text(quint16 _port, const QString& _password) const {
-    const QString account =
-        QStringLiteral("-h 127.0.0.1 -p %1 -u %2 -P %3")
-            .arg(QString::number(_port), username,
-                 _password.isEmpty() ? QStringLiteral("PASSWORD") : quoted(_password));
-    const QJsonObject functions{{function, value}};
-    const QJsonObject data{{QStringLiteral("functions"), functions}};
-    const QString payload = QString::fromUtf8(
-        QJsonDocument(QJsonObject{{QStringLiteral("data"), data}}).toJson(QJsonDocument::Compact));
-    return QStringLiteral("  mosquitto_sub %1 -t 'local/api/v1/%2/#' -v\n").arg(account, username) +
-           QStringLiteral(
-               "  mosquitto_pub %1 -q 2 \\\n"
-               "      -t local/api/v1/%2/me/request/set/elements/objects_list/%3 \\\n")
-               .arg(account, username, element) +
-           QStringLiteral("      -m ") + quoted(payload) + QLatin1Char('\n');
+QString first_request_t::text(const QStringList& _torlanctl, const QString& _password) const {
+    QStringList call;
+    for (const QString& word : _torlanctl) {
+        call.append(shell_word(word));
+    }
+    const QString torlanctl = call.join(QLatin1Char(' '));
+    const QString known =
+        _password.isEmpty()
+            ? QStringLiteral("with the password of %1").arg(username)
+            : QStringLiteral("the password of %1 is %2").arg(username, shell_word(_password));
+    return QStringLiteral(
+               "torlan: try it in another terminal, %1:\n"
+               "  %2 watch --user %3\n"
+               "  %2 put %4 %5 --confirm --user %3\n")
+        .arg(known, torlanctl, shell_word(username), shell_word(element),
+             shell_word(function + QLatin1Char('=') + value));
 }
 
 }  // namespace torlan

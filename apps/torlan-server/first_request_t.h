@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <optional>
 
 namespace database {
@@ -26,8 +27,11 @@ struct first_request_t {
     static std::optional<first_request_t> find(const database::database_t& _database,
                                                const database::live::write_gate_t& _gate);
 
-    /// Lines to paste into a shell. @p _password empty: a placeholder stands there.
-    QString text(quint16 _port, const QString& _password) const;
+    /// Lines to paste into a shell; the password is asked for, as command lines are read by
+    /// everybody.
+    /// @param _torlanctl the program, with what says which data folder
+    /// @param _password empty: not known
+    QString text(const QStringList& _torlanctl, const QString& _password) const;
 };
 
 }  // namespace torlan

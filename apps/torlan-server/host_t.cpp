@@ -1,5 +1,6 @@
 #include "host_t.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QEventLoop>
 #include <QTimer>
@@ -37,6 +38,17 @@ constexpr std::chrono::milliseconds connect_timeout{10'000};
 constexpr int elements_at_a_time = 64;
 /// Retained ones that the broker is asked for at once.
 constexpr qsizetype states_at_a_time = 5'000;
+
+/// As it is called from the folder that this program was started in.
+QStringList torlanctl_call(const QString& _data) {
+    const QString program = QCoreApplication::applicationDirPath() + QStringLiteral("/torlanctl");
+    const QString nearby = QDir::current().relativeFilePath(program);
+    QStringList call{nearby.startsWith(QLatin1String("..")) ? program : nearby};
+    if (_data != QDir(QStringLiteral("var")).absolutePath()) {
+        call << QStringLiteral("--data") << _data;
+    }
+    return call;
+}
 
 }  // namespace
 
@@ -453,7 +465,7 @@ QString host_t::ready_text() const {
         text += QStringLiteral("torlan: the console is at %1\n").arg(options.console);
     }
     if (const auto request = first_request_t::find(*database, *live->gate())) {
-        text += request->text(options.port, import.password_of(request->user_id));
+        text += request->text(torlanctl_call(options.data), import.password_of(request->user_id));
     }
     return text;
 }

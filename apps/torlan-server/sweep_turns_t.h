@@ -29,7 +29,8 @@ class sweep_turns_t : public QObject {
     bool is_complete() const { return complete; }
 
  public Q_SLOTS:
-    /// A turn of each name that is known follows; one that waits for its turn already has only that.
+    /// A turn of each name that is known follows; one that waits for its turn already has only
+    /// that.
     void begin();
 
  Q_SIGNALS:

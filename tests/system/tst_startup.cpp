@@ -211,7 +211,20 @@ void tst_startup::an_installation_comes_through_a_pipe_once() {
     QCOMPARE(host.control({"export"}), 0);
     QVERIFY(host.control_output().contains("\"alice\""));
     QByteArray shown = host.start_output();
-    QTRY_VERIFY((shown += host.process().readAll()).contains("-P 'alice-password'"));
+    QTRY_VERIFY(
+        (shown += host.process().readAll()).contains("the password of alice is alice-password:"));
+    QTRY_VERIFY((shown += host.process().readAll()).contains(" --confirm --user alice\n"));
+    // As it is pasted.
+    const QByteArrayList lines = shown.split('\n');
+    const auto put = std::find_if(lines.cbegin(), lines.cend(), [](const QByteArray& _line) {
+        return _line.contains("torlanctl") && _line.contains(" put ");
+    });
+    QProcess shell;
+    shell.start("/bin/sh", {"-c", QString::fromUtf8(*put)});
+    shell.write("alice-password\n");
+    shell.closeWriteChannel();
+    QVERIFY(shell.waitForFinished());
+    QVERIFY2(shell.exitCode() == 0, shell.readAllStandardError().constData());
 }
 
 void tst_startup::a_stop_while_a_pipe_is_waited_for_ends_it_with_status_zero_data() {

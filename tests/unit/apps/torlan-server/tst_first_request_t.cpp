@@ -53,16 +53,19 @@ class tst_first_request_t : public QObject {
 
     void the_lines_can_be_pasted() {
         const first_request_t request{"u-b", "bob", "e-lamp", "execute", "1"};
-        const QString text = request.text(1884, "it's $5");
-        QVERIFY2(text.contains("-h 127.0.0.1 -p 1884 -u bob -P 'it'\\''s $5'"), qPrintable(text));
-        QVERIFY(text.contains("-t 'local/api/v1/bob/#' -v\n"));
-        QVERIFY(text.contains("-t local/api/v1/bob/me/request/set/elements/objects_list/e-lamp"));
-        QVERIFY(text.contains(R"(-m '{"data":{"functions":{"execute":"1"}}}')"));
+        QCOMPARE(request.text({"bin/torlanctl", "--data", "/my home"}, "it's $5"),
+                 QString("torlan: try it in another terminal, the password of bob is "
+                         "'it'\\''s $5':\n"
+                         "  bin/torlanctl --data '/my home' watch --user bob\n"
+                         "  bin/torlanctl --data '/my home' put e-lamp execute=1 --confirm "
+                         "--user bob\n"));
     }
 
-    void an_unknown_password_is_a_placeholder() {
+    void without_a_known_password_they_can_be_pasted_too() {
         const first_request_t request{"u-b", "bob", "e-lamp", "execute", "1"};
-        QCOMPARE(request.text(1883, {}).count("-P PASSWORD"), 2);
+        QVERIFY(request.text({"torlanctl"}, {})
+                    .startsWith("torlan: try it in another terminal, with the password of bob:\n"
+                                "  torlanctl watch --user bob\n"));
     }
 
  private:
