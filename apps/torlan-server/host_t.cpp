@@ -111,6 +111,11 @@ base::result_t host_t::stop() {
     desk.close();
     drivers.stop();
     drivers.clear();
+    // The database is looked at once more when those whom a change concerns have gone.
+    if (live) {
+        live->feed()->disconnect(this);
+    }
+    sweep.disconnect(this);
     hidden.reset();
     pace.reset();
     endpoint.reset();

@@ -5,6 +5,7 @@
 #include "kit/small_home.h"
 #include "store/connection_t.h"
 #include "system/support/api_user.h"
+#include "system/support/database_shell_t.h"
 
 using namespace kit;
 using namespace support;
@@ -18,6 +19,7 @@ class tst_stops : public QObject {
     void cleanup();
     void no_stop_loses_answered_writes_data();
     void no_stop_loses_answered_writes();
+    void topic_that_changes_right_before_a_stop_loses_nothing();
     void stop_that_cannot_save_says_so();
     void standard_output_that_nobody_reads_does_not_hold_the_end();
     void database_that_is_deleted_and_imported_anew_is_followed();
@@ -68,6 +70,21 @@ void tst_stops::no_stop_loses_answered_writes() {
     QCOMPARE(host->control({"export"}), 0);
     const auto home = QJsonDocument::fromJson(host->control_output()).object();
     QCOMPARE(home["items"]["i-dim"]["value"].toString(), "88");
+}
+
+void tst_stops::topic_that_changes_right_before_a_stop_loses_nothing() {
+    write_dim(88);
+    {
+        // The server looks for changes once more when nearly all of it has ended.
+        const database_shell_t shell(host->data() + "/installation.db");
+        QVERIFY(shell.run("UPDATE meta SET value = 'another/home' WHERE key = 'topic'"));
+    }
+    QCOMPARE(end_by(SIGTERM), 0);
+    QCOMPARE(host->process().exitStatus(), QProcess::NormalExit);
+    QCOMPARE(host->control({"export"}), 0);
+    const auto home = QJsonDocument::fromJson(host->control_output()).object();
+    QCOMPARE(home["items"]["i-dim"]["value"].toString(), "88");
+    QCOMPARE(home["topic"].toString(), "another/home");
 }
 
 void tst_stops::stop_that_cannot_save_says_so() {
